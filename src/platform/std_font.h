@@ -1,0 +1,53 @@
+// The font object of the control and of every caption.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "platform/types.h"
+
+namespace marklet {
+
+// A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
+// holds the same object sees every change. Handles come from a cache of this thread and stay its property: setting a property and
+// reading hFont again is cheap when that combination has been used before.
+class StdFont {
+ public:
+  StdFont();  // Tahoma, 8.25 points, regular
+
+  const std::u16string& Name() const { return name_; }
+  double Size() const { return size_; }  // points
+  bool Bold() const { return weight_ > 550; }
+  Long Weight() const { return weight_; }
+  bool Italic() const { return italic_; }
+  bool Underline() const { return underline_; }
+  bool Strikethrough() const { return strikethrough_; }
+  std::uint8_t Charset() const { return charset_; }
+
+  void PutName(std::u16string name);
+  // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767.
+  void PutSize(double points);
+  void PutBold(bool bold);  // sets Weight to 700 or 400
+  void PutWeight(Long weight);
+  void PutItalic(bool italic);
+  void PutUnderline(bool underline);
+  void PutStrikethrough(bool strikethrough);
+  void PutCharset(std::uint8_t charset);
+
+  // The handle for the properties as they stand, at the screen's resolution. Not the caller's to delete; valid while this thread
+  // lives. Null only when the platform can't make any font.
+  HFONT hFont() const;
+
+ private:
+  std::u16string name_;
+  double size_;
+  Long weight_;
+  bool italic_ = false, underline_ = false, strikethrough_ = false;
+  std::uint8_t charset_ = 0;
+  mutable HFONT handle_ = nullptr;  // null when a property has changed since the last look-up
+};
+
+using FontRef = std::shared_ptr<StdFont>;
+
+}  // namespace marklet

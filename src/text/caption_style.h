@@ -1,0 +1,37 @@
+// The style record that travels from the paint code through the markup engine to the text routes.
+#pragma once
+
+#include "platform/std_font.h"
+#include "platform/types.h"
+
+namespace marklet {
+
+enum TextEffects : Long {
+  effectNone = 0,
+  effectStroke = 1,
+  effectShadow = 2,
+  effectEmboss = 3,
+  effectEngrave = 4,
+  effectHollow = 5,
+};
+
+enum class HorizontalJAlignment : Long { LeftJustify = 0, RightJustify = 1, Center = 2, Justified = 3 };
+enum class VertAlignment : Long { Top = 0, Center = 2, Bottom = 3 };
+
+// Colours are RGB values, system colours already resolved, but for the default of ForeColor. Any number may stand in the
+// enumeration fields: saved properties are not checked.
+struct CaptionStyle {
+  bool RightToLeft = false;
+  bool SingleLine = false;
+  Long Alignment = 0;          // a HorizontalJAlignment
+  Long VerticalAlignment = 0;  // a VertAlignment
+  OLE_COLOR ForeColor = 0x80000008;
+  COLORREF BackColor = 0;
+  COLORREF EffectColor = 0;
+  FontRef Font;
+  Long TextEffect = effectNone;  // a TextEffects
+  HDC SurfaceDC = nullptr;       // the context that is drawn on
+  Long TextHeight = 0;           // pixels; 0 until EmitTextRun has measured the first run
+};
+
+}  // namespace marklet
