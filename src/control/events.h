@@ -1,4 +1,5 @@
-// What the control tells its host by events. Handlers may change the arguments, set properties and destroy windows.
+// What the control tells its host by events. Handlers may change the arguments, set properties and destroy
+// windows.
 #pragma once
 
 #include <cstdint>

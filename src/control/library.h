@@ -1,5 +1,5 @@
-// The identities of the library zvsMarklet, its enumerations and its events, as data: the type library, the dispatch
-// interface, registration, marklet-render and the reference page all read them here.
+// The identities of the library zvsMarklet, its enumerations and its events, as data: the type library, the
+// dispatch interface, registration, marklet-render and the reference page all read them here.
 #pragma once
 
 #include <span>
@@ -38,7 +38,8 @@ inline constexpr Identity kDispatch = {"_Marklet", "{310A4F20-C1CC-4F0F-90A4-982
 inline constexpr Identity kClass = {"Marklet", "{2C94FDA3-AB60-4E3F-85FD-A5AEC6543F3F}"};
 inline constexpr Identity kEvents = {"__Marklet", "{6E85A505-50AA-4694-9B51-64C50D1D2045}"};
 inline constexpr Identity kImageOwner = {"_ISupportsAlphaImage", "{215FB7C9-18D0-42C9-BE97-3A3FA3C703E4}"};
-inline constexpr Identity kImageOwnerClass = {"ISupportsAlphaImage", "{35D4D430-2D52-44B8-9189-8ECE9ABC223B}"};
+inline constexpr Identity kImageOwnerClass = {"ISupportsAlphaImage",
+                                              "{35D4D430-2D52-44B8-9189-8ECE9ABC223B}"};
 inline constexpr Identity kImagePage = {"_prpImage", "{FBF96550-A8CD-41BE-9064-EBFBF5BB0A63}"};
 inline constexpr Identity kImagePageClass = {"prpImage", "{E7111604-8459-4582-BAD0-28915B59AB15}"};
 }  // namespace library

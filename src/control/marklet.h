@@ -1,7 +1,8 @@
-// Marklet: the control object. It owns the caption's state and the finished picture, and lives in one host on one thread.
+// Marklet: the control object. It owns the caption's state and the finished picture, and lives in one host on
+// one thread.
 //
-// No call throws and none reports an error: a failing step is skipped and the next one runs. Setters paint before they
-// return. Events and PropertyChanged may re-enter any member.
+// No call throws and none reports an error: a failing step is skipped and the next one runs. Setters paint
+// before they return. Events and PropertyChanged may re-enter any member.
 #pragma once
 
 #include <array>
@@ -57,7 +58,8 @@ class Marklet {
   // The defaults of a newly placed control.
   void InitProperties();
 
-  // The public surface. A value of another type than the row's is ignored; setting a read-only property does nothing.
+  // The public surface. A value of another type than the row's is ignored; setting a read-only property does
+  // nothing.
   Value Get(const PropertyRow& row);
   void Set(const PropertyRow& row, const Value& value);
   bool LoadIconImageFromFile(std::u16string_view file, std::u16string_view key);

@@ -1,5 +1,5 @@
-// The property table: one row a property, in the order of the interface's slots. Setters, getters, change announcements,
-// the type library, dispatch and the reference page are read off it.
+// The property table: one row a property, in the order of the interface's slots. Setters, getters, change
+// announcements, the type library, dispatch and the reference page are read off it.
 #pragma once
 
 #include <span>

@@ -8,11 +8,13 @@
 
 namespace marklet {
 
-// Draws `caption` inside `rect`. Without markup the whole caption goes to EmitTextRun. The caller has selected the
-// style's font; the font of the last tag stays selected. Never throws; a failing step is skipped.
+// Draws `caption` inside `rect`. Without markup the whole caption goes to EmitTextRun. The caller has
+// selected the style's font; the font of the last tag stays selected. Never throws; a failing step is
+// skipped.
 void DrawMarkupCaption(HDC dc, std::u16string_view caption, RECT& rect, CaptionStyle& style);
 
-// Mixes two OLE colours: (255 - weight) parts of b and weight parts of a, each channel rounded to nearest, ties to even.
+// Mixes two OLE colours: (255 - weight) parts of b and weight parts of a, each channel rounded to nearest,
+// ties to even.
 COLORREF BlendColors(OLE_COLOR a, OLE_COLOR b, int weight);
 
 }  // namespace marklet

@@ -9,9 +9,9 @@ namespace marklet {
 // Whether a caption goes through the tokenizer and the interpreter at all.
 bool HasMarkup(std::u16string_view text);
 
-// The tokens in order, as views into `text`: none is empty, and together they are the text. No tokens for an empty text.
-// Where separators go depends on UniscribeAvailable: with shaping they end the word before them, without it they lead the
-// next piece.
+// The tokens in order, as views into `text`: none is empty, and together they are the text. No tokens for an
+// empty text. Where separators go depends on UniscribeAvailable: with shaping they end the word before them,
+// without it they lead the next piece.
 std::vector<std::u16string_view> TokenizeMarkup(std::u16string_view text);
 
 // Whether a line may break at this character.

@@ -1,8 +1,9 @@
 // Device contexts, bitmaps, blits, brushes, pens and lines.
 //
-// Every handle that a Create call returns belongs to the caller: bitmaps, brushes, pens and fonts go back through
-// DeleteObject, contexts through DeleteDC. Select an object back out of its context before deleting it. No call here
-// calls back into the program. A null handle makes a call return false or null and do nothing.
+// Every handle that a Create call returns belongs to the caller: bitmaps, brushes, pens and fonts go back
+// through DeleteObject, contexts through DeleteDC. Select an object back out of its context before deleting
+// it. No call here calls back into the program. A null handle makes a call return false or null and do
+// nothing.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +16,9 @@ namespace marklet {
 HDC CreateCompatibleDC(HDC like);
 bool DeleteDC(HDC dc);
 
-// Makes the pixels of an uncompressed bottom-up bitmap: `bits_per_pixel` 24 (rows padded to four bytes) or 32.
-// `bits` receives the first byte of the bottom row; the memory is zeroed and lives as long as the bitmap.
-// Null on failure: a width or height below 1, or no memory.
+// Makes the pixels of an uncompressed bottom-up bitmap: `bits_per_pixel` 24 (rows padded to four bytes)
+// or 32. `bits` receives the first byte of the bottom row; the memory is zeroed and lives as long as the
+// bitmap. Null on failure: a width or height below 1, or no memory.
 HBITMAP CreateDIBSection(HDC dc, Long width, Long height, int bits_per_pixel, std::uint8_t*& bits);
 
 // Selects a bitmap, brush, font or pen and returns the one that was selected before; null on failure.
@@ -32,22 +33,24 @@ struct PixelView {
   int bits_per_pixel = 0;  // 24 (blue, green, red) or 32 (blue, green, red, alpha)
 };
 
-// Gives the memory of the bitmap from CreateDIBSection that is selected in `dc`, with all drawing to it finished.
-// False when the context stands on anything else, as a window's does. Valid until the bitmap is selected out.
+// Gives the memory of the bitmap from CreateDIBSection that is selected in `dc`, with all drawing to it
+// finished. False when the context stands on anything else, as a window's does. Valid until the bitmap is
+// selected out.
 bool PixelsOf(HDC dc, PixelView& view);
 
 // Waits until drawing that is still queued has reached pixel memory.
 void GdiFlush();
 
-// Copies a rectangle between contexts. Parts outside either one are left out. Only SRCCOPY, SRCAND, SRCINVERT and
-// NOTSRCCOPY are used. Source and destination may be the same context and overlap.
-bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x, Long source_y,
-            std::uint32_t rop);
+// Copies a rectangle between contexts. Parts outside either one are left out. Only SRCCOPY, SRCAND, SRCINVERT
+// and NOTSRCCOPY are used. Source and destination may be the same context and overlap.
+bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+            Long source_y, std::uint32_t rop);
 
 // Blends a rectangle at its own size. With `use_source_alpha` the source is 32-bit with premultiplied alpha:
-// d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255; otherwise every source pixel counts as opaque.
-bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x, Long source_y,
-                std::uint8_t constant_alpha, bool use_source_alpha);
+// d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255; otherwise every source pixel counts as
+// opaque.
+bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+                Long source_y, std::uint8_t constant_alpha, bool use_source_alpha);
 
 HBRUSH CreateSolidBrush(COLORREF colour);
 // Fills left <= x < right, top <= y < bottom. An empty or inverted rectangle fills nothing.
@@ -56,7 +59,8 @@ bool FillRect(HDC dc, const RECT& rect, HBRUSH brush);
 // A solid pen of `width` pixels (only 1 is used).
 HPEN CreatePen(Long width, COLORREF colour);
 bool MoveToEx(HDC dc, Long x, Long y);
-// Draws from the current point with the selected pen up to, and without, the pixel (x, y), which becomes current.
+// Draws from the current point with the selected pen up to, and without, the pixel (x, y), which becomes
+// current.
 bool LineTo(HDC dc, Long x, Long y);
 
 // The dotted frame that marks the focus: pixels on the rectangle's edge whose x + y is odd are inverted.

@@ -1,4 +1,5 @@
-// The number rules that results depend on. Everything that turns a floating-point value into an integer goes through here.
+// The number rules that results depend on. Everything that turns a floating-point value into an integer goes
+// through here.
 #pragma once
 
 #include <cmath>

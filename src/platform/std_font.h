@@ -10,8 +10,8 @@
 namespace marklet {
 
 // A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
-// holds the same object sees every change. Handles come from a cache of this thread and stay its property: setting a property and
-// reading hFont again is cheap when that combination has been used before.
+// holds the same object sees every change. Handles come from a cache of this thread and stay its property:
+// setting a property and reading hFont again is cheap when that combination has been used before.
 class StdFont {
  public:
   StdFont();  // Tahoma, 8.25 points, regular
@@ -35,8 +35,8 @@ class StdFont {
   void PutStrikethrough(bool strikethrough);
   void PutCharset(std::uint8_t charset);
 
-  // The handle for the properties as they stand, at the screen's resolution. Not the caller's to delete; valid while this thread
-  // lives. Null only when the platform can't make any font.
+  // The handle for the properties as they stand, at the screen's resolution. Not the caller's to delete;
+  // valid while this thread lives. Null only when the platform can't make any font.
   HFONT hFont() const;
 
  private:

@@ -1,7 +1,7 @@
 // Questions to the system: its version, its colours, its code pages, its libraries.
 //
-// Each answer can be fixed in advance with SystemConfiguration, so that every generation of the operating system can be
-// played through on any machine.
+// Each answer can be fixed in advance with SystemConfiguration, so that every generation of the operating
+// system can be played through on any machine.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ struct SystemConfiguration {
   std::optional<OSVERSIONINFOA> version;
   std::map<std::string, bool, std::less<>> libraries;  // by name: whether LoadLibraryA finds it
   std::map<int, COLORREF> system_colours;              // by index
-  std::optional<Long> pixels_per_inch;                 // of the screen and of memory contexts (headless platform only)
+  std::optional<Long> pixels_per_inch;  // of the screen and of memory contexts (headless platform only)
 };
 SystemConfiguration& Configuration();
 
@@ -40,14 +40,14 @@ bool OleTranslateColor(OLE_COLOR colour, COLORREF& result);
 // A library by name, loaded until the program ends; null when there is none. A real handle is above 32.
 HMODULE LoadLibraryA(std::string_view name);
 
-// Text to bytes in a code page (CP_ACP or CP_UTF8), what can't be told replaced. A lone surrogate becomes the bytes
-// of U+FFFD in UTF-8. Empty for an empty text or on failure. The text may hold NULs.
+// Text to bytes in a code page (CP_ACP or CP_UTF8), what can't be told replaced. A lone surrogate becomes the
+// bytes of U+FFFD in UTF-8. Empty for an empty text or on failure. The text may hold NULs.
 std::string WideCharToMultiByte(std::uint32_t code_page, std::u16string_view text);
 // Bytes to text; invalid UTF-8 becomes U+FFFD. Empty for no bytes or on failure.
 std::u16string MultiByteToWideChar(std::uint32_t code_page, std::string_view bytes);
 
-// Gives a window its text through the default window procedure, past any subclass (WM_SETTEXT). The second takes the text
-// as bytes for systems without Unicode windows. False for a null window.
+// Gives a window its text through the default window procedure, past any subclass (WM_SETTEXT). The second
+// takes the text as bytes for systems without Unicode windows. False for a null window.
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text);
 bool DefWindowProcA_SetText(HWND window, std::string_view text);
 

@@ -1,8 +1,8 @@
 // Fonts and the drawing of text on a device context.
 //
-// Text is UTF-16 and may hold anything: NUL, lone surrogates, control characters. Extents are in pixels. The font is the
-// one selected in the context. A call with a null context, or on a platform that refuses, returns false or zero and
-// leaves its results as they were. Nothing here calls back into the program.
+// Text is UTF-16 and may hold anything: NUL, lone surrogates, control characters. Extents are in pixels. The
+// font is the one selected in the context. A call with a null context, or on a platform that refuses, returns
+// false or zero and leaves its results as they were. Nothing here calls back into the program.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ namespace marklet {
 
 // What a font is made from.
 struct LOGFONTW {
-  Long lfHeight = 0;      // pixels; negative is the em height, positive the cell height, 0 the platform's default
-  Long lfWeight = 400;    // 100 to 900, 400 is regular and 700 bold
+  Long lfHeight = 0;  // pixels; negative is the em height, positive the cell height, 0 the platform's default
+  Long lfWeight = 400;  // 100 to 900, 400 is regular and 700 bold
   bool lfItalic = false;
   bool lfUnderline = false;
   bool lfStrikeOut = false;
@@ -33,22 +33,24 @@ Long PixelsPerInch(HDC dc);
 COLORREF SetTextColor(HDC dc, COLORREF colour);  // returns the former colour, CLR_INVALID on failure
 COLORREF GetTextColor(HDC dc);
 COLORREF SetBkColor(HDC dc, COLORREF colour);
-// Background modes 1 (none) and 2 (a box behind the text in the background colour). Any other value, 0 among them, is
-// taken as given and draws no box. Returns the former mode, 0 on failure.
+// Background modes 1 (none) and 2 (a box behind the text in the background colour). Any other value, 0 among
+// them, is taken as given and draws no box. Returns the former mode, 0 on failure.
 int SetBkMode(HDC dc, int mode);
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);  // returns the former value
 
 // Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide.
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size);
-// The same for the first `count` bytes of a text in the system code page; `count` past its end is cut to its end.
+// The same for the first `count` bytes of a text in the system code page; `count` past its end is cut to its
+// end.
 bool GetTextExtentPoint32A(HDC dc, std::string_view text, Long count, SIZE& size);
 // The spacing of one character given by its code in the system code page. False for fonts without outlines.
 bool GetCharABCWidthsA(HDC dc, unsigned code, ABC& widths);
 
 // Draws a text in a rectangle and returns its height, 0 on failure. The flags are the DT_ constants; without
-// DT_SINGLELINE, CR and LF break lines, and with DT_WORDBREAK so do words that don't fit. Without DT_NOPREFIX "&" underlines
-// the character behind it and "&&" draws one. DT_WORD_ELLIPSIS ends a word that is too wide in "...". Drawing is
-// clipped to the rectangle. With DT_CALCRECT nothing is drawn: right and bottom of `rect` are set to what would be.
+// DT_SINGLELINE, CR and LF break lines, and with DT_WORDBREAK so do words that don't fit. Without DT_NOPREFIX
+// "&" underlines the character behind it and "&&" draws one. DT_WORD_ELLIPSIS ends a word that is too wide in
+// "...". Drawing is clipped to the rectangle. With DT_CALCRECT nothing is drawn: right and bottom of `rect`
+// are set to what would be.
 int DrawTextW(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags);
 int DrawTextA(HDC dc, std::string_view text, RECT& rect, std::uint32_t flags);
 

@@ -1,7 +1,8 @@
-// The seam's vocabulary: the platform's own names for numbers, colours, rectangles and handles, as portable types.
+// The seam's vocabulary: the platform's own names for numbers, colours, rectangles and handles, as portable
+// types.
 //
-// Handles are opaque pointers. Null is the platform's "no handle"; passing one to any call of the seam is allowed and
-// makes that call fail quietly.
+// Handles are opaque pointers. Null is the platform's "no handle"; passing one to any call of the seam is
+// allowed and makes that call fail quietly.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +13,8 @@ namespace marklet {
 
 using Long = std::int32_t;       // signed, 32 bits on every platform
 using COLORREF = std::uint32_t;  // red in the low byte, green in the next, blue in the third
-using OLE_COLOR = std::uint32_t; // a COLORREF, or with the top bit set a system colour whose index is the low byte
+using OLE_COLOR =
+    std::uint32_t;  // a COLORREF, or with the top bit set a system colour whose index is the low byte
 
 struct RECT {
   Long left = 0, top = 0, right = 0, bottom = 0;  // pixels

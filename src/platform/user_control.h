@@ -1,8 +1,8 @@
 // What a host gives the control: its window, its ambient properties, its extender and its container.
 //
-// These are the only interfaces of the seam with several implementations in one program: the hosting layer over OLE, the
-// memory host of marklet-render, and those of the tests. A host that lacks something answers with the default named here.
-// Calls may re-enter the control wherever that is said.
+// These are the only interfaces of the seam with several implementations in one program: the hosting layer
+// over OLE, the memory host of marklet-render, and those of the tests. A host that lacks something answers
+// with the default named here. Calls may re-enter the control wherever that is said.
 #pragma once
 
 #include <memory>
@@ -47,9 +47,9 @@ class UserControl {
 
   virtual Ambient& AmbientProperties() = 0;
 
-  virtual HWND hWnd() = 0;      // null without a window
-  virtual HDC hDC() = 0;        // the context that Paint draws on; null when there is nowhere to draw
-  virtual double ScaleWidth() = 0;   // client size in pixels
+  virtual HWND hWnd() = 0;          // null without a window
+  virtual HDC hDC() = 0;            // the context that Paint draws on; null when there is nowhere to draw
+  virtual double ScaleWidth() = 0;  // client size in pixels
   virtual double ScaleHeight() = 0;
   // Outer size in twips. Setting one raises Resize before it returns.
   virtual double Width() = 0;
@@ -73,7 +73,7 @@ class UserControl {
   virtual void PutAccessKeys(std::u16string keys) = 0;
 
   virtual HWND ContainerHwnd() = 0;
-  virtual std::shared_ptr<NamedMembers> Parent() = 0;     // null when the host shows none
+  virtual std::shared_ptr<NamedMembers> Parent() = 0;  // null when the host shows none
   virtual std::shared_ptr<NamedMembers> Extender() = 0;
 
   // Tells the host that a property changed, by its name; empty for no property in particular. May re-enter.

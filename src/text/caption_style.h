@@ -18,8 +18,8 @@ enum TextEffects : Long {
 enum class HorizontalJAlignment : Long { LeftJustify = 0, RightJustify = 1, Center = 2, Justified = 3 };
 enum class VertAlignment : Long { Top = 0, Center = 2, Bottom = 3 };
 
-// Colours are RGB values, system colours already resolved, but for the default of ForeColor. Any number may stand in the
-// enumeration fields: saved properties are not checked.
+// Colours are RGB values, system colours already resolved, but for the default of ForeColor. Any number may
+// stand in the enumeration fields: saved properties are not checked.
 struct CaptionStyle {
   bool RightToLeft = false;
   bool SingleLine = false;

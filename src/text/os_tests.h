@@ -1,7 +1,7 @@
 // The tests of the operating system on which the choice of text route depends.
 //
-// Each answer but IsNT4OrLater's is cached once per thread. ForgetOsTests empties the caches, for tests that change the
-// configured system.
+// Each answer but IsNT4OrLater's is cached once per thread. ForgetOsTests empties the caches, for tests that
+// change the configured system.
 #pragma once
 
 namespace marklet {

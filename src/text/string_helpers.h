@@ -1,4 +1,5 @@
-// Repair of UTF-8 that arrives as one byte a character, the script tests, the access-key scan and the NUL trim.
+// Repair of UTF-8 that arrives as one byte a character, the script tests, the access-key scan and the NUL
+// trim.
 #pragma once
 
 #include <string>
@@ -15,7 +16,8 @@ std::u16string Utf8Decode(std::u16string_view text);
 // Makes UTF-8 bytes and turns each into a character through the system code page.
 std::u16string Utf8Encode(std::u16string_view text);
 
-// Whether the text needs Unicode output. Code units are read as signed, so those of 0x8000 and above count as negative.
+// Whether the text needs Unicode output. Code units are read as signed, so those of 0x8000 and above count as
+// negative.
 bool IsUnicodeText(std::u16string_view text);
 bool IsBasicLatinRange(std::u16string_view text);
 

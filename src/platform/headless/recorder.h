@@ -1,11 +1,14 @@
 // Logs the platform calls of this thread and can make any of them fail.
 //
-// While a Recorder lives, every call of gdi.h and text.h (and GetSysColor, ScriptIsComplex) that the program makes adds one
-// line, "Name(arguments)", in call order; calls that the platform makes of itself do not. Contexts are left out; of the arguments,
-//   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and lone surrogates,
-//   objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where set), bitmap(WxHxDEPTH), brush(#RRGGBB),
-//   pen(#RRGGBB) or null, flags and raster operations 0x.., other numbers decimal.
-// For example: SetTextColor(#FF0000)   SelectObject(font("Tahoma",-11,700,""))   DrawTextW("Total",[4,0,300,16],0x40020)
+// While a Recorder lives, every call of gdi.h and text.h (and GetSysColor, ScriptIsComplex) that the program
+// makes adds one line, "Name(arguments)", in call order; calls that the platform makes of itself do not.
+// Contexts are left out; of the arguments,
+//   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and
+//   lone surrogates, objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where
+//   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB) or null, flags and raster operations 0x.., other
+//   numbers decimal.
+// For example: SetTextColor(#FF0000)   SelectObject(font("Tahoma",-11,700,""))
+// DrawTextW("Total",[4,0,300,16],0x40020)
 #pragma once
 
 #include <memory>
@@ -31,7 +34,8 @@ class Recorder {
   void Fail(std::string_view operation, int good_calls = 0);
   void FailNothing();
 
-  // Makes the recorded calls again, on the same contexts and with the same arguments. Contexts and objects must still live.
+  // Makes the recorded calls again, on the same contexts and with the same arguments. Contexts and objects
+  // must still live.
   void Replay() const;
 
  private:
