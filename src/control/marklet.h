@@ -2,7 +2,8 @@
 // one thread.
 //
 // No call throws and none reports an error: a failing step is skipped and the next one runs. Setters paint
-// before they return. Events and PropertyChanged may re-enter any member.
+// before they return. Events and PropertyChanged may re-enter any member; whoever calls in keeps the control
+// alive until the call returns.
 #pragma once
 
 #include <array>
@@ -14,6 +15,7 @@
 #include "control/events.h"
 #include "control/properties.h"
 #include "control/value.h"
+#include "imagelist/image_collection.h"
 #include "platform/types.h"
 #include "platform/user_control.h"
 
@@ -30,6 +32,7 @@ struct MarkletState {
   Long ImageAlignment = 0;
   bool UsesSystemColors = false;  // some colour names a system colour
   std::array<COLORREF, 6> SystemColorCache{};
+  std::shared_ptr<ImageCollection> Images;
   Long Appearance = 0, BorderStyle = 0;
   OLE_COLOR BackColor = 0, ForeColor = 0;
   std::u16string Caption, UniToolTipText;
@@ -43,7 +46,9 @@ struct MarkletState {
   bool WordWrap = false;
   OLE_COLOR EffectColor = 0;
   bool AutoSize = false;
-  std::unique_ptr<CDib24> BackBuffer;  // the finished picture; null when it must be built again
+  // The finished picture; null when it must be built again. Shared with the paint that builds it, since a
+  // setter called from inside that paint drops it.
+  std::shared_ptr<CDib24> BackBuffer;
   bool SafeForScripting = false, SafeForInitializing = false;
 };
 
@@ -62,7 +67,17 @@ class Marklet {
   // nothing.
   Value Get(const PropertyRow& row);
   void Set(const PropertyRow& row, const Value& value);
+  // Adds an image file to the list under a key; true when the list then has it. Refused: a file name below
+  // three characters, an empty key, one that starts with a digit, one that is taken.
   bool LoadIconImageFromFile(std::u16string_view file, std::u16string_view key);
+
+  // The owner of images, as the design-time page sees it.
+  void DeleteIconImage(std::u16string_view key);
+  void DestroyIconByteCollectionData();
+  std::u16string GetFriendlyString() const { return u"label"; }
+  std::shared_ptr<ImageCollection> GetIconByteCollection() const { return state_.Images; }
+  // Deliberately does nothing: LoadIconImageFromFile is the working route.
+  ImageRef LoadIconByteImageFromDisk(std::u16string_view file, std::u16string_view key);
 
   // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null.
   void PaintControl(HDC dc);
@@ -80,8 +95,30 @@ class Marklet {
   MarkletState& State() { return state_; }
   const MarkletState& State() const { return state_; }
   UserControl& Host() { return host_; }
+  MarkletEvents& Events() { return events_; }
+
+  // The steps of the setters.
+  void UpdateColorFlag();
+  void RecomputeAutoSize();
+  // Tells the host which key activates the control: the one that `text` marks with "&", none for an empty
+  // text.
+  void UpdateAccessKeys(std::u16string_view text);
 
  private:
+  void RunSteps(const PropertyRow& row);
+  void SetByName(std::string_view name, const Value& value);
+  void FitToCaption();
+  void LoadImageIntoList(std::u16string_view file, std::u16string_view key);
+
+  bool CheckSystemColors();
+  void BuildPicture(Long width, Long height);
+  void DrawBackground(HDC dc, const RECT& rect);
+  void DrawBorder(HDC dc, const RECT& rect);
+  void DrawImage(HDC dc, RECT& rect);
+  void DrawCaption(HDC dc, RECT rect);
+  ImageRef ShownImage() const;
+  COLORREF CaptionColour();
+
   UserControl& host_;
   MarkletEvents& events_;
   MarkletState state_;

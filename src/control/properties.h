@@ -31,31 +31,42 @@ enum PropertyAttribute : unsigned {
   kUiDefault = 8,     // the one that a designer shows first
 };
 
-// What follows the storing of a value, in this order; the announcement is always last.
+// What follows the storing of a value, in this order. The announcement comes between the last two.
 enum SetterStep : unsigned {
-  kColourFlag = 1,  // UpdateColorFlag
-  kSize = 2,        // RecomputeAutoSize, when AutoSize is true
-  kRedraw = 4,      // RedrawNow
+  kColourFlag = 1,    // UpdateColorFlag
+  kHostColour = 2,    // the host's BackColor takes the control's
+  kSize = 4,          // RecomputeAutoSize, when AutoSize is true
+  kRedraw = 8,        // RedrawNow
+  kRaiseChange = 16,  // the event Change
 };
 
 struct PropertyRow {
   std::string_view name;
-  Long dispid;
-  ValueType type;
-  const Enumeration* enumeration;  // of a Choice, else null
-  unsigned attributes;             // PropertyAttribute
-  unsigned steps;                  // SetterStep
-  std::string_view announced;      // the name passed to PropertyChanged; empty: not announced
-  std::string_view help;           // the type library's help string
-  std::string_view description;    // the member's own description, where the type library has none
-  std::string_view category;       // "page;category" of designers
-  Value (*get)(Marklet&);
-  void (*store)(Marklet&, const Value&);  // called with a value of the row's type; null when read only
+  Long dispid = 0;
+  ValueType type = ValueType::Number;
+  const Enumeration* enumeration = nullptr;  // of a Choice, else null
+  unsigned attributes = kPut;                // PropertyAttribute
+  unsigned steps = 0;                        // SetterStep
+  std::string_view announced = {};           // the name passed to PropertyChanged; empty: not announced
+  std::string_view help = {};                // the type library's help string
+  std::string_view description = {};         // the member's own, where the type library has none
+  std::string_view category = {};            // "page;category" of designers
+  Value (*get)(Marklet&) = nullptr;
+  // The storing itself, with what belongs to it before the steps. Called with a value of the row's type; null
+  // when read only.
+  void (*store)(Marklet&, const Value&) = nullptr;
 };
 
 std::span<const PropertyRow> Properties();
 // By name, without regard to case; null when there is none.
 const PropertyRow* FindProperty(std::string_view name);
+
+// Four more that no host can reach: their values come from saved forms alone. Their identifiers stay
+// unassigned in the type library.
+std::span<const PropertyRow> HiddenProperties();
+
+// Whether a value has the type that a row's store takes.
+bool HoldsType(const Value& value, ValueType type);
 
 // The one method of the dispatch interface.
 struct MethodRow {

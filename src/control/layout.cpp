@@ -1,0 +1,50 @@
+#include "control/layout.h"
+
+#include "platform/rounding.h"
+
+namespace marklet {
+
+Long PixelsOfImageSize(Long image_size) {
+  static constexpr Long kPixels[] = {16, 24, 32, 48, 72, 96, 128, 256};
+  return image_size >= 0 && image_size < 8 ? kPixels[image_size] : 16;
+}
+
+ImageSide SideOfImage(Long image_alignment, bool right_to_left) {
+  if (image_alignment != 0 && image_alignment != 1) return ImageSide::Centred;
+  return (image_alignment == 0) == right_to_left ? ImageSide::Right : ImageSide::Left;
+}
+
+ImagePlace PlaceImage(const RECT& rect, ImageSide side, Long pixels, Long inset) {
+  switch (side) {
+    case ImageSide::Left:
+      return {inset, inset};
+    case ImageSide::Right:
+      return {WrapSub(WrapSub(rect.right, pixels), 1 + inset), inset};
+    default:
+      // The inset moves a centred image down, never sideways.
+      return {RoundHalfEven((double(rect.right) - rect.left) / 2 - pixels / 2.0), inset};
+  }
+}
+
+RECT AdjustTextRect(const RECT& rect, ImageSide side, Long pixels) {
+  RECT result = rect;
+  if (side == ImageSide::Left) result.left = WrapAdd(result.left, WrapAdd(pixels, 1));
+  if (side == ImageSide::Right) result.right = WrapSub(result.right, WrapAdd(pixels, 1));
+  return result;
+}
+
+RECT InsetByPadding(const RECT& rect, Long padding) {
+  if (padding <= 0) return rect;
+  // The far edges lose the padding twice; saved forms are laid out for it.
+  const Long twice = WrapAdd(padding, padding);
+  return {WrapAdd(rect.left, padding), WrapAdd(rect.top, padding), WrapSub(rect.right, twice),
+          WrapSub(rect.bottom, twice)};
+}
+
+RECT InsetByBorder(const RECT& rect, Long border_style) {
+  const Long inset = BorderInset(border_style);
+  return {WrapAdd(rect.left, inset), WrapAdd(rect.top, inset), WrapSub(rect.right, inset),
+          WrapSub(rect.bottom, inset)};
+}
+
+}  // namespace marklet

@@ -1,0 +1,107 @@
+// From state to pixels: the layers of the picture, bottom to top, and the copy to where it is wanted.
+#include "control/ignore_errors.h"
+#include "control/layout.h"
+#include "control/marklet.h"
+#include "markup/markup_caption.h"
+#include "platform/rounding.h"
+#include "platform/text.h"
+#include "text/caption_style.h"
+#include "text/emit_text_run.h"
+
+namespace marklet {
+namespace {
+
+constexpr OLE_COLOR kButtonFace = 0x8000000F, kWindow = 0x80000005, kButtonShadow = 0x80000010;
+constexpr Long kDepthIndex = 4;
+
+}  // namespace
+
+void Marklet::RedrawNow() {
+  state_.BackBuffer.reset();
+  PaintControl(nullptr);
+}
+
+void Marklet::PaintControl(HDC dc) {
+  IgnoreErrors([&] {
+    const HDC target = dc != nullptr ? dc : host_.hDC();
+    const Long width = RoundHalfEven(host_.ScaleWidth());
+    const Long height = RoundHalfEven(host_.ScaleHeight());
+    if (state_.UsesSystemColors && CheckSystemColors()) state_.BackBuffer.reset();
+    if (!state_.BackBuffer) IgnoreErrors([&] { BuildPicture(width, height); });
+    // Whatever the field holds by now: a setter called from inside the building leaves a newer picture.
+    if (const auto picture = state_.BackBuffer) picture->PaintTo(target, 0, 0, -1, -1, 0, 0, SRCCOPY);
+  });
+}
+
+void Marklet::BuildPicture(Long width, Long height) {
+  // Held here too: the field may be replaced while the layers are drawn.
+  const auto picture = std::make_shared<CDib24>();
+  state_.BackBuffer = picture;
+  if (!picture->Create(width, height)) return;
+  const HDC dc = picture->hDC();
+  RECT rect = {0, 0, width, height};
+  IgnoreErrors([&] { DrawBackground(dc, rect); });
+  IgnoreErrors([&] { DrawBorder(dc, rect); });
+  IgnoreErrors([&] { DrawImage(dc, rect); });
+  IgnoreErrors([&] { DrawCaption(dc, rect); });
+}
+
+// The hover key counts only on a control that has a normal one.
+ImageRef Marklet::ShownImage() const {
+  if (state_.ImageKey.empty() || !state_.Images) return nullptr;
+  const bool hover = state_.Hover && !state_.ImageKeyhover.empty();
+  return state_.Images->Item(hover ? state_.ImageKeyhover : state_.ImageKey);
+}
+
+// Draws the image, if there is one, and takes its room out of the rectangle.
+void Marklet::DrawImage(HDC dc, RECT& rect) {
+  const ImageRef image = ShownImage();
+  if (!image) return;
+  const ImageSide side = SideOfImage(state_.ImageAlignment, state_.RightToLeft);
+  const ImagePlace place = PlaceImage(rect, side, state_.ImagePixels, BorderInset(state_.BorderStyle));
+  IgnoreErrors([&] {
+    image->Render(dc, state_.ImageSize, kDepthIndex, place.x, place.y, host_.Enabled(), kButtonFace, 0);
+  });
+  rect = AdjustTextRect(rect, side, state_.ImagePixels);
+}
+
+// The whole disabled look of the text is its colour.
+COLORREF Marklet::CaptionColour() {
+  if (host_.Enabled()) return TranslateColor(state_.ForeColor);
+  if (state_.BackColor == kButtonFace || state_.BackColor == kWindow) return TranslateColor(kButtonShadow);
+  return BlendColors(state_.ForeColor, state_.BackColor, 92);
+}
+
+void Marklet::DrawCaption(HDC dc, RECT rect) {
+  const std::u16string text = state_.Caption;
+  const FontRef font = host_.Font();
+  // TRANSPARENT gives the platform's mode 1 and OPAQUE its mode 2.
+  const int mode = WrapAdd(state_.BackStyle, 1);
+  const HGDIOBJ old_font = SelectObject(dc, font ? font->hFont() : nullptr);
+  SetTextAlign(dc, 0);
+  const int old_mode = SetBkMode(dc, mode);
+  MoveToEx(dc, rect.left, rect.top);
+
+  CaptionStyle style;
+  style.Font = font;
+  style.ForeColor = CaptionColour();
+  style.BackColor = TranslateColor(state_.BackColor);
+  style.EffectColor = TranslateColor(state_.EffectColor);
+  style.Alignment = state_.Alignment;
+  style.VerticalAlignment = state_.VerticalAlignment;
+  style.SingleLine = !state_.WordWrap;
+  style.RightToLeft = state_.RightToLeft;
+  style.TextEffect = state_.TextEffect;
+  style.SurfaceDC = dc;
+
+  rect = InsetByBorder(InsetByPadding(rect, state_.Padding), state_.BorderStyle);
+  IgnoreErrors([&] { DrawMarkupCaption(dc, text, rect, style); });
+
+  SelectObject(dc, old_font);
+  SetBkMode(dc, old_mode);
+  // Neither colour was kept: both end as black.
+  SetBkColor(dc, 0);
+  SetTextColor(dc, 0);
+}
+
+}  // namespace marklet
