@@ -1,0 +1,114 @@
+#include "markup/tokenizer.h"
+
+#include <array>
+#include <utility>
+
+#include "markup/break_characters.h"
+#include "text/shaping.h"
+
+namespace marklet {
+namespace {
+
+// The word being built is always a stretch of the text up to the read position, so its start says it all.
+class Tokenizer {
+ public:
+  Tokenizer(std::u16string_view text, bool shaping)
+      : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)) {}
+
+  std::vector<std::u16string_view> Run() {
+    for (std::size_t at = 0; at < text_.size();) at += Step(at);
+    Flush(text_.size());
+    return std::move(tokens_);
+  }
+
+ private:
+  // Reads what stands at `at` and answers how many code units that was.
+  std::size_t Step(std::size_t at) {
+    if (breaks_.Contains(text_[at])) {
+      TakeSeparator(at);
+      return 1;
+    }
+    const std::size_t tag = text_[at] == u'<' ? TagLength(at) : 0;
+    if (tag == 0) return 1;
+    Flush(at);
+    Flush(at + tag);
+    return tag;
+  }
+
+  // Ends the word at `end`. The next one starts there.
+  void Flush(std::size_t end) {
+    if (end > word_) tokens_.push_back(text_.substr(word_, end - word_));
+    word_ = end;
+  }
+
+  void TakeSeparator(std::size_t at) {
+    const bool leads = !shaping_ && at > word_;  // it ends the word and opens the next piece
+    Flush(leads ? at : at + 1);
+  }
+
+  // The length of the tag that opens at `at`, 0 when the "<" is text. Only the places of ">" and "/" count,
+  // never the letters. Each rule has its own bound, and they differ: the colour opener needs a character
+  // behind it.
+  std::size_t TagLength(std::size_t at) {
+    if (const std::size_t length = FontOpenerLength(at)) return length;
+    const bool slash = Is(at + 1, u'/');
+    if (Is(at + 2, u'>')) return 3;
+    if (Is(at + 3, u'>') && slash) return 4;
+    if (Is(at + 4, u'>')) return 5;
+    if (Is(at + 5, u'>')) return slash ? 6 : 0;  // without the slash the colour opener isn't tried either
+    return Is(at + 9, u'>') && at + 10 < text_.size() && StartsWith(at, u"<c=") ? 10 : 0;
+  }
+
+  std::size_t FontOpenerLength(std::size_t at) {
+    if (at + 5 >= text_.size() || !StartsWith(at, u"<f=")) return 0;
+    const std::size_t close = CloseFrom(at);
+    return close == std::u16string_view::npos ? 0 : close + 1 - at;
+  }
+
+  // The first ">" at or after `at`. Positions only grow, so that an answer holds until it is passed, and a
+  // text full of font openers is still searched once.
+  std::size_t CloseFrom(std::size_t at) {
+    if (close_ < at || !close_known_) close_ = text_.find(u'>', at);
+    close_known_ = true;
+    return close_;
+  }
+
+  bool Is(std::size_t at, char16_t ch) const { return at < text_.size() && text_[at] == ch; }
+  bool StartsWith(std::size_t at, std::u16string_view what) const {
+    return text_.substr(at, what.size()) == what;
+  }
+
+  std::u16string_view text_;
+  bool shaping_;
+  const BreakCharacterSet& breaks_;
+  std::size_t word_ = 0;  // where the word being built starts
+  bool close_known_ = false;
+  std::size_t close_ = 0;
+  std::vector<std::u16string_view> tokens_;
+};
+
+}  // namespace
+
+bool HasMarkup(std::u16string_view text) {
+  // "<c" and "<f" are prefixes: any word that holds them counts.
+  constexpr std::array<std::u16string_view, 9> kOpeners = {u"<b>", u"<i>", u"<u>", u"<s>", u"<c",
+                                                           u"<f",  u"<p>", u"<.>", u"<br>"};
+  for (std::size_t at = text.find(u'<'); at != text.npos; at = text.find(u'<', at + 1)) {
+    for (const std::u16string_view opener : kOpeners) {
+      if (text.substr(at, opener.size()) == opener) return true;
+    }
+  }
+  return false;
+}
+
+std::vector<std::u16string_view> TokenizeMarkup(std::u16string_view text) {
+  if (text.empty()) return {};
+  // Asked once a caption: without shaping each question looks for the library again.
+  return Tokenizer(text, UniscribeAvailable()).Run();
+}
+
+bool IsBreakCharacter(char16_t ch) {
+  return BreakCharacters(true).Contains(ch) || BreakCharacters(UniscribeAvailable()).Contains(ch);
+}
+
+}  // namespace marklet
