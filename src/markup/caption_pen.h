@@ -1,0 +1,54 @@
+// What one drawing of a caption with markup knows: where the pen stands and what the tags have changed.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/text.h"
+#include "platform/types.h"
+#include "text/caption_style.h"
+
+namespace marklet {
+
+// Lives for one call of DrawMarkupCaption. Each saved value is one slot and no stack, so that nested tags of
+// a kind go back one level only.
+struct CaptionPen {
+  HDC dc = nullptr;
+  RECT rect;           // of the caption
+  Long Alignment = 0;  // the caption's, where RunStyle has its own
+  bool shaping = false;
+  std::vector<std::u16string_view> tokens;
+  std::size_t index = 0;  // of the token at hand
+
+  Long PenX = 0, PenY = 0;  // pixels, in the coordinates of the context
+  Long LineStart = 0;       // 0 until the first wrap, so that a <p> before it goes back to x = 0
+  Long AvailableWidth = 0;  // of the rectangle; compared with absolute positions all the same
+  CaptionStyle RunStyle;    // ForeColor in it follows the tags
+  FontRef RunFont;          // null only for a caption without a font
+  std::u16string SavedFontName;
+  COLORREF SavedColor = 0;  // shared by <a> and <c=...>
+  Long SavedSize = 0;       // points; not 0 while a <sub> or <sup> is open
+  bool SubscriptActive = false;
+  Long SubscriptDrop = 0;  // pixels
+  bool ItalicOpen = false;
+  ABC Overhang;
+  bool OverhangValid = false;  // for the token at hand
+
+  CaptionPen(HDC context, const RECT& caption_rect, const CaptionStyle& style);
+
+  // Extent of a text in the font in force; nothing when the platform can't tell.
+  SIZE Measure(std::u16string_view text) const;
+  // Makes the run font, as its properties stand now, the context's.
+  void SelectRunFont() const;
+  // The empty string measured, and LineStart moved to where right-aligned lines start.
+  SIZE StartLineAtRight();
+};
+
+// Does what a tag says. False when the token is text.
+bool ObeyTag(CaptionPen& pen, std::u16string_view token);
+
+// Measures, places and draws a piece of text.
+void PlaceText(CaptionPen& pen, std::u16string_view token);
+
+}  // namespace marklet

@@ -1,0 +1,55 @@
+#include "markup/font_colour_tags.h"
+
+#include <algorithm>
+#include <array>
+
+namespace marklet {
+namespace {
+
+int HexDigit(char16_t ch) {
+  if (ch >= u'0' && ch <= u'9') return ch - u'0';
+  if (ch >= u'A' && ch <= u'F') return ch - u'A' + 10;
+  if (ch >= u'a' && ch <= u'f') return ch - u'a' + 10;
+  return -1;
+}
+
+// The number that up to two hexadecimal digits at the front give.
+unsigned ReadPair(std::u16string_view pair) {
+  unsigned value = 0;
+  for (const char16_t ch : pair) {
+    const int digit = HexDigit(ch);
+    if (digit < 0) break;
+    value = value * 16 + static_cast<unsigned>(digit);
+  }
+  return value;
+}
+
+}  // namespace
+
+FontRef CloneFont(const FontRef& source) {
+  if (!source) return nullptr;
+  auto clone = std::make_shared<StdFont>();
+  clone->PutBold(source->Bold());
+  clone->PutCharset(source->Charset());
+  clone->PutItalic(source->Italic());
+  clone->PutName(source->Name());
+  clone->PutSize(source->Size());
+  clone->PutStrikethrough(source->Strikethrough());
+  clone->PutUnderline(source->Underline());
+  clone->PutWeight(source->Weight());  // behind Bold, so that a weight other than the two usual ones survives
+  return clone;
+}
+
+COLORREF ParseColorTag(std::u16string_view value) {
+  // Only the first six characters that are no "#" count.
+  std::array<char16_t, 6> kept{};
+  std::size_t count = 0;
+  for (std::size_t at = 0; at < value.size() && count < kept.size(); ++at) {
+    if (value[at] != u'#') kept[count++] = value[at];
+  }
+  const std::u16string_view digits(kept.data(), count);
+  const auto pair = [&](std::size_t at) { return ReadPair(digits.substr(std::min(at, count), 2)); };
+  return MakeRgb(pair(0), pair(2), pair(4));
+}
+
+}  // namespace marklet

@@ -1,0 +1,198 @@
+// What each tag does. A token is a tag by its letters alone, however it was cut out of the caption.
+#include <array>
+#include <utility>
+
+#include "markup/caption_pen.h"
+#include "markup/font_colour_tags.h"
+#include "markup/saturate.h"
+#include "platform/rounding.h"
+
+namespace marklet {
+namespace {
+
+constexpr COLORREF kLinkColour = MakeRgb(0, 0, 255);
+
+// The switches: opener and closer alike turn the property over.
+void ToggleBold(CaptionPen& pen) {
+  if (pen.RunFont) pen.RunFont->PutBold(!pen.RunFont->Bold());
+  pen.SelectRunFont();
+}
+
+void ToggleItalic(CaptionPen& pen) {
+  if (pen.RunFont) pen.RunFont->PutItalic(!pen.RunFont->Italic());
+  pen.SelectRunFont();
+}
+
+void OpenItalic(CaptionPen& pen) {
+  ToggleItalic(pen);
+  pen.ItalicOpen = true;
+}
+
+void CloseItalic(CaptionPen& pen) {
+  ToggleItalic(pen);
+  pen.ItalicOpen = false;
+}
+
+void ToggleUnderline(CaptionPen& pen) {
+  if (pen.RunFont) pen.RunFont->PutUnderline(!pen.RunFont->Underline());
+  pen.SelectRunFont();
+}
+
+void ToggleStrikethrough(CaptionPen& pen) {
+  if (pen.RunFont) pen.RunFont->PutStrikethrough(!pen.RunFont->Strikethrough());
+  pen.SelectRunFont();
+}
+
+void BreakLine(CaptionPen& pen) {
+  pen.PenY = SaturatingAdd(pen.PenY, pen.Measure(u"\u00C5y").cy);
+  pen.PenX = pen.LineStart;
+}
+
+void BreakParagraph(CaptionPen& pen) {
+  pen.PenY = SaturatingAdd(pen.PenY, pen.Measure(u" ").cy);
+  BreakLine(pen);
+}
+
+void AdvanceTab(CaptionPen& pen) { pen.PenX = SaturatingAdd(pen.PenX, pen.Measure(u"WW").cx); }
+
+// The run's colour is what the context made of the one it was given.
+void SetColour(CaptionPen& pen, COLORREF colour) {
+  SetTextColor(pen.dc, colour);
+  pen.RunStyle.ForeColor = GetTextColor(pen.dc);
+}
+
+// Saves what the context holds, which before the first run is the paint code's colour and not ForeColor.
+void OpenColour(CaptionPen& pen, COLORREF colour) {
+  pen.SavedColor = GetTextColor(pen.dc);
+  SetColour(pen, colour);
+}
+
+void CloseColour(CaptionPen& pen) { SetColour(pen, pen.SavedColor); }
+
+void OpenLink(CaptionPen& pen) {
+  ToggleUnderline(pen);
+  OpenColour(pen, kLinkColour);
+}
+
+void CloseLink(CaptionPen& pen) {
+  ToggleUnderline(pen);
+  CloseColour(pen);
+}
+
+// Shrinks from the size as it stands, fractions and all. False when a level is open already.
+bool Shrink(CaptionPen& pen) {
+  if (pen.SavedSize != 0) return false;
+  if (!pen.RunFont) return true;
+  const double size = pen.RunFont->Size();
+  pen.SavedSize = RoundHalfEven(size);
+  const int tenths = pen.SavedSize <= 9 ? 7 : pen.SavedSize > 12 ? 5 : 6;
+  pen.RunFont->PutSize(size * tenths / 10);
+  pen.SelectRunFont();
+  return true;
+}
+
+// Back to the size that was saved, which is a whole number. False when no level is open.
+bool Restore(CaptionPen& pen) {
+  if (pen.SavedSize == 0) return false;
+  pen.RunFont->PutSize(pen.SavedSize);
+  pen.SelectRunFont();
+  pen.SavedSize = 0;
+  return true;
+}
+
+// Raises nothing: small letters at the top of the line are the superscript.
+void OpenSuperscript(CaptionPen& pen) { Shrink(pen); }
+
+// Leaves the drop of a <sub> that it closes.
+void CloseSuperscript(CaptionPen& pen) { Restore(pen); }
+
+void OpenSubscript(CaptionPen& pen) {
+  if (!Shrink(pen)) return;
+  pen.SubscriptActive = true;
+  pen.RunStyle.VerticalAlignment = 3;
+  pen.SubscriptDrop = pen.Measure(u"Ab").cy / 3;
+}
+
+void CloseSubscript(CaptionPen& pen) {
+  if (!Restore(pen)) return;
+  pen.SubscriptActive = false;
+  pen.RunStyle.VerticalAlignment = 0;
+  pen.SubscriptDrop = 0;
+}
+
+void SetFontName(CaptionPen& pen, std::u16string name) {
+  if (pen.RunFont) pen.RunFont->PutName(std::move(name));
+  pen.SelectRunFont();
+}
+
+void CloseFont(CaptionPen& pen) { SetFontName(pen, pen.SavedFontName); }
+
+// The token without each "<f=", found from left to right, and then without each ">".
+std::u16string FontNameOf(std::u16string_view token) {
+  constexpr std::u16string_view kOpener = u"<f=";
+  std::u16string name;
+  for (std::size_t at = 0; at < token.size();) {
+    const bool opener = token.substr(at, kOpener.size()) == kOpener;
+    if (!opener && token[at] != u'>') name += token[at];
+    at += opener ? kOpener.size() : 1;
+  }
+  return name;
+}
+
+void OpenFont(CaptionPen& pen, std::u16string_view token) {
+  if (pen.RunFont) pen.SavedFontName = pen.RunFont->Name();
+  SetFontName(pen, FontNameOf(token));
+}
+
+struct FixedTag {
+  std::u16string_view token;
+  void (*obey)(CaptionPen&);
+};
+
+constexpr FixedTag kFixedTags[] = {
+    {u"<b>", ToggleBold},
+    {u"</b>", ToggleBold},
+    {u"<i>", OpenItalic},
+    {u"</i>", CloseItalic},
+    {u"<u>", ToggleUnderline},
+    {u"</u>", ToggleUnderline},
+    {u"<s>", ToggleStrikethrough},
+    {u"</s>", ToggleStrikethrough},
+    {u"<p>", BreakParagraph},
+    {u"<.>", BreakLine},
+    {u"<a>", OpenLink},
+    {u"</a>", CloseLink},
+    {u"</f>", CloseFont},
+    {u"<sup>", OpenSuperscript},
+    {u"<sub>", OpenSubscript},
+    {u"</sup>", CloseSuperscript},
+    {u"</sub>", CloseSubscript},
+    {u"</c>", CloseColour},
+    {u"\t", AdvanceTab},
+};
+
+// A word may be such a tag as well when it happens to have the shape.
+bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
+  if (token.find(u"<f=") != token.npos) {
+    OpenFont(pen, token);
+    return true;
+  }
+  if (!token.starts_with(u"<c=")) return false;
+  OpenColour(pen, ParseColorTag(token.substr(3, 6)));
+  return true;
+}
+
+}  // namespace
+
+bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
+  if (token.back() != u'>' && token != u"\t") return false;  // nearly every token
+  for (const FixedTag& tag : kFixedTags) {
+    if (tag.token == token) {
+      tag.obey(pen);
+      return true;
+    }
+  }
+  return ObeyValueTag(pen, token);
+}
+
+}  // namespace marklet
