@@ -12,9 +12,17 @@ namespace marklet {
 COLORREF BlendColours(OLE_COLOR first, OLE_COLOR second, int weight, bool swap = false);
 
 // Fills a rectangle with a gradient, left to right when `horizontal`, else top to bottom; with equal colours
-// solidly.
+// solidly. Takes system colours.
 void GradientRect(HDC dc, OLE_COLOR first, OLE_COLOR second, Long x, Long y, Long width, Long height,
                   bool horizontal);
+
+// The same between two RGB colours. The modes are the platform's for gradients.
+enum class GradientMode : Long { Horizontal = 0, Vertical = 1 };
+void GradientFillRect(HDC dc, const RECT& rect, COLORREF first, COLORREF second, GradientMode mode);
+// A gradient of solid bands one pixel wide. There is one more than the rectangle has room for: the last, in
+// the second colour, lies at its bottom or right coordinate.
+void GradientBands(HDC dc, const RECT& rect, COLORREF first, COLORREF second, bool vertical);
+void FillBand(HDC dc, Long x, Long y, Long width, Long height, HBRUSH brush);
 
 // A frame one pixel wide in an RGB colour.
 void FrameRectangle(HDC dc, COLORREF colour, Long x, Long y, Long width, Long height);

@@ -1,0 +1,126 @@
+#include <algorithm>
+
+#include "bitmaps/cdib24.h"
+
+namespace marklet {
+namespace {
+
+constexpr Long kOutOfMemory = 7;
+constexpr COLORREF kLastColour = 0xFFFFFF;
+
+// A rectangle on its way from one surface to another, in pixels of the picture.
+struct Passage {
+  std::int64_t x, y, source_x, source_y, width, height;
+
+  // Leaves out what lies outside a surface at `at_x`, `at_y`, which are this passage's own.
+  void Clip(std::int64_t& at_x, std::int64_t& at_y, Long surface_width, Long surface_height) {
+    const std::int64_t left = std::max<std::int64_t>(0, -at_x), top = std::max<std::int64_t>(0, -at_y);
+    x += left, source_x += left, width -= left;
+    y += top, source_y += top, height -= top;
+    width = std::min(width, surface_width - at_x);
+    height = std::min(height, surface_height - at_y);
+  }
+  bool IsEmpty() const { return width <= 0 || height <= 0; }
+};
+
+std::uint8_t* PixelAt(const PixelView& view, std::int64_t x, std::int64_t y) {
+  return view.bits + (view.height - 1 - y) * view.stride + x * (view.bits_per_pixel / 8);
+}
+
+struct KeyBytes {
+  std::uint8_t blue, green, red;
+  explicit KeyBytes(COLORREF key)
+      : blue(static_cast<std::uint8_t>(BlueOf(key))),
+        green(static_cast<std::uint8_t>(GreenOf(key))),
+        red(static_cast<std::uint8_t>(RedOf(key))) {}
+};
+
+template <int FromBytes, int ToBytes>
+void CopyPixel(const std::uint8_t* in, std::uint8_t* out, const KeyBytes& key) {
+  const std::uint8_t blue = in[0], green = in[1], red = in[2];
+  if (blue == key.blue && green == key.green && red == key.red) return;
+  if constexpr (ToBytes == 4) out[3] = FromBytes == 4 ? in[3] : 0;
+  out[0] = blue, out[1] = green, out[2] = red;
+}
+
+template <int FromBytes, int ToBytes>
+void CopyRow(const std::uint8_t* in, std::uint8_t* out, std::int64_t count, bool backwards,
+             const KeyBytes& key) {
+  if (backwards) {
+    for (std::int64_t i = count - 1; i >= 0; --i) {
+      CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
+    }
+  } else {
+    for (std::int64_t i = 0; i < count; ++i) {
+      CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
+    }
+  }
+}
+
+using RowCopier = void (*)(const std::uint8_t*, std::uint8_t*, std::int64_t, bool, const KeyBytes&);
+
+RowCopier RowCopierFor(int from_bits, int to_bits) {
+  if (from_bits == 24) return to_bits == 24 ? CopyRow<3, 3> : CopyRow<3, 4>;
+  return to_bits == 24 ? CopyRow<4, 3> : CopyRow<4, 4>;
+}
+
+// Within one surface the walk starts at the end that the copy moves towards, so that each pixel is read
+// before it is overwritten.
+void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passage, COLORREF key) {
+  const RowCopier copy_row = RowCopierFor(from.bits_per_pixel, to.bits_per_pixel);
+  const KeyBytes key_bytes(key);
+  const bool upwards = passage.y > passage.source_y;
+  const bool backwards = passage.x > passage.source_x && from.bits == to.bits;
+  for (std::int64_t i = 0; i < passage.height; ++i) {
+    const std::int64_t row = upwards ? passage.height - 1 - i : i;
+    copy_row(PixelAt(from, passage.source_x, passage.source_y + row), PixelAt(to, passage.x, passage.y + row),
+             passage.width, backwards, key_bytes);
+  }
+}
+
+PixelView ViewOf(const CDib24& surface) {
+  return {surface.Bits(), surface.Width(), surface.Height(), surface.BytesPerScanLine(), 24};
+}
+
+}  // namespace
+
+Long TransparentCopy(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+                     Long source_y, COLORREF key) {
+  if (destination == nullptr || source == nullptr) return 0;
+  if (key > kLastColour) {  // no pixel has it
+    BitBlt(destination, x, y, width, height, source, source_x, source_y, SRCCOPY);
+    return 0;
+  }
+  Passage passage{x, y, source_x, source_y, width, height};
+  PixelView from, to;
+  const bool reads_pixels = PixelsOf(source, from), writes_pixels = PixelsOf(destination, to);
+  if (reads_pixels) passage.Clip(passage.source_x, passage.source_y, from.width, from.height);
+  if (writes_pixels) passage.Clip(passage.x, passage.y, to.width, to.height);
+  if (passage.IsEmpty()) return 0;
+
+  // A context that isn't pixels of ours takes part through a copy.
+  const auto part_width = static_cast<Long>(passage.width), part_height = static_cast<Long>(passage.height);
+  const auto part_x = static_cast<Long>(passage.x), part_y = static_cast<Long>(passage.y);
+  CDib24 source_copy, destination_copy;
+  if (!reads_pixels) {
+    if (!source_copy.Create(part_width, part_height)) return kOutOfMemory;
+    source_copy.Clear(key);  // what lies outside the source counts as transparent
+    source_copy.LoadFromDC(source, static_cast<Long>(passage.source_x), static_cast<Long>(passage.source_y),
+                           part_width, part_height, SRCCOPY);
+    GdiFlush();
+    from = ViewOf(source_copy);
+    passage.source_x = passage.source_y = 0;
+  }
+  if (!writes_pixels) {
+    if (!destination_copy.Create(part_width, part_height)) return kOutOfMemory;
+    destination_copy.LoadFromDC(destination, part_x, part_y, part_width, part_height, SRCCOPY);
+    GdiFlush();
+    to = ViewOf(destination_copy);
+    passage.x = passage.y = 0;
+  }
+  CopyKeyed(from, to, passage, key);
+  if (!writes_pixels) destination_copy.PaintTo(destination, part_x, part_y, -1, -1, 0, 0, SRCCOPY);
+  return 0;
+}
+
+}  // namespace marklet
