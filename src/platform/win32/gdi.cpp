@@ -3,17 +3,10 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/win32/handles.h"
+#include "platform/win32/saved_state.h"
 
 namespace marklet {
 namespace {
-
-// GDI's own coordinates end here; beyond them it adds without looking. Rectangles are cut to this range.
-constexpr std::int64_t kFar = 1 << 26;
-
-Long Near(std::int64_t coordinate) { return static_cast<Long>(std::clamp(coordinate, -kFar, kFar)); }
-
-RECT Near(const RECT& rect) { return {Near(rect.left), Near(rect.top), Near(rect.right), Near(rect.bottom)}; }
 
 // One axis of a blit: what is left when both ends are cut to GDI's range.
 struct Span {
@@ -144,16 +137,16 @@ bool DrawFocusRect(HDC dc, const RECT& rect) {
   if (!dc) return false;
   if (rect.left >= rect.right || rect.top >= rect.bottom) return true;
   const ::HDC native = Native(dc);
-  const int saved = SaveDC(native);
   const ::HBRUSH brush = CreateCheckerBrush();
-  ::SetTextColor(native, 0x000000);
-  ::SetBkColor(native, 0xFFFFFF);
-  SetBrushOrgEx(native, 0, 0, nullptr);
-  ::SelectObject(native, brush);
-  InvertEdges(native, Near(rect));
-  RestoreDC(native, saved);
-  ::DeleteObject(brush);
-  return saved != 0 && brush != nullptr;
+  {
+    const SavedState state(native);
+    ::SetTextColor(native, 0x000000);
+    ::SetBkColor(native, 0xFFFFFF);
+    SetBrushOrgEx(native, 0, 0, nullptr);
+    ::SelectObject(native, brush);
+    InvertEdges(native, Near(rect));
+  }
+  return ::DeleteObject(brush);
 }
 
 bool GetObjectA(HBITMAP bitmap, BITMAP& result) {

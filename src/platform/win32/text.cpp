@@ -1,11 +1,78 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <limits>
 
+#include "platform/rounding.h"
 #include "platform/system.h"
 #include "platform/win32/handles.h"
+#include "platform/win32/long_text.h"
+#include "platform/win32/saved_state.h"
+#include "platform/win32/text_run.h"
 
 namespace marklet {
+namespace {
+
+// Whether the platform's own calls do.
+bool IsPlain(std::u16string_view text, int line_height) {
+  return text.size() <= kPlainUnits && line_height <= kPlainHeight;
+}
+
+bool PlainExtent(::HDC dc, std::u16string_view text, SIZE& size) {
+  ::SIZE native{};
+  if (!::GetTextExtentPoint32W(dc, Native(text.data()), static_cast<int>(text.size()), &native)) return false;
+  size = Wrap(native);
+  return true;
+}
+
+// The platform cuts a line off at 1024 units when it breaks none at words.
+bool NeedsOwnLayout(std::u16string_view text, int line_height, std::uint32_t flags) {
+  const bool breaks_at_words = (flags & (DT_WORDBREAK | DT_SINGLELINE)) == DT_WORDBREAK;
+  return line_height > kPlainHeight || (text.size() > kPlainUnits && !breaks_at_words);
+}
+
+int PlainDrawText(::HDC dc, std::u16string_view text, ::RECT& rect, std::uint32_t flags) {
+  constexpr std::size_t kMost = std::numeric_limits<int>::max();
+  return ::DrawTextW(dc, Native(text.data()), static_cast<int>(std::min(text.size(), kMost)), &rect, flags);
+}
+
+// Measures at a place where the platform can add to the rectangle.
+int MeasurePlainText(::HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags) {
+  ::RECT place = {0, 0, Near(std::int64_t{rect.right} - rect.left), 0};
+  const int height = PlainDrawText(dc, text, place, flags);
+  rect.right = WrapAdd(rect.left, place.right);
+  rect.bottom = WrapAdd(rect.top, place.bottom);
+  return height;
+}
+
+int DrawPlainText(::HDC dc, std::u16string_view text, const RECT& rect, std::uint32_t flags) {
+  ::RECT place = Native(Near(rect));
+  const bool marks = (flags & DT_NOPREFIX) == 0 && text.find(u'&') != text.npos;
+  if (!marks || (flags & DT_NOCLIP)) return PlainDrawText(dc, text, place, flags);
+  // The bar below a marked character isn't clipped by every platform.
+  const SavedState state(dc);
+  ClipTo(dc, rect);
+  return PlainDrawText(dc, text, place, flags);
+}
+
+// Draws a run where the context's text alignment places it.
+bool DrawAligned(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text) {
+  const UINT align = GetTextAlign(dc);
+  const TEXTMETRICW metrics = MetricsOf(dc);
+  std::int64_t width = 0;
+  if (!WidthOf(dc, text, width)) return false;
+  if ((align & TA_CENTER) == TA_CENTER)
+    x -= width / 2;
+  else if (align & TA_RIGHT)
+    x -= width;
+  if ((align & TA_BASELINE) == TA_BASELINE)
+    y -= metrics.tmAscent;
+  else if (align & TA_BOTTOM)
+    y -= metrics.tmHeight;
+  return DrawRun(dc, x, y, text, (align & TA_RTLREADING) != 0);
+}
+
+}  // namespace
 
 HFONT CreateFontIndirectW(const LOGFONTW& record) {
   ::LOGFONTW native{};
@@ -48,10 +115,11 @@ std::uint32_t SetTextAlign(HDC dc, std::uint32_t align) {
 }
 
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size) {
-  ::SIZE native{};
-  if (!::GetTextExtentPoint32W(Native(dc), Native(text.data()), static_cast<int>(text.size()), &native))
-    return false;
-  size = Wrap(native);
+  if (!text.empty() && text.size() <= kPlainUnits) return PlainExtent(Native(dc), text, size);
+  std::int64_t width = 0;
+  TEXTMETRICW metrics{};
+  if (!WidthOf(Native(dc), text, width) || !GetTextMetricsW(Native(dc), &metrics)) return false;
+  size = {Saturated(width), metrics.tmHeight};
   return true;
 }
 
@@ -68,11 +136,13 @@ bool GetCharABCWidthsA(HDC dc, unsigned code, ABC& widths) {
 }
 
 int DrawTextW(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags) {
-  ::RECT native = Native(rect);
-  const int height =
-      ::DrawTextW(Native(dc), Native(text.data()), static_cast<int>(text.size()), &native, flags);
-  rect = Wrap(native);
-  return height;
+  if (!dc || text.empty()) return 0;
+  const int line_height = MetricsOf(Native(dc)).tmHeight;
+  if (NeedsOwnLayout(text, line_height, flags)) return DrawLongText(dc, text, rect, flags);
+  const int height = flags & DT_CALCRECT ? MeasurePlainText(Native(dc), text, rect, flags)
+                                         : DrawPlainText(Native(dc), text, rect, flags);
+  // For a single line the platform tells where it ends in the rectangle.
+  return flags & DT_SINGLELINE ? line_height : height;
 }
 
 int DrawTextA(HDC dc, std::string_view text, RECT& rect, std::uint32_t flags) {
@@ -80,13 +150,22 @@ int DrawTextA(HDC dc, std::string_view text, RECT& rect, std::uint32_t flags) {
 }
 
 bool TextOutW(HDC dc, Long x, Long y, std::u16string_view text) {
-  return ::TextOutW(Native(dc), x, y, Native(text.data()), static_cast<int>(text.size()));
+  return ExtTextOutW(dc, x, y, 0, nullptr, text);
 }
 
 bool ExtTextOutW(HDC dc, Long x, Long y, std::uint32_t options, const RECT* rect, std::u16string_view text) {
-  const ::RECT native = rect ? Native(*rect) : ::RECT{};
-  return ::ExtTextOutW(Native(dc), x, y, options, rect ? &native : nullptr, Native(text.data()),
-                       static_cast<UINT>(text.size()), nullptr);
+  if (!dc) return false;
+  const ::HDC native = Native(dc);
+  const ::RECT box = rect ? Native(Near(*rect)) : ::RECT{};
+  const auto output = [&](std::u16string_view plain) {
+    return ::ExtTextOutW(native, Near(x), Near(y), options, rect ? &box : nullptr, Native(plain.data()),
+                         static_cast<UINT>(plain.size()), nullptr) != 0;
+  };
+  if (IsPlain(text, MetricsOf(native).tmHeight)) return output(text);
+  const SavedState state(native);
+  if (rect) output({});
+  if (rect && (options & ETO_CLIPPED)) ClipTo(native, *rect);
+  return DrawAligned(native, x, y, text);
 }
 
 }  // namespace marklet

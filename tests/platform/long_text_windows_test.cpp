@@ -1,0 +1,128 @@
+// The layout that takes over from the platform for long texts: on short ones both can be seen.
+#include "platform/win32/long_text.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/gdi.h"
+#include "platform/text.h"
+#include "platform/win32/handles.h"
+
+namespace marklet {
+namespace {
+
+constexpr Long kWidth = 200, kHeight = 80;
+
+class Canvas {
+ public:
+  Canvas() {
+    dc_ = CreateCompatibleDC(nullptr);
+    bitmap_ = CreateDIBSection(dc_, kWidth, kHeight, 24, bits_);
+    former_bitmap_ = SelectObject(dc_, bitmap_);
+    LOGFONTW record;
+    record.lfHeight = -13;
+    record.lfFaceName = u"Tahoma";
+    font_ = CreateFontIndirectW(record);
+    former_font_ = SelectObject(dc_, font_);
+    SetBkMode(dc_, 1);
+    SetTextColor(dc_, 0xFFFFFF);
+  }
+  ~Canvas() {
+    SelectObject(dc_, former_font_);
+    SelectObject(dc_, former_bitmap_);
+    DeleteObject(font_);
+    DeleteObject(bitmap_);
+    DeleteDC(dc_);
+  }
+  HDC Context() const { return dc_; }
+  std::vector<std::uint8_t> TakePixels() {
+    GdiFlush();
+    const std::size_t size = static_cast<std::size_t>(kWidth * 3 * kHeight);
+    std::vector<std::uint8_t> pixels(bits_, bits_ + size);
+    std::fill(bits_, bits_ + size, std::uint8_t{0});
+    return pixels;
+  }
+
+ private:
+  HDC dc_;
+  HBITMAP bitmap_;
+  HFONT font_;
+  HGDIOBJ former_bitmap_, former_font_;
+  std::uint8_t* bits_ = nullptr;
+};
+
+std::u16string RandomText(std::mt19937& random, std::u16string_view alphabet) {
+  std::u16string text(1 + random() % 40, u'x');
+  for (char16_t& unit : text) unit = alphabet[random() % alphabet.size()];
+  return text;
+}
+
+std::string Printable(std::u16string_view text) {
+  std::string result;
+  for (char16_t unit : text) result += unit == u'\n' ? 'N' : unit == u'\r' ? 'R' : static_cast<char>(unit);
+  return result;
+}
+
+struct Case {
+  std::u16string text;
+  std::uint32_t flags;
+  RECT rect;
+};
+
+Case RandomCase(std::mt19937& random, std::u16string_view alphabet) {
+  constexpr std::uint32_t kAligned[] = {0, DT_RIGHT, DT_CENTER};
+  constexpr std::uint32_t kLines[] = {0, 0, DT_SINGLELINE, DT_SINGLELINE | DT_VCENTER,
+                                      DT_SINGLELINE | DT_BOTTOM};
+  Case result{RandomText(random, alphabet), kAligned[random() % 3] | kLines[random() % 5], {}};
+  if (random() % 2) result.flags |= DT_NOPREFIX;
+  if (random() % 3 == 0) result.flags |= DT_WORD_ELLIPSIS;
+  const auto up_to = [&](unsigned most) { return static_cast<Long>(random() % most); };
+  result.rect = {up_to(20), up_to(20), 20 + up_to(170), 20 + up_to(60)};
+  return result;
+}
+
+class LongText : public testing::Test {
+ protected:
+  void ExpectAsThePlatformDoes(const Case& it) {
+    SCOPED_TRACE("\"" + Printable(it.text) + "\" flags " + std::to_string(it.flags) + " in " +
+                 std::to_string(it.rect.left) + ".." + std::to_string(it.rect.right));
+    ::RECT theirs = Native(it.rect);
+    RECT ours = it.rect;
+    const int length = static_cast<int>(it.text.size());
+    const std::uint32_t size_flags = (it.flags | DT_CALCRECT) & ~(DT_VCENTER | DT_BOTTOM);
+    ::DrawTextW(Native(canvas_.Context()), Native(it.text.data()), length, &theirs, size_flags);
+    DrawLongText(canvas_.Context(), it.text, ours, size_flags);
+    EXPECT_EQ(ours.right - ours.left, theirs.right - theirs.left);
+    EXPECT_EQ(ours.bottom - ours.top, theirs.bottom - theirs.top);
+
+    theirs = Native(it.rect);
+    ours = it.rect;
+    ::DrawTextW(Native(canvas_.Context()), Native(it.text.data()), length, &theirs, it.flags);
+    const auto expected = canvas_.TakePixels();
+    DrawLongText(canvas_.Context(), it.text, ours, it.flags);
+    EXPECT_TRUE(canvas_.TakePixels() == expected);
+  }
+  Canvas canvas_;
+  std::mt19937 random_{1};
+};
+
+TEST_F(LongText, IsLaidOutAsThePlatformLaysOutShortOnes) {
+  for (int i = 0; i < 2000; ++i) ExpectAsThePlatformDoes(RandomCase(random_, u"abcWi "));
+}
+
+TEST_F(LongText, BreaksAtLineEndsAndUnderlinesMarksWhereThePlatformDoes) {
+  for (int i = 0; i < 2000; ++i) {
+    Case it = RandomCase(random_, u"abci&  \r\n");
+    it.text.resize(it.text.size() / 3 + 1);
+    it.rect = {0, 0, kWidth, kHeight};                   // the platform doesn't clip its underlines
+    for (std::size_t at = 1; at < it.text.size(); ++at)  // what a mark before a line end does is left open
+      if (it.text[at - 1] == u'&' && it.text[at] < u' ') it.text[at] = u'x';
+    ExpectAsThePlatformDoes(it);
+  }
+}
+
+}  // namespace
+}  // namespace marklet
