@@ -48,7 +48,8 @@ bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source
 
 // Blends a rectangle at its own size. With `use_source_alpha` the source is 32-bit with premultiplied alpha:
 // d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255; otherwise every source pixel counts as
-// opaque.
+// opaque. Parts outside the destination are left out; a rectangle that reaches out of the source, or with
+// alpha a source that has none, draws nothing and returns false.
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
                 Long source_y, std::uint8_t constant_alpha, bool use_source_alpha);
 

@@ -30,7 +30,8 @@ HFONT CreateFontIndirectW(const LOGFONTW& record);
 // Pixels per inch of a context, horizontally and vertically the same; of the screen when `dc` is null.
 Long PixelsPerInch(HDC dc);
 
-COLORREF SetTextColor(HDC dc, COLORREF colour);  // returns the former colour, CLR_INVALID on failure
+// These return the former or current colour, CLR_INVALID on failure.
+COLORREF SetTextColor(HDC dc, COLORREF colour);
 COLORREF GetTextColor(HDC dc);
 COLORREF SetBkColor(HDC dc, COLORREF colour);
 // Background modes 1 (none) and 2 (a box behind the text in the background colour). Any other value, 0 among
@@ -38,7 +39,8 @@ COLORREF SetBkColor(HDC dc, COLORREF colour);
 int SetBkMode(HDC dc, int mode);
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);  // returns the former value
 
-// Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide.
+// Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide
+// and as high as any other.
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size);
 // The same for the first `count` bytes of a text in the system code page; `count` past its end is cut to its
 // end.
