@@ -1,0 +1,284 @@
+#include "platform/headless/face.h"
+
+#include <pango/pangocairo.h>
+#include <pango/pangofc-font.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/headless/font_system.h"
+#include "platform/headless/utf.h"
+#include "platform/rounding.h"
+
+namespace marklet::headless {
+namespace {
+
+// Faces above the first size are made from the second and scaled, so that no size asks the font engine for
+// more than it can do. Sizes end at the third.
+constexpr Long kLargestHinted = 256, kOutlineSize = 1024, kLargestEm = 100'000;
+constexpr Long kDefaultCell = 16;                // the cell height of a record that names none
+constexpr std::size_t kMostMaskBytes = 4 << 20;  // of one face, kept
+
+// Families to look for in place of one that isn't there, by nearness of their widths.
+struct Substitute {
+  std::u16string_view name;
+  const char* families;
+};
+constexpr Substitute kSubstitutes[] = {
+    {u"Tahoma", "Tahoma,DejaVu Sans Condensed,sans"},     {u"Verdana", "Verdana,DejaVu Sans,sans"},
+    {u"MS Sans Serif", "DejaVu Sans Condensed,sans"},     {u"MS Shell Dlg", "DejaVu Sans Condensed,sans"},
+    {u"MS Shell Dlg 2", "DejaVu Sans Condensed,sans"},    {u"System", "DejaVu Sans Condensed,sans"},
+    {u"Segoe UI", "Segoe UI,DejaVu Sans Condensed,sans"},
+};
+
+// A comma would separate families, and a NUL would end the name.
+std::string FamiliesFor(std::u16string_view name) {
+  for (const Substitute& substitute : kSubstitutes)
+    if (substitute.name == name) return substitute.families;
+  std::string families = ToUtf8(name.substr(0, name.find(u'\0')));
+  std::replace(families.begin(), families.end(), ',', ' ');
+  return families.empty() ? "sans" : families + ",sans";
+}
+
+PangoFontDescription* Describe(const LOGFONTW& record) {
+  PangoFontDescription* description = pango_font_description_new();
+  pango_font_description_set_family(description, FamiliesFor(record.lfFaceName).c_str());
+  const Long weight = record.lfWeight == 0 ? 400 : std::clamp(record.lfWeight, 100, 1000);
+  pango_font_description_set_weight(description, static_cast<PangoWeight>(weight));
+  pango_font_description_set_style(description, record.lfItalic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  return description;
+}
+
+bool IsNonCharacter(char32_t c) { return (c & 0xFFFE) == 0xFFFE || (c >= 0xFDD0 && c <= 0xFDEF); }
+bool IsControl(char32_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
+
+cairo_scaled_font_t* ScaledFont(PangoFont* font) {
+  return pango_cairo_font_get_scaled_font(reinterpret_cast<PangoCairoFont*>(font));
+}
+
+cairo_text_extents_t ExtentsOf(const Glyph& glyph) {
+  cairo_glyph_t place = {glyph.index, 0, 0};
+  cairo_text_extents_t extents{};
+  if (glyph.font != nullptr) cairo_scaled_font_glyph_extents(glyph.font, &place, 1, &extents);
+  return extents;
+}
+
+Long Floor(double value) { return RoundHalfEven(std::floor(value)); }
+Long Ceil(double value) { return RoundHalfEven(std::ceil(value)); }
+
+}  // namespace
+
+const Face::Page Face::kEmptyPage{};
+
+Face::Face(const LOGFONTW& record) : system_(FontSystem::OfThread()), description_(Describe(record)) {
+  pages_.fill(&kEmptyPage);
+  Measure(record);
+  missing_.kind = Glyph::Kind::kMissing;
+  missing_.advance = std::max(3, em_ * 6 / 10);
+  std::size_t at = 0;
+  blank_.advance = Find(u" ", at).advance;
+}
+
+Face::~Face() {
+  if (metrics_ != nullptr) pango_font_metrics_unref(metrics_);
+  for (PangoFont* font : fonts_) g_object_unref(font);
+  if (fontset_ != nullptr) g_object_unref(fontset_);
+  pango_font_description_free(description_);
+}
+
+PangoContext* Face::ShapingContext() {
+  PangoContext* context = scale_ == 1 ? system_->Hinted() : system_->Linear();
+  pango_context_set_font_description(context, description_);
+  return context;
+}
+
+// Height and advances in pixels come from the font at its size; a positive height is that of the cell, and
+// gives the em by the font's own proportion.
+void Face::Measure(const LOGFONTW& record) {
+  const auto load = [this](Long em, PangoContext* context) {
+    if (fontset_ != nullptr) g_object_unref(fontset_);
+    pango_font_description_set_absolute_size(description_, double{PANGO_SCALE} * em);
+    fontset_ =
+        pango_font_map_load_fontset(system_->Map(), context, description_, pango_language_from_string("en"));
+    cairo_font_extents_t extents{};
+    PangoFont* font = fontset_ != nullptr ? pango_fontset_get_font(fontset_, 'x') : nullptr;
+    if (font == nullptr) return extents;
+    cairo_scaled_font_extents(ScaledFont(font), &extents);
+    g_object_unref(font);
+    return extents;
+  };
+  const std::int64_t height = record.lfHeight == 0 ? kDefaultCell : record.lfHeight;
+  double em = static_cast<double>(-height);
+  if (height > 0) {
+    const cairo_font_extents_t outline = load(kOutlineSize, system_->Linear());
+    const double cell = outline.ascent + outline.descent;
+    em = static_cast<double>(height) * (cell > 0 ? kOutlineSize / cell : 1);
+  }
+  em_ = RoundHalfEven(std::clamp(em, 1.0, double{kLargestEm}));
+  const bool hinted = em_ <= kLargestHinted;
+  const cairo_font_extents_t extents =
+      load(hinted ? em_ : kOutlineSize, hinted ? system_->Hinted() : system_->Linear());
+  scale_ = hinted ? 1 : double(em_) / kOutlineSize;
+  ascent_ = RoundHalfEven(extents.ascent * scale_);
+  descent_ = RoundHalfEven(extents.descent * scale_);
+}
+
+Glyph& Face::Find(std::u16string_view text, std::size_t& position) {
+  const char32_t c = NextCodePoint(text, position);
+  if (c < 0x10000 && !IsSurrogate(c)) {
+    std::unique_ptr<Page>& page = own_pages_[c >> 8];
+    if (page == nullptr) {
+      page = std::make_unique<Page>();
+      pages_[c >> 8] = page.get();
+    }
+    return *((*page)[c & 0xFF] = &Resolve(c));
+  }
+  if (IsSurrogate(c)) return missing_;
+  const auto [place, fresh] = astral_.try_emplace(c, nullptr);
+  if (fresh) place->second = &Resolve(c);
+  return *place->second;
+}
+
+Glyph& Face::Resolve(char32_t c) {
+  if (c == 0 || IsNonCharacter(c) || fontset_ == nullptr) return missing_;
+  if (IsControl(c)) return blank_;
+  PangoFont* font = pango_fontset_get_font(fontset_, c);
+  if (font == nullptr) return missing_;
+  const unsigned index = pango_fc_font_get_glyph(reinterpret_cast<PangoFcFont*>(font), c);
+  Glyph& glyph = index != 0 ? GlyphOf(font, index) : missing_;
+  g_object_unref(font);
+  return glyph;
+}
+
+Glyph& Face::GlyphOf(PangoFont* font, unsigned index) {
+  const auto [place, fresh] = glyphs_.try_emplace(GlyphKey{font, index});
+  Glyph& glyph = place->second;
+  if (!fresh) return glyph;
+  if (std::find(fonts_.begin(), fonts_.end(), font) == fonts_.end())
+    fonts_.push_back(static_cast<PangoFont*>(g_object_ref(font)));
+  glyph.font = ScaledFont(font);
+  glyph.index = index;
+  const cairo_text_extents_t extents = ExtentsOf(glyph);
+  glyph.kind = extents.width > 0 && extents.height > 0 ? Glyph::Kind::kInk : Glyph::Kind::kBlank;
+  glyph.advance = std::max(0, RoundHalfEven(extents.x_advance * scale_));
+  return glyph;
+}
+
+Ink Face::InkOf(const Glyph& glyph) const {
+  if (glyph.kind == Glyph::Kind::kBlank) return {};
+  if (glyph.kind == Glyph::Kind::kMissing) return {1, -ascent_ * 3 / 4, missing_.advance - 1, 0};
+  const cairo_text_extents_t extents = ExtentsOf(glyph);
+  return {Floor(extents.x_bearing * scale_), Floor(extents.y_bearing * scale_),
+          Ceil((extents.x_bearing + extents.width) * scale_),
+          Ceil((extents.y_bearing + extents.height) * scale_)};
+}
+
+void Face::Draw(const Canvas& canvas, Glyph& glyph, std::int64_t x, std::int64_t baseline) {
+  switch (glyph.kind) {
+    case Glyph::Kind::kBlank:
+      return;
+    case Glyph::Kind::kMissing:
+      return DrawMissing(canvas, x, baseline);
+    case Glyph::Kind::kInk:
+      break;
+  }
+  if (scale_ != 1) return DrawOutline(canvas, glyph, x, baseline);
+  if (!glyph.drawn) Render(glyph);
+  BlendCoverage(canvas.surface, canvas.clip, x + glyph.left, baseline + glyph.top, glyph.mask, canvas.colour);
+}
+
+// A mask of the glyph at the face's own size.
+void Face::Render(Glyph& glyph) {
+  if (mask_bytes_ > kMostMaskBytes) {
+    for (auto& [key, kept] : glyphs_) {
+      kept.drawn = false;
+      kept.memory.reset();
+    }
+    mask_bytes_ = 0;
+  }
+  glyph.drawn = true;
+  glyph.mask = {};
+  const Ink ink = InkOf(glyph);
+  const Long width = ink.right - ink.left + 2, height = ink.bottom - ink.top + 2;
+  if (width > 4 * kLargestHinted || height > 4 * kLargestHinted) return;  // a broken font
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
+  cairo_t* cairo = cairo_create(surface);
+  cairo_set_scaled_font(cairo, glyph.font);
+  cairo_glyph_t place = {glyph.index, 1.0 - ink.left, 1.0 - ink.top};
+  cairo_show_glyphs(cairo, &place, 1);
+  cairo_surface_flush(surface);
+  if (const unsigned char* data = cairo_image_surface_get_data(surface)) {
+    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    const int stride = cairo_image_surface_get_stride(surface);
+    glyph.memory = std::make_unique<std::uint8_t[]>(bytes);
+    for (Long row = 0; row < height; ++row)
+      std::copy_n(data + std::ptrdiff_t{row} * stride, width,
+                  glyph.memory.get() + std::ptrdiff_t{row} * width);
+    glyph.left = ink.left - 1;
+    glyph.top = ink.top - 1;
+    glyph.mask = {glyph.memory.get(), width, height, width};
+    mask_bytes_ += bytes;
+  }
+  cairo_destroy(cairo);
+  cairo_surface_destroy(surface);
+}
+
+// A large glyph, never kept: its outline is filled where it can be seen.
+void Face::DrawOutline(const Canvas& canvas, const Glyph& glyph, std::int64_t x, std::int64_t baseline) {
+  const Ink ink = InkOf(glyph);
+  const Box visible =
+      Intersect({x + ink.left, baseline + ink.top, x + ink.right, baseline + ink.bottom}, canvas.clip);
+  if (visible.Empty()) return;
+  const auto width = static_cast<int>(visible.Width()), height = static_cast<int>(visible.Height());
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
+  cairo_t* cairo = cairo_create(surface);
+  cairo_translate(cairo, static_cast<double>(x - visible.left), static_cast<double>(baseline - visible.top));
+  cairo_scale(cairo, scale_, scale_);
+  cairo_set_scaled_font(cairo, glyph.font);
+  cairo_glyph_t place = {glyph.index, 0, 0};
+  cairo_glyph_path(cairo, &place, 1);
+  cairo_fill(cairo);
+  cairo_surface_flush(surface);
+  const Coverage mask = {cairo_image_surface_get_data(surface), width, height,
+                         cairo_image_surface_get_stride(surface)};
+  if (mask.rows != nullptr)
+    BlendCoverage(canvas.surface, canvas.clip, visible.left, visible.top, mask, canvas.colour);
+  cairo_destroy(cairo);
+  cairo_surface_destroy(surface);
+}
+
+// An upright box, one pixel thick or a sixteenth of the em.
+void Face::DrawMissing(const Canvas& canvas, std::int64_t x, std::int64_t baseline) {
+  const Ink ink = InkOf(missing_);
+  const Box box = {x + ink.left, baseline + ink.top, x + ink.right, baseline + ink.bottom};
+  const Long pen = std::max(1, em_ / 16);
+  const auto fill = [&canvas](const Box& bar) {
+    FillBox(canvas.surface, Intersect(bar, canvas.clip), canvas.colour);
+  };
+  fill({box.left, box.top, box.right, box.top + pen});
+  fill({box.left, box.bottom - pen, box.right, box.bottom});
+  fill({box.left, box.top, box.left + pen, box.bottom});
+  fill({box.right - pen, box.top, box.right, box.bottom});
+}
+
+PangoFontMetrics* Face::Metrics() {
+  if (metrics_ == nullptr)
+    metrics_ = pango_context_get_metrics(ShapingContext(), description_, pango_language_from_string("en"));
+  return metrics_;
+}
+
+Face::Bar Face::Underline() {
+  PangoFontMetrics* metrics = Metrics();
+  const double pixel = scale_ / PANGO_SCALE;
+  return {RoundHalfEven(-pango_font_metrics_get_underline_position(metrics) * pixel),
+          std::max(1, RoundHalfEven(pango_font_metrics_get_underline_thickness(metrics) * pixel))};
+}
+
+Face::Bar Face::StrikeOut() {
+  PangoFontMetrics* metrics = Metrics();
+  const double pixel = scale_ / PANGO_SCALE;
+  return {RoundHalfEven(-pango_font_metrics_get_strikethrough_position(metrics) * pixel),
+          std::max(1, RoundHalfEven(pango_font_metrics_get_strikethrough_thickness(metrics) * pixel))};
+}
+
+}  // namespace marklet::headless

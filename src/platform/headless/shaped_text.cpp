@@ -1,0 +1,96 @@
+#include "platform/headless/shaped_text.h"
+
+#include <pango/pango.h>
+
+#include <cmath>
+#include <string>
+
+#include "platform/headless/utf.h"
+#include "platform/rounding.h"
+
+namespace marklet::headless {
+namespace {
+
+constexpr char32_t kNoCharacter = 0xFFFE;  // never in a font, so that it comes out as the missing glyph
+
+// What the shaping engine is given for a character, so that it draws as in plain text.
+char32_t Shapeable(char32_t c) {
+  if (c == 0 || IsSurrogate(c)) return kNoCharacter;
+  return c < 0x20 || (c >= 0x7F && c < 0xA0) ? U' ' : c;
+}
+
+// A text as the shaping engine reads it, and the code unit that each byte comes from.
+struct EncodedText {
+  explicit EncodedText(std::u16string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+      const std::size_t unit = i;
+      AppendUtf8(bytes, Shapeable(NextCodePoint(text, i)));
+      units.resize(bytes.size(), unit);
+    }
+  }
+  std::string bytes;
+  std::vector<std::size_t> units;
+};
+
+class Shaper {
+ public:
+  Shaper(Face& face, const TextLine& line) : face_(face), encoded_(line.text), rtl_(line.rtl) {
+    result_->unit_widths.resize(line.text.size());
+  }
+  std::shared_ptr<const ShapedText> Run();
+
+ private:
+  void ShapeItem(PangoItem* item);
+  void Place(PangoItem* item, const PangoGlyphInfo& info, int cluster);
+
+  Face& face_;
+  EncodedText encoded_;
+  bool rtl_;
+  double pen_ = 0;
+  std::shared_ptr<ShapedText> result_ = std::make_shared<ShapedText>();
+};
+
+std::shared_ptr<const ShapedText> Shaper::Run() {
+  const auto length = static_cast<int>(encoded_.bytes.size());
+  PangoAttrList* attributes = pango_attr_list_new();
+  GList* logical =
+      pango_itemize_with_base_dir(face_.ShapingContext(), rtl_ ? PANGO_DIRECTION_RTL : PANGO_DIRECTION_LTR,
+                                  encoded_.bytes.data(), 0, length, attributes, nullptr);
+  pango_attr_list_unref(attributes);
+  GList* visual = pango_reorder_items(logical);
+  for (const GList* node = visual; node != nullptr; node = node->next)
+    ShapeItem(static_cast<PangoItem*>(node->data));
+  g_list_free(visual);
+  g_list_free_full(logical, [](void* item) { pango_item_free(static_cast<PangoItem*>(item)); });
+  result_->width = static_cast<std::int64_t>(std::llround(pen_));
+  return std::move(result_);
+}
+
+void Shaper::ShapeItem(PangoItem* item) {
+  PangoGlyphString* glyphs = pango_glyph_string_new();
+  pango_shape_full(encoded_.bytes.data() + item->offset, item->length, encoded_.bytes.data(),
+                   static_cast<int>(encoded_.bytes.size()), &item->analysis, glyphs);
+  for (int i = 0; i < glyphs->num_glyphs; ++i) Place(item, glyphs->glyphs[i], glyphs->log_clusters[i]);
+  pango_glyph_string_free(glyphs);
+}
+
+void Shaper::Place(PangoItem* item, const PangoGlyphInfo& info, int cluster) {
+  const double pixel = face_.Scale() / PANGO_SCALE;
+  const bool missing = (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
+  const double width = missing ? face_.MissingGlyph().advance : info.geometry.width * pixel;
+  if (info.glyph != PANGO_GLYPH_EMPTY) {
+    Glyph& glyph = missing ? face_.MissingGlyph() : face_.GlyphOf(item->analysis.font, info.glyph);
+    result_->places.push_back({&glyph, std::llround(pen_ + info.geometry.x_offset * pixel),
+                               std::llround(info.geometry.y_offset * pixel)});
+  }
+  const std::size_t unit = encoded_.units[static_cast<std::size_t>(item->offset + cluster)];
+  const std::int64_t before = std::llround(pen_);
+  pen_ += width;
+  result_->unit_widths[unit] += static_cast<Long>(std::llround(pen_) - before);
+}
+
+}  // namespace
+
+std::shared_ptr<const ShapedText> Shape(Face& face, const TextLine& line) { return Shaper(face, line).Run(); }
+
+}  // namespace marklet::headless

@@ -1,0 +1,26 @@
+// Text of complex script, shaped and put in visual order.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "platform/headless/face.h"
+#include "platform/headless/text_line.h"
+
+namespace marklet::headless {
+
+struct ShapedText {
+  struct Place {
+    Glyph* glyph;  // of the face that the text was shaped for
+    std::int64_t x, y;
+  };
+  std::vector<Place> places;      // from the line's left end and baseline
+  std::vector<Long> unit_widths;  // by code unit, in the order of the text
+  std::int64_t width = 0;
+};
+
+// Short texts stay in a bounded cache of the face.
+std::shared_ptr<const ShapedText> Shape(Face& face, const TextLine& line);
+
+}  // namespace marklet::headless
