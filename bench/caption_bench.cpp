@@ -1,0 +1,200 @@
+// A caption from its text to pixels, each time parsed, laid out and drawn: the engine, a Pango markup label
+// drawn by Cairo, and Qt's rich text. For information also the peers with a layout that they keep.
+#include <benchmark/benchmark.h>
+#include <pango/pangocairo.h>
+
+#include <QAbstractTextDocumentLayout>
+#include <QImage>
+#include <QPainter>
+#include <QStaticText>
+#include <QTextDocument>
+#include <memory>
+
+#include "captions.h"
+#include "label.h"
+
+namespace marklet::bench {
+namespace {
+
+template <typename Text, typename Make>
+std::vector<Text> Variants(Make make) {
+  std::vector<Text> texts;
+  texts.reserve(kVariants);
+  for (int first = 0; first < kVariants; ++first) texts.push_back(make(first));
+  return texts;
+}
+
+// Calls draw(text) with one text after the other.
+template <typename Text, typename Draw>
+void Cycle(benchmark::State& state, const std::vector<Text>& texts, Draw draw) {
+  std::size_t next = 0;
+  while (state.KeepRunning()) {
+    draw(texts[next]);
+    next = (next + 1) % texts.size();
+  }
+}
+
+void Marklet(benchmark::State& state, Kind kind, int words) {
+  Label label(kWidth, kHeight);
+  const auto texts =
+      Variants<std::u16string>([&](int first) { return Utf16(MarkletCaption(kind, words, first)); });
+  Cycle(state, texts, [&](const std::u16string& text) { label.Draw(text); });
+}
+
+struct PangoLabel {
+  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kWidth, kHeight);
+  cairo_t* context = cairo_create(surface);
+  PangoLayout* layout = pango_cairo_create_layout(context);
+
+  PangoLabel() {
+    cairo_set_source_rgb(context, 1, 1, 1);
+    cairo_paint(context);
+    cairo_set_source_rgb(context, 0, 0, 0);
+    PangoFontDescription* font = pango_font_description_from_string(kFamily);
+    pango_font_description_set_absolute_size(font, kFontPixels * PANGO_SCALE);
+    pango_layout_set_font_description(layout, font);
+    pango_font_description_free(font);
+    pango_layout_set_width(layout, kWidth * PANGO_SCALE);
+  }
+  ~PangoLabel() {
+    g_object_unref(layout);
+    cairo_destroy(context);
+    cairo_surface_destroy(surface);
+  }
+  PangoLabel(const PangoLabel&) = delete;
+  PangoLabel& operator=(const PangoLabel&) = delete;
+
+  void SetMarkup(const std::string& markup) {
+    pango_layout_set_markup(layout, markup.data(), static_cast<int>(markup.size()));
+  }
+  void Draw() {
+    cairo_move_to(context, 0, 0);
+    pango_cairo_show_layout(context, layout);
+  }
+};
+
+void Pango(benchmark::State& state, Kind kind, int words) {
+  PangoLabel label;
+  const auto texts = Variants<std::string>([&](int first) { return PangoMarkup(kind, words, first); });
+  Cycle(state, texts, [&](const std::string& text) {
+    label.SetMarkup(text);
+    label.Draw();
+  });
+}
+
+void PangoKept(benchmark::State& state, Kind kind, int words) {
+  PangoLabel label;
+  label.SetMarkup(PangoMarkup(kind, words, 0));
+  while (state.KeepRunning()) label.Draw();
+}
+
+struct QtLabel {
+  QImage image{kWidth, kHeight, QImage::Format_RGB32};
+  QPainter painter;
+  QFont font{QString::fromLatin1(kFamily)};
+
+  QtLabel() {
+    image.fill(Qt::white);
+    font.setPixelSize(kFontPixels);
+    painter.begin(&image);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+  }
+};
+
+// QTextDocument, on which QLabel stands.
+struct QtDocument : QtLabel {
+  QTextDocument document;
+
+  QtDocument() {
+    document.setUndoRedoEnabled(false);
+    document.setDocumentMargin(0);
+    document.setDefaultFont(font);
+    document.setTextWidth(kWidth);
+  }
+  void Set(Kind kind, const QString& text) {
+    if (kind == Kind::Rich) {
+      document.setHtml(text);
+    } else {
+      document.setPlainText(text);
+    }
+  }
+  void Draw() { document.drawContents(&painter); }
+};
+
+struct QtStatic : QtLabel {
+  QStaticText text;
+
+  explicit QtStatic(Kind kind) {
+    text.setTextFormat(kind == Kind::Rich ? Qt::RichText : Qt::PlainText);
+    text.setTextWidth(kWidth);
+    text.setPerformanceHint(QStaticText::ModerateCaching);
+  }
+  void Draw() { painter.drawStaticText(0, 0, text); }
+};
+
+std::vector<QString> QtTexts(Kind kind, int words) {
+  return Variants<QString>([&](int first) { return QString::fromStdString(Html(kind, words, first)); });
+}
+
+void QtTextDocument(benchmark::State& state, Kind kind, int words) {
+  QtDocument label;
+  Cycle(state, QtTexts(kind, words), [&](const QString& text) {
+    label.Set(kind, text);
+    label.Draw();
+  });
+}
+
+void QtStaticText(benchmark::State& state, Kind kind, int words) {
+  QtStatic label(kind);
+  Cycle(state, QtTexts(kind, words), [&](const QString& text) {
+    label.text.setText(text);
+    label.Draw();
+  });
+}
+
+void QtTextDocumentKept(benchmark::State& state, Kind kind, int words) {
+  QtDocument label;
+  label.Set(kind, QtTexts(kind, words).front());
+  while (state.KeepRunning()) label.Draw();
+}
+
+void QtStaticTextKept(benchmark::State& state, Kind kind, int words) {
+  QtStatic label(kind);
+  label.text.setText(QtTexts(kind, words).front());
+  while (state.KeepRunning()) label.Draw();
+}
+
+using Function = void (*)(benchmark::State&, Kind, int);
+struct Peer {
+  const char* group;
+  const char* name;
+  Function function;
+};
+constexpr Peer kPeers[] = {
+    {"caption", "marklet", Marklet},
+    {"caption", "pango", Pango},
+    {"caption", "qt-document", QtTextDocument},
+    {"caption", "qt-static", QtStaticText},
+    {"kept", "pango", PangoKept},
+    {"kept", "qt-document", QtTextDocumentKept},
+    {"kept", "qt-static", QtStaticTextKept},
+};
+
+const bool kRegistered = [] {
+  for (const Peer& peer : kPeers) {
+    for (const Kind kind : {Kind::Plain, Kind::Rich}) {
+      for (const int words : {5, 10, 20}) {
+        const std::string name = std::string(peer.group) + "/" + (kind == Kind::Rich ? "rich" : "plain") +
+                                 "/" + std::to_string(words) + "/" + peer.name;
+        benchmark::RegisterBenchmark(name.c_str(), [peer, kind, words](benchmark::State& state) {
+          peer.function(state, kind, words);
+        });
+      }
+    }
+  }
+  return true;
+}();
+
+}  // namespace
+}  // namespace marklet::bench

@@ -1,0 +1,74 @@
+// The engine's own share: a caption against the platform calls that it makes, made again without it; and how
+// the time grows with the caption's length.
+#include <benchmark/benchmark.h>
+
+#include "captions.h"
+#include "label.h"
+#include "platform/headless/recorder.h"
+
+namespace marklet::bench {
+namespace {
+
+// High enough for a thousand words, so that nothing is left out as being off the surface.
+constexpr Long kTall = 3000;
+
+void Engine(benchmark::State& state, int words) {
+  Label label(kWidth, kTall);
+  const std::u16string caption = Utf16(MarkletCaption(Kind::Rich, words, 0));
+  while (state.KeepRunning()) label.Draw(caption);
+}
+
+void Replay(benchmark::State& state, int words) {
+  Label label(kWidth, kTall);
+  const std::u16string caption = Utf16(MarkletCaption(Kind::Rich, words, 0));
+  label.Draw(caption);  // the fonts are made once, as for the engine
+  Recorder recorder;
+  label.Draw(caption);
+  while (state.KeepRunning()) recorder.Replay();
+  state.counters["calls"] = static_cast<double>(recorder.Lines().size());
+}
+
+// `characters` of text, with words and tags or without a place to break.
+std::u16string TextOf(const std::string& unit, int characters) {
+  std::string text;
+  while (static_cast<int>(text.size()) < characters) text += unit;
+  text.resize(static_cast<std::size_t>(characters));
+  return Utf16(text);
+}
+
+void Length(benchmark::State& state, const std::string& unit, int characters) {
+  Label label(kWidth, kHeight);
+  const std::u16string caption = TextOf(unit, characters);
+  while (state.KeepRunning()) label.Draw(caption);
+}
+
+struct Shape {
+  const char* name;
+  std::string unit;
+};
+
+const bool kRegistered = [] {
+  for (const int words : {5, 20, 1000}) {
+    const std::string name = "replay/" + std::to_string(words);
+    benchmark::RegisterBenchmark((name + "/engine").c_str(),
+                                 [words](benchmark::State& state) { Engine(state, words); });
+    benchmark::RegisterBenchmark((name + "/replay").c_str(),
+                                 [words](benchmark::State& state) { Replay(state, words); });
+  }
+  const Shape shapes[] = {{"plain", MarkletCaption(Kind::Plain, 20, 0) + " "},
+                          {"rich", MarkletCaption(Kind::Rich, 20, 0) + " "},
+                          {"tags", "<b>x</b>"},
+                          {"unbroken", "<b>" + std::string(99, 'x') + "</b>"}};
+  for (const Shape& shape : shapes) {
+    for (const int characters : {1000, 10000, 100000}) {
+      const std::string name = std::string("length/") + shape.name + "/" + std::to_string(characters);
+      benchmark::RegisterBenchmark(name.c_str(), [unit = shape.unit, characters](benchmark::State& state) {
+        Length(state, unit, characters);
+      })->Unit(benchmark::kMicrosecond);
+    }
+  }
+  return true;
+}();
+
+}  // namespace
+}  // namespace marklet::bench

@@ -1,0 +1,22 @@
+// A surface with a font, on which the engine draws a caption as the control does.
+#pragma once
+
+#include <string_view>
+
+#include "bitmaps/cdib24.h"
+#include "platform/std_font.h"
+
+namespace marklet::bench {
+
+class Label {
+ public:
+  Label(Long width, Long height);
+  void Draw(std::u16string_view caption);
+  CDib24& Surface() { return surface_; }
+
+ private:
+  CDib24 surface_;
+  FontRef font_;
+};
+
+}  // namespace marklet::bench
