@@ -196,5 +196,41 @@ const bool kRegistered = [] {
   return true;
 }();
 
+QImage ImageOf(CDib24& surface) {
+  const QImage bottom_up(surface.Bits(), surface.Width(), surface.Height(), surface.BytesPerScanLine(),
+                         QImage::Format_BGR888);
+  return bottom_up.mirrored();
+}
+
+QImage ImageOf(const PangoLabel& label) {
+  cairo_surface_flush(label.surface);
+  return QImage(cairo_image_surface_get_data(label.surface), kWidth, kHeight,
+                cairo_image_surface_get_stride(label.surface), QImage::Format_RGB32)
+      .copy();
+}
+
 }  // namespace
+
+bool SavePicture(const char* file) {
+  constexpr int words = 20;
+  Label marklet(kWidth, kHeight);
+  marklet.Draw(Utf16(MarkletCaption(Kind::Rich, words, 0)));
+  PangoLabel pango;
+  pango.SetMarkup(PangoMarkup(Kind::Rich, words, 0));
+  pango.Draw();
+  QtDocument document;
+  document.Set(Kind::Rich, QtTexts(Kind::Rich, words).front());
+  document.Draw();
+  QtStatic text(Kind::Rich);
+  text.text.setText(QtTexts(Kind::Rich, words).front());
+  text.Draw();
+
+  const QImage images[] = {ImageOf(marklet.Surface()), ImageOf(pango), document.image, text.image};
+  QImage sheet(kWidth, 4 * kHeight, QImage::Format_RGB32);
+  QPainter painter(&sheet);
+  for (int i = 0; i < 4; ++i) painter.drawImage(0, i * kHeight, images[i]);
+  painter.end();
+  return sheet.save(QString::fromLocal8Bit(file));
+}
+
 }  // namespace marklet::bench

@@ -22,6 +22,10 @@ constexpr int kFontPixels = 11;
 constexpr double kFontPoints = 8.25;  // the same at 96 dots per inch
 constexpr const char* kFamily = "DejaVu Sans";
 
+// Writes what each peer makes of the same caption, one below the other: the engine, Pango, QTextDocument,
+// QStaticText.
+bool SavePicture(const char* file);
+
 std::u16string Utf16(const std::string& ascii);
 
 }  // namespace marklet::bench
