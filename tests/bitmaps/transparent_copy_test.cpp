@@ -18,9 +18,11 @@ using Bytes = std::array<std::uint8_t, 4>;  // blue, green, red, alpha; no alpha
 // A picture from the top left, free of any surface.
 struct Picture {
   Long width, height;
+  bool has_alpha;
   std::vector<Bytes> pixels;
 
-  explicit Picture(const PixelContext& context) : width(context.Width()), height(context.Height()) {
+  explicit Picture(const PixelContext& context)
+      : width(context.Width()), height(context.Height()), has_alpha(context.Bytes() == 4) {
     GdiFlush();
     for (Long y = 0; y < height; ++y) {
       for (Long x = 0; x < width; ++x) {
@@ -48,6 +50,7 @@ void NaiveCopy(Picture& to, Picture from, const Copy& copy, COLORREF key) {
       Bytes* out = to.At(std::int64_t{copy.x} + column, std::int64_t{copy.y} + row);
       if (in == nullptr || out == nullptr || MakeRgb((*in)[2], (*in)[1], (*in)[0]) == key) continue;
       *out = *in;
+      if (!to.has_alpha) (*out)[3] = 0;
     }
   }
 }
