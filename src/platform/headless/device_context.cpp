@@ -120,6 +120,7 @@ bool DeleteObject(HGDIOBJ object) {
 }
 
 bool PixelsOf(HDC dc, PixelView& view) {
+  if (Refused(Operation::kPixelsOf, dc)) return false;
   if (dc == nullptr || dc->surface.bits == nullptr) return false;
   const headless::Surface& surface = dc->surface;
   view = {surface.bits, surface.width, surface.height, static_cast<Long>(surface.stride),
