@@ -9,7 +9,8 @@ constexpr int kOpaque = 2;
 
 void DrawLineInContext(const DeviceContextHandle& dc, const Box& clip, const TextLine& line, std::int64_t x,
                        std::int64_t y, std::int64_t width) {
-  const Canvas canvas = {dc.surface, Intersect(clip, dc.surface.Bounds()), dc.text_colour};
+  if (dc.surface.bits == nullptr) return;
+  const Canvas canvas(dc.surface, clip, dc.text_colour);
   Font& font = dc.SelectedFont();
   const Face& face = font.RealFace();
   const std::int64_t bottom = y + face.Height();

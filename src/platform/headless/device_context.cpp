@@ -96,8 +96,8 @@ HBITMAP CreateDIBSection(HDC dc, Long width, Long height, int bits_per_pixel, st
   const std::int64_t stride = StrideOf(width, height, bits_per_pixel);
   if (stride == 0) return nullptr;
   auto bitmap = std::make_unique<headless::Bitmap>();
-  bitmap->memory.reset(static_cast<std::uint8_t*>(
-      std::calloc(static_cast<std::size_t>(height), static_cast<std::size_t>(stride))));
+  const auto bytes = static_cast<std::size_t>(stride * height);
+  bitmap->memory.reset(static_cast<std::uint8_t*>(std::calloc(bytes + headless::kSlack, 1)));
   if (bitmap->memory == nullptr) return nullptr;
   bits = bitmap->memory.get();
   bitmap->surface = {bits, width, height, stride, bits_per_pixel / 8};

@@ -63,6 +63,62 @@ cairo_text_extents_t ExtentsOf(const Glyph& glyph) {
   return extents;
 }
 
+// Memory for one coverage mask, and a drawing context on it.
+class CoveragePainter {
+ public:
+  CoveragePainter(int width, int height)
+      : width_(width),
+        height_(height),
+        surface_(cairo_image_surface_create(CAIRO_FORMAT_A8, width, height)),
+        cairo_(cairo_create(surface_)) {}
+  ~CoveragePainter() {
+    cairo_destroy(cairo_);
+    cairo_surface_destroy(surface_);
+  }
+  CoveragePainter(const CoveragePainter&) = delete;
+  CoveragePainter& operator=(const CoveragePainter&) = delete;
+
+  cairo_t* Cairo() const { return cairo_; }
+  // Valid as long as the painter; empty when there was no memory.
+  Coverage Result() const {
+    cairo_surface_flush(surface_);
+    const unsigned char* rows = cairo_image_surface_get_data(surface_);
+    if (rows == nullptr) return {};
+    return {rows, width_, height_, cairo_image_surface_get_stride(surface_)};
+  }
+
+ private:
+  int width_, height_;
+  cairo_surface_t* surface_;
+  cairo_t* cairo_;
+};
+
+// The part of a mask that isn't clear; empty, but inside, when all of it is.
+Ink InkIn(const Coverage& mask) {
+  Ink ink = {mask.width, mask.height, 0, 0};
+  for (Long y = 0; y < mask.height; ++y)
+    for (Long x = 0; x < mask.width; ++x) {
+      if (mask.rows[y * mask.stride + x] == 0) continue;
+      ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
+             std::max(ink.bottom, y + 1)};
+    }
+  return ink.right == 0 ? Ink{} : ink;
+}
+
+// Copies a part of a mask, spread out for a depth; returns the bytes it takes.
+std::size_t Spread(const Coverage& drawn, const Ink& part, int bytes_per_pixel, Glyph::Mask& mask) {
+  const Long width = part.right - part.left, height = part.bottom - part.top;
+  const std::ptrdiff_t stride = SpreadStride(width, bytes_per_pixel);
+  const std::size_t bytes = static_cast<std::size_t>(stride) * static_cast<std::size_t>(height);
+  mask.memory = std::make_unique<std::uint8_t[]>(bytes);
+  mask.coverage = {mask.memory.get(), width, height, stride, bytes_per_pixel};
+  for (Long y = 0; y < height; ++y)
+    for (Long x = 0; x < width; ++x)
+      std::fill_n(mask.memory.get() + y * stride + x * bytes_per_pixel, 3,
+                  drawn.rows[(part.top + y) * drawn.stride + part.left + x]);
+  return bytes;
+}
+
 Long Floor(double value) { return RoundHalfEven(std::floor(value)); }
 Long Ceil(double value) { return RoundHalfEven(std::ceil(value)); }
 
@@ -183,44 +239,40 @@ void Face::Draw(const Canvas& canvas, Glyph& glyph, std::int64_t x, std::int64_t
       break;
   }
   if (scale_ != 1) return DrawOutline(canvas, glyph, x, baseline);
-  if (!glyph.drawn) Render(glyph);
-  BlendCoverage(canvas.surface, canvas.clip, x + glyph.left, baseline + glyph.top, glyph.mask, canvas.colour);
+  const int depth = canvas.surface.bytes_per_pixel;
+  Glyph::Mask& mask = glyph.masks[depth - 3];
+  if (!mask.made) MakeMask(glyph, depth, mask);
+  const std::int64_t left = x + mask.left, top = baseline + mask.top;
+  if (left >= canvas.clip.left && left + mask.coverage.width <= canvas.clip.right && top >= canvas.clip.top &&
+      top + mask.coverage.height <= canvas.clip.bottom)
+    BlendSpread(canvas.surface, left, top, mask.coverage, canvas.colour_bytes);
+  else
+    BlendCoverage(canvas.surface, canvas.clip, left, top, mask.coverage, canvas.colour);
 }
 
-// A mask of the glyph at the face's own size.
-void Face::Render(Glyph& glyph) {
-  if (mask_bytes_ > kMostMaskBytes) {
-    for (auto& [key, kept] : glyphs_) {
-      kept.drawn = false;
-      kept.memory.reset();
-    }
-    mask_bytes_ = 0;
-  }
-  glyph.drawn = true;
-  glyph.mask = {};
+// A mask of the glyph at the face's own size, cut to what it covers.
+void Face::MakeMask(const Glyph& glyph, int bytes_per_pixel, Glyph::Mask& mask) {
+  if (mask_bytes_ > kMostMaskBytes) DropMasks();
+  mask.made = true;
   const Ink ink = InkOf(glyph);
+  // Hinting may move an edge past the ink that it reports, by a part of a pixel.
   const Long width = ink.right - ink.left + 2, height = ink.bottom - ink.top + 2;
   if (width > 4 * kLargestHinted || height > 4 * kLargestHinted) return;  // a broken font
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
-  cairo_t* cairo = cairo_create(surface);
-  cairo_set_scaled_font(cairo, glyph.font);
+  const CoveragePainter painter(width, height);
+  cairo_set_scaled_font(painter.Cairo(), glyph.font);
   cairo_glyph_t place = {glyph.index, 1.0 - ink.left, 1.0 - ink.top};
-  cairo_show_glyphs(cairo, &place, 1);
-  cairo_surface_flush(surface);
-  if (const unsigned char* data = cairo_image_surface_get_data(surface)) {
-    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    const int stride = cairo_image_surface_get_stride(surface);
-    glyph.memory = std::make_unique<std::uint8_t[]>(bytes);
-    for (Long row = 0; row < height; ++row)
-      std::copy_n(data + std::ptrdiff_t{row} * stride, width,
-                  glyph.memory.get() + std::ptrdiff_t{row} * width);
-    glyph.left = ink.left - 1;
-    glyph.top = ink.top - 1;
-    glyph.mask = {glyph.memory.get(), width, height, width};
-    mask_bytes_ += bytes;
-  }
-  cairo_destroy(cairo);
-  cairo_surface_destroy(surface);
+  cairo_show_glyphs(painter.Cairo(), &place, 1);
+  const Coverage drawn = painter.Result();
+  const Ink tight = InkIn(drawn);
+  mask.left = ink.left - 1 + tight.left;
+  mask.top = ink.top - 1 + tight.top;
+  mask_bytes_ += Spread(drawn, tight, bytes_per_pixel, mask);
+}
+
+void Face::DropMasks() {
+  for (auto& [key, glyph] : glyphs_)
+    for (Glyph::Mask& mask : glyph.masks) mask = {};
+  mask_bytes_ = 0;
 }
 
 // A large glyph, never kept: its outline is filled where it can be seen.
@@ -230,21 +282,15 @@ void Face::DrawOutline(const Canvas& canvas, const Glyph& glyph, std::int64_t x,
       Intersect({x + ink.left, baseline + ink.top, x + ink.right, baseline + ink.bottom}, canvas.clip);
   if (visible.Empty()) return;
   const auto width = static_cast<int>(visible.Width()), height = static_cast<int>(visible.Height());
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, width, height);
-  cairo_t* cairo = cairo_create(surface);
+  const CoveragePainter painter(width, height);
+  cairo_t* cairo = painter.Cairo();
   cairo_translate(cairo, static_cast<double>(x - visible.left), static_cast<double>(baseline - visible.top));
   cairo_scale(cairo, scale_, scale_);
   cairo_set_scaled_font(cairo, glyph.font);
   cairo_glyph_t place = {glyph.index, 0, 0};
   cairo_glyph_path(cairo, &place, 1);
   cairo_fill(cairo);
-  cairo_surface_flush(surface);
-  const Coverage mask = {cairo_image_surface_get_data(surface), width, height,
-                         cairo_image_surface_get_stride(surface)};
-  if (mask.rows != nullptr)
-    BlendCoverage(canvas.surface, canvas.clip, visible.left, visible.top, mask, canvas.colour);
-  cairo_destroy(cairo);
-  cairo_surface_destroy(surface);
+  BlendCoverage(canvas.surface, canvas.clip, visible.left, visible.top, painter.Result(), canvas.colour);
 }
 
 // An upright box, one pixel thick or a sixteenth of the em.

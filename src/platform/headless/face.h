@@ -26,22 +26,34 @@ class FontSystem;  // the font maps of a thread
 
 // Where to draw, and in which colour.
 struct Canvas {
+  Canvas(const Surface& its_surface, const Box& its_clip, COLORREF its_colour)
+      : surface(its_surface),
+        clip(Intersect(its_clip, its_surface.Bounds())),
+        colour(its_colour),
+        colour_bytes(its_colour, its_surface.bytes_per_pixel) {}
+
   Surface surface;
   Box clip;  // within the surface
   COLORREF colour;
+  ColourBytes colour_bytes;
 };
 
 struct Glyph {
   enum class Kind : std::uint8_t { kInk, kBlank, kMissing };
 
+  // Made when it is first drawn on a surface of its depth.
+  struct Mask {
+    bool made = false;
+    Long left = 0, top = 0;  // of the first pixel, from the pen, y down from the baseline
+    Coverage coverage;       // spread out for BlendSpread
+    std::unique_ptr<std::uint8_t[]> memory;
+  };
+
   Kind kind = Kind::kBlank;
-  bool drawn = false;                   // whether `mask` has been made
   Long advance = 0;                     // pixels
   cairo_scaled_font_t* font = nullptr;  // kept alive by the face
   unsigned long index = 0;              // in that font
-  Long left = 0, top = 0;               // the mask's first pixel from the pen, y down from the baseline
-  Coverage mask;
-  std::unique_ptr<std::uint8_t[]> memory;
+  Mask masks[2];                        // for three and for four bytes a pixel
 };
 
 struct Ink {
@@ -98,7 +110,8 @@ class Face {
   Glyph& Find(std::u16string_view text, std::size_t& position);
   Glyph& Resolve(char32_t c);
   void Measure(const LOGFONTW& record);
-  void Render(Glyph& glyph);
+  void MakeMask(const Glyph& glyph, int bytes_per_pixel, Glyph::Mask& mask);
+  void DropMasks();
   void DrawOutline(const Canvas& canvas, const Glyph& glyph, std::int64_t x, std::int64_t baseline);
   void DrawMissing(const Canvas& canvas, std::int64_t x, std::int64_t baseline);
   PangoFontMetrics* Metrics();

@@ -26,6 +26,8 @@ inline Box Intersect(const Box& a, const Box& b) {
 }
 
 // Bottom-up pixels of three (blue, green, red) or four (blue, green, red, alpha) bytes. No pixels when empty.
+// The memory goes on for kSlack bytes, which loops that take several bytes at once may read and write back.
+constexpr std::size_t kSlack = 8;
 struct Surface {
   std::uint8_t* bits = nullptr;  // the bottom row
   Long width = 0, height = 0;
