@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
-#include <tuple>
 #include <utility>
+#include <vector>
 
 #include "platform/gdi.h"
 #include "platform/text.h"
@@ -13,45 +14,84 @@
 namespace marklet {
 namespace {
 
-constexpr double kLargestSize = 32767;
-
-using RecordKey = std::tuple<Long, Long, bool, bool, bool, std::uint8_t, std::u16string>;
-
-RecordKey KeyOf(const LOGFONTW& record) {
-  return {record.lfHeight,    record.lfWeight,  record.lfItalic,  record.lfUnderline,
-          record.lfStrikeOut, record.lfCharSet, record.lfFaceName};
-}
-
-// The fonts of one thread, made once for each record and kept until the thread ends.
-class HandleCache {
- public:
-  HandleCache() = default;
-  HandleCache(const HandleCache&) = delete;
-  HandleCache& operator=(const HandleCache&) = delete;
-  ~HandleCache() {
-    const UnrecordedScope own_calls;
-    for (const auto& [key, handle] : handles_) DeleteObject(handle);
+struct Handle final : LocalCounted {
+  explicit Handle(HFONT its_font) : font(its_font) {}
+  ~Handle() override {
+    const UnrecordedScope own_call;
+    DeleteObject(font);
   }
+  const HFONT font;
+};
 
-  HFONT Find(const LOGFONTW& record) {
-    const auto [place, fresh] = handles_.try_emplace(KeyOf(record), nullptr);
-    if (place->second == nullptr) place->second = CreateFontIndirectW(record);
-    return place->second;
+// The fonts of one name and charset: a short list, since a form has few sizes and styles of a typeface. Both
+// this list and that of the families are cut when a caption runs through hundreds; what is in use stays.
+class Family final : public LocalCounted {
+ public:
+  struct Style {
+    Long height, weight;
+    bool italic, underline, strikethrough;
+    friend bool operator==(const Style&, const Style&) = default;
+  };
+
+  Family(std::u16string name, std::uint8_t charset) : name_(std::move(name)), charset_(charset) {}
+
+  // Empty when the platform can't make the font.
+  LocalRef Find(const Style& style) {
+    std::size_t i = 0;
+    while (i < fonts_.size() && fonts_[i].style != style) ++i;
+    if (i == fonts_.size()) return Add(style);
+    if (i == 0) return fonts_[0].handle;
+    std::swap(fonts_[i], fonts_[i - 1]);  // what is asked for again moves to the front
+    return fonts_[i - 1].handle;
   }
 
  private:
-  std::map<RecordKey, HFONT> handles_;
+  static constexpr std::size_t kMostStyles = 64;
+
+  struct Entry {
+    Style style;
+    LocalRef handle;
+  };
+
+  LocalRef Add(const Style& style) {
+    const UnrecordedScope own_call;
+    LOGFONTW record;
+    record.lfHeight = style.height;
+    record.lfWeight = style.weight;
+    record.lfItalic = style.italic;
+    record.lfUnderline = style.underline;
+    record.lfStrikeOut = style.strikethrough;
+    record.lfCharSet = charset_;
+    record.lfFaceName = name_;
+    const HFONT font = CreateFontIndirectW(record);
+    if (font == nullptr) return {};
+    if (fonts_.size() == kMostStyles) fonts_.pop_back();
+    fonts_.push_back({style, LocalRef(new Handle(font))});
+    return fonts_.back().handle;
+  }
+
+  const std::u16string name_;
+  const std::uint8_t charset_;
+  std::vector<Entry> fonts_;
 };
 
-HandleCache& Cache() {
-  thread_local HandleCache cache;
-  return cache;
+constexpr double kLargestSize = 32767;
+constexpr std::size_t kMostFamilies = 64;
+
+// This thread's.
+LocalRef FamilyOf(const std::u16string& name, std::uint8_t charset) {
+  thread_local std::map<std::pair<std::u16string, std::uint8_t>, LocalRef> families;
+  const std::pair key(name, charset);
+  if (const auto found = families.find(key); found != families.end()) return found->second;
+  if (families.size() == kMostFamilies) families.clear();
+  return families[key] = LocalRef(new Family(name, charset));
 }
 
 // The em height of a size in points, negative as the record wants it; halves round up.
 Long HeightOf(double points) {
-  const double pixels = points * PixelsPerInch(nullptr) / 72.0;
-  return -static_cast<Long>(std::floor(pixels + 0.5));
+  const UnrecordedScope own_call;
+  const double pixels = std::floor(points * PixelsPerInch(nullptr) / 72.0 + 0.5);
+  return -static_cast<Long>(std::clamp(pixels, 0.0, double{std::numeric_limits<Long>::max()}));
 }
 
 double HeldSize(double points) {
@@ -64,55 +104,53 @@ double HeldSize(double points) {
 StdFont::StdFont() : name_(u"Tahoma"), size_(8.25), weight_(400) {}
 
 void StdFont::PutName(std::u16string name) {
+  if (name == name_) return;
   name_ = std::move(name);
-  handle_ = nullptr;
+  family_ = {};
+  handle_ = {};
 }
 
 void StdFont::PutSize(double points) {
   size_ = HeldSize(points);
-  handle_ = nullptr;
+  handle_ = {};
 }
 
 void StdFont::PutBold(bool bold) { PutWeight(bold ? 700 : 400); }
 
 void StdFont::PutWeight(Long weight) {
   weight_ = weight;
-  handle_ = nullptr;
+  handle_ = {};
 }
 
 void StdFont::PutItalic(bool italic) {
   italic_ = italic;
-  handle_ = nullptr;
+  handle_ = {};
 }
 
 void StdFont::PutUnderline(bool underline) {
   underline_ = underline;
-  handle_ = nullptr;
+  handle_ = {};
 }
 
 void StdFont::PutStrikethrough(bool strikethrough) {
   strikethrough_ = strikethrough;
-  handle_ = nullptr;
+  handle_ = {};
 }
 
 void StdFont::PutCharset(std::uint8_t charset) {
   charset_ = charset;
-  handle_ = nullptr;
+  family_ = {};
+  handle_ = {};
 }
 
 HFONT StdFont::hFont() const {
-  if (handle_ != nullptr) return handle_;
-  const UnrecordedScope own_calls;
-  LOGFONTW record;
-  record.lfHeight = HeightOf(size_);
-  record.lfWeight = weight_;
-  record.lfItalic = italic_;
-  record.lfUnderline = underline_;
-  record.lfStrikeOut = strikethrough_;
-  record.lfCharSet = charset_;
-  record.lfFaceName = name_;
-  handle_ = Cache().Find(record);
-  return handle_;
+  if (handle_.Get() == nullptr) {
+    if (family_.Get() == nullptr) family_ = FamilyOf(name_, charset_);
+    auto& family = static_cast<Family&>(*family_.Get());
+    handle_ = family.Find({HeightOf(size_), weight_, italic_, underline_, strikethrough_});
+  }
+  const auto* handle = static_cast<const Handle*>(handle_.Get());
+  return handle != nullptr ? handle->font : nullptr;
 }
 
 }  // namespace marklet

@@ -5,13 +5,14 @@
 #include <memory>
 #include <string>
 
+#include "platform/local_ref.h"
 #include "platform/types.h"
 
 namespace marklet {
 
 // A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
-// holds the same object sees every change. Handles come from a cache of this thread and stay its property:
-// setting a property and reading hFont again is cheap when that combination has been used before.
+// holds the same object sees every change. Handles come from a cache of this thread: setting a property and
+// reading hFont again is cheap when that combination has been used before.
 class StdFont {
  public:
   StdFont();  // Tahoma, 8.25 points, regular
@@ -36,7 +37,8 @@ class StdFont {
   void PutCharset(std::uint8_t charset);
 
   // The handle for the properties as they stand, at the screen's resolution. Not the caller's to delete;
-  // valid while this thread lives. Null only when the platform can't make any font.
+  // valid while this object lives and its properties stay, and selected in a context until it is selected
+  // out. Null only when the platform can't make any font.
   HFONT hFont() const;
 
  private:
@@ -45,7 +47,9 @@ class StdFont {
   Long weight_;
   bool italic_ = false, underline_ = false, strikethrough_ = false;
   std::uint8_t charset_ = 0;
-  mutable HFONT handle_ = nullptr;  // null when a property has changed since the last look-up
+  // The list of handles for this name and charset, and the handle. Empty when a property they depend on has
+  // changed since the last look-up.
+  mutable LocalRef family_, handle_;
 };
 
 using FontRef = std::shared_ptr<StdFont>;

@@ -1,6 +1,7 @@
 #include "platform/headless/complex_script.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "platform/headless/utf.h"
@@ -51,22 +52,41 @@ constexpr Range kPlainRanges[] = {
 };
 
 template <std::size_t kCount>
-bool IsIn(const Range (&ranges)[kCount], char32_t c) {
+constexpr bool IsIn(const Range (&ranges)[kCount], char32_t c) {
   const auto found =
       std::lower_bound(std::begin(ranges), std::end(ranges), c,
                        [](const Range& range, char32_t wanted) { return range.last < wanted; });
   return found != std::end(ranges) && found->first <= c;
 }
 
-bool IsComplexCharacter(char32_t c) { return IsIn(kComplexRanges, c) && !IsIn(kPlainRanges, c); }
+constexpr bool IsComplexCharacter(char32_t c) { return IsIn(kComplexRanges, c) && !IsIn(kPlainRanges, c); }
+
+// Which blocks of 64 characters below the surrogate pairs have none that is complex: most text is of these.
+constexpr int kBlockBits = 6;
+constexpr std::size_t kBlocks = 0x10000 >> kBlockBits;
+
+constexpr std::array<bool, kBlocks> PlainBlocks() {
+  std::array<bool, kBlocks> plain{};
+  for (std::size_t block = 0; block < kBlocks; ++block) {
+    const auto first = static_cast<char32_t>(block << kBlockBits);
+    const char32_t last = first + (1 << kBlockBits) - 1;
+    plain[block] = first < 0xD800 || first > 0xDFFF;
+    for (const Range& range : kComplexRanges)
+      if (range.first <= last && first <= range.last) plain[block] = false;
+  }
+  return plain;
+}
+constexpr std::array<bool, kBlocks> kPlainBlocks = PlainBlocks();
 
 }  // namespace
 
 bool IsComplex(std::u16string_view text) {
-  std::size_t i = 0;
-  while (i < text.size() && text[i] < kComplexRanges[0].first) ++i;
-  while (i < text.size())
-    if (IsComplexCharacter(NextCodePoint(text, i))) return true;
+  for (std::size_t i = 0; i < text.size();) {
+    if (kPlainBlocks[text[i] >> kBlockBits])
+      ++i;
+    else if (IsComplexCharacter(NextCodePoint(text, i)))
+      return true;
+  }
   return false;
 }
 

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "platform/headless/font_system.h"
+#include "platform/headless/shaped_text.h"
 #include "platform/headless/utf.h"
 #include "platform/rounding.h"
 
@@ -16,8 +17,9 @@ namespace {
 // Faces above the first size are made from the second and scaled, so that no size asks the font engine for
 // more than it can do. Sizes end at the third.
 constexpr Long kLargestHinted = 256, kOutlineSize = 1024, kLargestEm = 100'000;
-constexpr Long kDefaultCell = 16;                // the cell height of a record that names none
-constexpr std::size_t kMostMaskBytes = 4 << 20;  // of one face, kept
+constexpr Long kDefaultCell = 16;  // the cell height of a record that names none
+// What one face keeps.
+constexpr std::size_t kMostMaskBytes = 4 << 20, kMostShapedTexts = 256, kLongestShapedText = 256;
 
 // Families to look for in place of one that isn't there, by nearness of their widths.
 struct Substitute {
@@ -305,6 +307,14 @@ void Face::DrawMissing(const Canvas& canvas, std::int64_t x, std::int64_t baseli
   fill({box.left, box.bottom - pen, box.right, box.bottom});
   fill({box.left, box.top, box.left + pen, box.bottom});
   fill({box.right - pen, box.top, box.right, box.bottom});
+}
+
+std::shared_ptr<const ShapedText> Face::Shaped(const TextLine& line) {
+  if (line.text.size() > kLongestShapedText) return Shape(*this, line);
+  auto& store = shaped_[line.rtl ? 1 : 0];
+  if (const auto found = store.find(line.text); found != store.end()) return found->second;
+  if (store.size() == kMostShapedTexts) store.clear();
+  return store.emplace(line.text, Shape(*this, line)).first->second;
 }
 
 PangoFontMetrics* Face::Metrics() {

@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,7 +23,9 @@
 
 namespace marklet::headless {
 
-class FontSystem;  // the font maps of a thread
+class FontSystem;   // the font map of a thread
+struct ShapedText;  // shaped_text.h
+struct TextLine;    // text_line.h
 
 // Where to draw, and in which colour.
 struct Canvas {
@@ -99,6 +102,9 @@ class Face {
   void Draw(const Canvas& canvas, Glyph& glyph, std::int64_t x, std::int64_t baseline);
   Ink InkOf(const Glyph& glyph) const;
 
+  // A text in its shaped form. Short texts stay in a bounded store.
+  std::shared_ptr<const ShapedText> Shaped(const TextLine& line);
+
   // For shaping: the context to itemise with, and by how much its results are to be multiplied.
   PangoContext* ShapingContext();
   double Scale() const { return scale_; }
@@ -127,6 +133,11 @@ class Face {
     }
   };
 
+  struct HashText {
+    using is_transparent = void;
+    std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
+  };
+
   std::shared_ptr<FontSystem> system_;
   PangoFontDescription* description_ = nullptr;
   PangoFontset* fontset_ = nullptr;
@@ -142,6 +153,8 @@ class Face {
   std::unordered_map<GlyphKey, Glyph, HashKey> glyphs_;
   Glyph missing_, blank_;
   std::size_t mask_bytes_ = 0;
+  // By text, from left to right and from right to left.
+  std::unordered_map<std::u16string, std::shared_ptr<const ShapedText>, HashText, std::equal_to<>> shaped_[2];
 };
 
 }  // namespace marklet::headless

@@ -20,7 +20,7 @@ struct ShapedText {
   std::int64_t width = 0;
 };
 
-// Short texts stay in a bounded cache of the face.
+// Face::Shaped keeps what this makes.
 std::shared_ptr<const ShapedText> Shape(Face& face, const TextLine& line);
 
 }  // namespace marklet::headless

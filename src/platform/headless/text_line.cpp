@@ -45,7 +45,7 @@ void DrawShaped(const Canvas& canvas, Face& face, const ShapedText& shaped, std:
 
 std::int64_t WidthOf(Font& font, const TextLine& line) {
   Face& face = font.RealFace();
-  if (NeedsShaping(line)) return Shape(face, line)->width;
+  if (NeedsShaping(line)) return face.Shaped(line)->width;
   std::int64_t width = 0;
   face.ForEachGlyph(line.text, [&width](const Glyph& glyph, std::size_t) {
     width += glyph.advance;
@@ -57,7 +57,7 @@ std::int64_t WidthOf(Font& font, const TextLine& line) {
 void UnitWidths(Font& font, const TextLine& line, std::vector<Long>& widths) {
   Face& face = font.RealFace();
   if (NeedsShaping(line)) {
-    widths = Shape(face, line)->unit_widths;
+    widths = face.Shaped(line)->unit_widths;
     return;
   }
   widths.clear();
@@ -74,7 +74,7 @@ void DrawLine(const Canvas& canvas, Font& font, const TextLine& line, std::int64
   if (canvas.clip.Empty()) return;
   Face& face = font.RealFace();
   if (NeedsShaping(line))
-    DrawShaped(canvas, face, *Shape(face, line), x, baseline);
+    DrawShaped(canvas, face, *face.Shaped(line), x, baseline);
   else
     DrawPlain(canvas, face, line.text, x, baseline);
   if (font.record.lfUnderline) FillBar(canvas, face.Underline(), x, baseline, width);
