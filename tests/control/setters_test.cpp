@@ -1,0 +1,453 @@
+// What each setter stores, does and announces, in which order.
+#include <gtest/gtest.h>
+
+#include "platform/system.h"
+#include "support/fake_host.h"
+
+namespace marklet {
+namespace {
+
+using testing::FakeHost;
+using testing::FixedSystem;
+using testing::HostedControl;
+using Log = FakeHost::Log;
+
+// One line a property: a value to set and everything that the host sees of it. AutoSize is off, so that the
+// one "hDC" of a line is the repaint.
+struct Protocol {
+  const char* property;
+  Value value;
+  Log seen;
+};
+
+std::vector<Protocol> Protocols() {
+  const std::u16string text = u"Text";
+  return {
+      {"AutoSize", false, {"hDC", "PropertyChanged(AutoSize)"}},
+      {"BackColor", Long{0x102030}, {"BackColor(00102030)", "hDC", "PropertyChanged(BackColor)"}},
+      {"BackStyle", Long{0}, {"hDC", "PropertyChanged(BackColor)"}},
+      {"Appearance", Long{0}, {"hDC", "PropertyChanged(Appearance)"}},
+      {"BorderStyle", Long{1}, {"hDC", "PropertyChanged(BorderStyle)"}},
+      {"Caption", text, {"AccessKeys()", "hDC", "PropertyChanged(Caption)", "Change"}},
+      {"Font", std::make_shared<StdFont>(), {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontBold", true, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontItalic", true, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontStrikethru", true, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontUnderline", true, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontName", text, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"FontSize", Long{12}, {"Font", "hDC", "PropertyChanged(Font)"}},
+      {"ForeColor", Long{1}, {"hDC", "PropertyChanged(ForeColor)"}},
+      {"EffectColor", Long{1}, {"hDC", "PropertyChanged(EffectColor)"}},
+      {"ImageKey", text, {"hDC", "PropertyChanged(ImageKey)"}},
+      {"ImageKeyhover", text, {"hDC", "PropertyChanged(ImageKeyHover)"}},
+      {"UseMnemonic", false, {"AccessKeys()", "PropertyChanged(UseMnemonic)"}},
+      {"UniToolTipText", text, {"PropertyChanged(UniTooltipText)"}},
+      {"TextEffect", Long{2}, {"hDC", "PropertyChanged(TextEffect)"}},
+      {"Enabled", false, {"Enabled(0)", "hDC", "PropertyChanged(Enabled)"}},
+      {"WordWrap", false, {"hDC", "PropertyChanged(WordWrap)"}},
+      {"ImageAlignment", Long{1}, {"hDC", "PropertyChanged(ImageAlignment)"}},
+      {"ImageSize", Long{3}, {"hDC", "PropertyChanged(ImageSize)"}},
+      {"hwnd", Long{7}, {}},
+      {"MouseIcon", HostObjectRef(), {"MouseIcon"}},
+      {"MousePointer", Long{99}, {"MousePointer(99)"}},
+  };
+}
+
+TEST(Setters, EachDoesAndAnnouncesWhatIsKnownOfItInOrder) {
+  const FixedSystem windows7;
+  const auto protocols = Protocols();
+  ASSERT_EQ(protocols.size(), Properties().size());
+  for (const Protocol& protocol : protocols) {
+    HostedControl hosted;
+    hosted.Init();
+    hosted.Set(protocol.property, protocol.value);
+    EXPECT_EQ(hosted.host.log, protocol.seen) << protocol.property;
+  }
+}
+
+TEST(Setters, EachValueReadsBack) {
+  const FixedSystem windows7;
+  for (const Protocol& protocol : Protocols()) {
+    const std::string_view name = protocol.property;
+    if (name == "hwnd" || name == "Font") continue;
+    HostedControl hosted;
+    hosted.Init();
+    hosted.Set(name, protocol.value);
+    EXPECT_EQ(hosted.Get(name), protocol.value) << name;
+  }
+}
+
+// With AutoSize on, these measure (one more context asked for) and size the control before the repaint.
+TEST(Setters, SevenKindsOfSetterMeasureUnderAutoSize) {
+  const FixedSystem windows7;
+  for (const Protocol& protocol : Protocols()) {
+    const std::string_view name = protocol.property;
+    HostedControl hosted;
+    hosted.Init();
+    hosted.State().Caption = u"Caption";
+    hosted.State().AutoSize = true;
+    hosted.Set(name, name == "AutoSize" ? Value(true) : protocol.value);
+    const bool measures = name == "AutoSize" || name == "Caption" || name.starts_with("Font") ||
+                          name == "ImageKey" || name == "WordWrap" || name == "ImageSize";
+    int heights = 0;
+    for (const std::string& line : hosted.host.log) heights += line.starts_with("Height(");
+    EXPECT_EQ(heights, measures ? 1 : 0) << name;
+  }
+}
+
+TEST(Setters, HiddenPropertiesFollowTheSameProtocolUnderTheirOwnNames) {
+  HostedControl hosted;
+  hosted.Init();
+  const Value values[] = {Long{4}, true, Long{2}, Long{3}};
+  for (std::size_t i = 0; i < 4; ++i) {
+    const PropertyRow& row = HiddenProperties()[i];
+    hosted.control.Set(row, values[i]);
+    EXPECT_EQ(hosted.host.TakeLog(), (Log{"hDC", "PropertyChanged(" + std::string(row.name) + ")"}));
+    EXPECT_EQ(hosted.control.Get(row), values[i]);
+  }
+  EXPECT_EQ(hosted.State().Padding, 4);
+  EXPECT_TRUE(hosted.State().RightToLeft);
+  EXPECT_EQ(hosted.State().Alignment, 2);
+  EXPECT_EQ(hosted.State().VerticalAlignment, 3);
+}
+
+TEST(Setters, PaddingMeasuresUnderAutoSize) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.State().Caption = u"Caption";
+  hosted.State().AutoSize = true;
+  hosted.control.Set(HiddenProperties()[0], Long{4});
+  EXPECT_EQ(hosted.host.log[0], "hDC");
+  EXPECT_TRUE(hosted.host.log[1].starts_with("Height("));
+}
+
+TEST(Setters, BackStyleAnnouncesBackColorAndNeverItself) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("BackStyle", Long{0});
+  hosted.Set("BackStyle", Long{1});
+  EXPECT_EQ(hosted.host.Announced(), (Log{"BackColor", "BackColor"}));
+  EXPECT_EQ(hosted.Number("BackStyle"), 1);
+}
+
+TEST(Setters, AppearanceLeavesBackColorAloneWhenItStays) {
+  HostedControl hosted;
+  hosted.Init();
+  ASSERT_EQ(hosted.Number("Appearance"), 1);
+  hosted.Set("BackColor", Long{0x0000FF});
+  hosted.host.TakeLog();
+  hosted.Set("Appearance", Long{1});
+  EXPECT_EQ(hosted.Number("BackColor"), 0x0000FF);
+  EXPECT_EQ(hosted.host.log, (Log{"hDC", "PropertyChanged(Appearance)"})) << "it redraws all the same";
+}
+
+TEST(Setters, AppearanceOverwritesBackColorWithoutAnnouncingIt) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("BackColor", Long{0x0000FF});
+  hosted.host.TakeLog();
+  hosted.Set("Appearance", Long{0});
+  EXPECT_EQ(static_cast<OLE_COLOR>(hosted.Number("BackColor")), 0x80000005u);
+  hosted.Set("Appearance", Long{7});
+  EXPECT_EQ(static_cast<OLE_COLOR>(hosted.Number("BackColor")), 0x8000000Fu);
+  EXPECT_EQ(hosted.host.Announced(), (Log{"Appearance", "Appearance"}));
+  EXPECT_EQ(hosted.host.back_color, 0x0000FFu) << "the host's own colour stays";
+  EXPECT_FALSE(hosted.State().UsesSystemColors) << "the colour flag isn't updated here";
+}
+
+TEST(Setters, ColourFlagFollowsTheThreeColours) {
+  HostedControl hosted;
+  hosted.Init();
+  EXPECT_TRUE(hosted.State().UsesSystemColors);
+  hosted.Set("BackColor", Long{0});
+  hosted.Set("ForeColor", Long{0});
+  EXPECT_TRUE(hosted.State().UsesSystemColors) << "the effect's colour is still a system colour";
+  hosted.Set("EffectColor", Long{0});
+  EXPECT_FALSE(hosted.State().UsesSystemColors);
+  for (const char* name : {"BackColor", "ForeColor", "EffectColor"}) {
+    hosted.Set(name, static_cast<Long>(0x80000008));
+    EXPECT_TRUE(hosted.State().UsesSystemColors) << name;
+    hosted.Set(name, Long{0xFFFFFF});
+    EXPECT_FALSE(hosted.State().UsesSystemColors) << name;
+  }
+}
+
+TEST(Setters, ImageSizeOutOfRangeIsKeptAndMeansSixteenPixels) {
+  HostedControl hosted;
+  hosted.Init();
+  const Long pixels[] = {16, 24, 32, 48, 72, 96, 128, 256};
+  for (Long size = 0; size < 8; ++size) {
+    hosted.Set("ImageSize", size);
+    EXPECT_EQ(hosted.State().ImagePixels, pixels[size]);
+  }
+  for (const Long size : {9, 8, -1, 2147483647}) {
+    hosted.Set("ImageSize", Long{5});
+    hosted.Set("ImageSize", size);
+    EXPECT_EQ(hosted.Number("ImageSize"), size);
+    EXPECT_EQ(hosted.State().ImagePixels, 16);
+  }
+}
+
+TEST(Setters, NoEnumerationIsChecked) {
+  HostedControl hosted;
+  hosted.Init();
+  for (const char* name : {"BackStyle", "Appearance", "BorderStyle", "TextEffect", "ImageAlignment"}) {
+    for (const Long value : {77, -5}) {
+      hosted.Set(name, value);
+      EXPECT_EQ(hosted.Number(name), value) << name;
+    }
+  }
+}
+
+TEST(Setters, AValueOfAnotherTypeIsIgnoredWhole) {
+  HostedControl hosted;
+  hosted.Init();
+  const std::u16string text = u"1";
+  hosted.Set("Caption", Long{5});
+  hosted.Set("AutoSize", Long{-1});
+  hosted.Set("ImageSize", text);
+  hosted.Set("Font", text);
+  hosted.Set("MouseIcon", Long{0});
+  hosted.Set("BackColor", Value());
+  EXPECT_TRUE(hosted.host.log.empty());
+  EXPECT_EQ(hosted.Text("Caption"), u"");
+}
+
+TEST(Setters, HwndIsTheHostsWindow) {
+  HostedControl hosted;
+  EXPECT_EQ(hosted.Number("hwnd"), 0);
+  hosted.host.window = reinterpret_cast<HWND>(std::intptr_t{0x1234});
+  EXPECT_EQ(hosted.Number("hwnd"), 0x1234);
+}
+
+TEST(Setters, MouseIconGoesToTheHostAndComesBackUnread) {
+  HostedControl hosted;
+  const auto icon = std::make_shared<HostObject>();
+  hosted.Set("MouseIcon", HostObjectRef(icon));
+  EXPECT_EQ(hosted.host.mouse_icon, icon);
+  EXPECT_EQ(hosted.Get("MouseIcon"), Value(HostObjectRef(icon)));
+}
+
+// --- Caption ----------------------------------------------------------------------------------------------
+
+TEST(Caption, RaisesChangeAndNothingElseDoes) {
+  const FixedSystem windows7;
+  for (const Protocol& protocol : Protocols()) {
+    HostedControl hosted;
+    hosted.Init();
+    hosted.Set(protocol.property, protocol.value);
+    const bool changed = !hosted.host.log.empty() && hosted.host.log.back() == "Change";
+    EXPECT_EQ(changed, std::string_view(protocol.property) == "Caption") << protocol.property;
+  }
+}
+
+TEST(Caption, RaisesChangeForTheSameTextToo) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string());
+  hosted.Set("Caption", std::u16string());
+  EXPECT_EQ(std::count(hosted.host.log.begin(), hosted.host.log.end(), "Change"), 2);
+}
+
+TEST(Caption, BytesOfUtf8AreRepaired) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption",
+             std::u16string(u"Gr\u00C3\u00BC\u00C3\u009Fe"));  // each byte of "Grüße" one character
+  EXPECT_EQ(hosted.State().Caption, u"Gr\u00FC\u00DFe");
+  hosted.Set("UniToolTipText", std::u16string(u"Gr\u00C3\u00BCn"));
+  EXPECT_EQ(hosted.State().UniToolTipText, u"Gr\u00FCn");
+}
+
+TEST(Caption, TheKeyIsFoundInTheStoredTextWhenMnemonicsAreOn) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"Save &As"));
+  EXPECT_EQ(hosted.host.access_keys, u"A");
+  hosted.State().UseMnemonic = false;
+  hosted.Set("Caption", std::u16string(u"E&xit"));
+  EXPECT_EQ(hosted.host.access_keys, u"A") << "without mnemonics the keys aren't touched";
+}
+
+TEST(Caption, DesignersGetAPlaceholderForTextsBeyondPlainLatin) {
+  HostedControl hosted;
+  hosted.Init();
+  for (const char* name : {"Caption", "UniToolTipText"}) {
+    hosted.host.ambient.user_mode = true;
+    hosted.Set(name, std::u16string(u"\u0395\u03BB\u03BB\u03AC\u03B4\u03B1"));
+    EXPECT_EQ(hosted.Text(name), u"\u0395\u03BB\u03BB\u03AC\u03B4\u03B1");
+    hosted.host.ambient.user_mode = false;
+    EXPECT_EQ(hosted.Text(name), u"(Unicode Text)");
+    hosted.Set(name, std::u16string(u"plain"));
+    EXPECT_EQ(hosted.Text(name), u"plain");
+  }
+}
+
+TEST(Caption, ThePlaceholderAsksTheHostAndNotTheDesignModeField) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"\u03A9"));
+  hosted.State().DesignMode = true;
+  EXPECT_EQ(hosted.Text("Caption"), u"\u03A9");
+}
+
+// Units of 0x8000 and above count as negative, so that a text of nothing else passes for plain.
+TEST(Caption, HangulTextIsNoReasonForThePlaceholder) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.host.ambient.user_mode = false;
+  hosted.Set("Caption", std::u16string(u"\uD55C\uAE00"));
+  EXPECT_EQ(hosted.Text("Caption"), u"\uD55C\uAE00");
+}
+
+TEST(ToolTip, AnEmptyTextIsStoredAndAnnouncedAndNoMore) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("UniToolTipText", std::u16string(u"tip"));
+  hosted.host.TakeLog();
+  hosted.Set("UniToolTipText", std::u16string());
+  EXPECT_EQ(hosted.Text("UniToolTipText"), u"");
+  EXPECT_EQ(hosted.host.log, (Log{"PropertyChanged(UniTooltipText)"}));
+}
+
+// --- Access keys ------------------------------------------------------------------------------------------
+
+TEST(AccessKeys, UseMnemonicOffClearsThemAndKeepsTheAmpersand) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"&Open"));
+  ASSERT_EQ(hosted.host.access_keys, u"O");
+  hosted.Set("UseMnemonic", false);
+  EXPECT_EQ(hosted.host.access_keys, u"");
+  EXPECT_EQ(hosted.Text("Caption"), u"&Open");
+  hosted.Set("UseMnemonic", true);
+  EXPECT_EQ(hosted.host.access_keys, u"O");
+}
+
+TEST(AccessKeys, ACaptionThatEndsInAnAmpersandGivesNone) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"Save &"));
+  EXPECT_EQ(hosted.host.access_keys, u"");
+}
+
+TEST(AccessKeys, TheScanKnowsNoMarkup) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"<f=A&B>E&xit</f>"));
+  EXPECT_EQ(hosted.host.access_keys, u"B");
+}
+
+TEST(AccessKeys, ADoubledAmpersandIsTheKey) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"a && b &c"));
+  EXPECT_EQ(hosted.host.access_keys, u"&");
+}
+
+TEST(AccessKeys, TheKeyKeepsItsCase) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"&quit"));
+  EXPECT_EQ(hosted.host.access_keys, u"q");
+}
+
+TEST(AccessKeys, TheScanEndsOnANonCharacter) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string(u"&\uFFFF &x"));
+  SUCCEED();
+}
+
+// --- Font -------------------------------------------------------------------------------------------------
+
+TEST(Font, PutMakesADeepCopy) {
+  HostedControl hosted;
+  hosted.Init();
+  const auto given = std::make_shared<StdFont>();
+  given->PutName(u"Arial");
+  given->PutSize(14.25);
+  given->PutWeight(300);
+  given->PutItalic(true);
+  given->PutStrikethrough(true);
+  given->PutUnderline(true);
+  given->PutCharset(161);
+  hosted.Set("Font", FontRef(given));
+  const FontRef held = std::get<FontRef>(hosted.Get("Font"));
+  EXPECT_NE(held, given);
+  EXPECT_EQ(held->Name(), u"Arial");
+  EXPECT_EQ(held->Size(), 14.25);
+  EXPECT_EQ(held->Weight(), 300) << "a weight that is neither regular nor bold survives";
+  EXPECT_TRUE(held->Italic());
+  EXPECT_TRUE(held->Strikethrough());
+  EXPECT_TRUE(held->Underline());
+  EXPECT_EQ(held->Charset(), 161);
+  given->PutName(u"Courier New");
+  EXPECT_EQ(held->Name(), u"Arial");
+}
+
+TEST(Font, NoFontLeavesTheFontAndStillRedraws) {
+  HostedControl hosted;
+  hosted.Init();
+  const FontRef before = hosted.host.font;
+  hosted.Set("Font", FontRef());
+  EXPECT_EQ(hosted.host.font, before);
+  EXPECT_EQ(hosted.host.log, (Log{"Font", "hDC", "PropertyChanged(Font)"}));
+}
+
+TEST(Font, EachMemberMakesANewFontAndChangesOnlyItself) {
+  HostedControl hosted;
+  hosted.Init();
+  const FontRef before = hosted.host.font;
+  hosted.Set("FontBold", true);
+  EXPECT_NE(hosted.host.font, before);
+  EXPECT_EQ(hosted.host.font->Weight(), 700);
+  hosted.Set("FontItalic", true);
+  hosted.Set("FontStrikethru", true);
+  hosted.Set("FontUnderline", true);
+  hosted.Set("FontName", std::u16string(u"Verdana"));
+  hosted.Set("FontSize", Long{20});
+  EXPECT_EQ(hosted.host.font->Weight(), 700);
+  EXPECT_TRUE(hosted.host.font->Italic());
+  EXPECT_TRUE(hosted.host.font->Strikethrough());
+  EXPECT_TRUE(hosted.host.font->Underline());
+  EXPECT_EQ(hosted.host.font->Name(), u"Verdana");
+  EXPECT_EQ(hosted.host.font->Size(), 20);
+  hosted.Set("FontBold", false);
+  EXPECT_EQ(hosted.host.font->Weight(), 400);
+}
+
+TEST(Font, AMemberIsSetOnTheFontThatStoodToo) {
+  HostedControl hosted;
+  hosted.Init();
+  const FontRef before = hosted.host.font;
+  hosted.Set("FontItalic", true);
+  EXPECT_TRUE(before->Italic());
+}
+
+TEST(Font, SizeReadsAsAWholeNumberHalvesToEven) {
+  HostedControl hosted;
+  hosted.Init();
+  const std::pair<double, Long> sizes[] = {{8.25, 8}, {8.5, 8}, {9.5, 10}, {9.75, 10}};
+  for (const auto& [points, whole] : sizes) {
+    hosted.host.font->PutSize(points);
+    EXPECT_EQ(hosted.Number("FontSize"), whole) << points;
+  }
+}
+
+// --- What the host passes on ------------------------------------------------------------------------------
+
+TEST(Events, ArePassedOnWithTheirArguments) {
+  HostedControl hosted;
+  hosted.control.Click();
+  hosted.control.DblClick();
+  hosted.control.MouseDown(1, 2, 3.5f, 4);
+  hosted.control.MouseUp(2, 1, -1, 0.25f);
+  hosted.control.MouseMove(0, 4, 10, 20);
+  const Log& log = hosted.host.log;
+  EXPECT_EQ(log, (Log{"Click", "DblClick", "MouseDown(1,2,3.5,4)", "MouseUp(2,1,-1,0.25)",
+                      "MouseMove(0,4,10,20)"}));
+}
+
+}  // namespace
+}  // namespace marklet
