@@ -1,0 +1,62 @@
+#include "render/files.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <system_error>
+
+#include "render/render_error.h"
+#include "render/text.h"
+
+namespace marklet {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t kMostBytes = 64u << 20;
+
+fs::path PathOf(const std::string& name) { return fs::path(std::u8string(name.begin(), name.end())); }
+
+// A name of our own in the same folder, so that the rename stays within one file system.
+fs::path TemporaryBeside(const fs::path& file) {
+  std::random_device random;
+  fs::path result = file;
+  result += "." + std::to_string(random()) + ".part";
+  return result;
+}
+
+bool WriteNew(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
+  std::ofstream out(file, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  out.close();
+  return !out.fail();
+}
+
+}  // namespace
+
+std::string ReadTextFile(const std::string& name) {
+  const fs::path file = PathOf(name);
+  std::error_code error;
+  if (!fs::is_regular_file(file, error)) throw RenderError("there is no file " + Quoted(name));
+  if (fs::file_size(file, error) > kMostBytes || error) throw RenderError(Quoted(name) + " is too large");
+  std::ifstream in(file, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  if (!in) throw RenderError("can't read " + Quoted(name));
+  return text;
+}
+
+void WriteFileWhole(const std::string& name, const std::vector<std::uint8_t>& bytes) {
+  const fs::path file = PathOf(name);
+  const fs::path temporary = TemporaryBeside(file);
+  std::error_code error;
+  bool written = WriteNew(temporary, bytes);
+  if (written) {
+    fs::rename(temporary, file, error);
+    written = !error;
+  }
+  if (written) return;
+  fs::remove(temporary, error);
+  throw RenderError("can't write " + Quoted(name));
+}
+
+}  // namespace marklet

@@ -1,0 +1,16 @@
+// Files of marklet-render. Names are UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace marklet {
+
+// Throws RenderError when the file can't be read, or exceeds 64 MiB.
+std::string ReadTextFile(const std::string& name);
+
+// Writes beside the file and then renames, so that the file is whole or as it was. Throws RenderError.
+void WriteFileWhole(const std::string& name, const std::vector<std::uint8_t>& bytes);
+
+}  // namespace marklet

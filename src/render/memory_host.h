@@ -1,0 +1,81 @@
+// A host made of memory for one control: ambient answers, a font, and a surface of the control's size to
+// paint on.
+#pragma once
+
+#include "bitmaps/cdib24.h"
+#include "control/marklet.h"
+#include "platform/user_control.h"
+
+namespace marklet {
+
+class MemoryHost final : public UserControl, public MarkletEvents {
+ public:
+  // Sizes are in pixels. `pixels_per_inch` tells how long a twip is.
+  MemoryHost(Long width, Long height, Long pixels_per_inch);
+
+  // The surface as painted so far; empty when there is none of that size.
+  const CDib24& Surface() const { return surface_; }
+  // Who hears of a change of size.
+  void Attach(Marklet& control) { control_ = &control; }
+
+  Ambient& AmbientProperties() override { return ambient_; }
+  HWND hWnd() override { return nullptr; }
+  HDC hDC() override;
+  double ScaleWidth() override { return width_; }
+  double ScaleHeight() override { return height_; }
+  double Width() override { return width_ * TwipsPerPixelX(); }
+  double Height() override { return height_ * TwipsPerPixelY(); }
+  void PutWidth(double twips) override;
+  void PutHeight(double twips) override;
+  double TwipsPerPixelX() override { return kTwipsPerInch / pixels_per_inch_; }
+  double TwipsPerPixelY() override { return kTwipsPerInch / pixels_per_inch_; }
+  bool Enabled() override { return enabled_; }
+  void PutEnabled(bool enabled) override { enabled_ = enabled; }
+  FontRef Font() override { return font_; }
+  void PutFont(FontRef font) override;
+  OLE_COLOR BackColor() override { return back_color_; }
+  void PutBackColor(OLE_COLOR colour) override { back_color_ = colour; }
+  HostObjectRef MouseIcon() override { return mouse_icon_; }
+  void PutMouseIcon(HostObjectRef icon) override { mouse_icon_ = std::move(icon); }
+  Long MousePointer() override { return mouse_pointer_; }
+  void PutMousePointer(Long pointer) override { mouse_pointer_ = pointer; }
+  std::u16string AccessKeys() override { return access_keys_; }
+  void PutAccessKeys(std::u16string keys) override { access_keys_ = std::move(keys); }
+  HWND ContainerHwnd() override { return nullptr; }
+  std::shared_ptr<NamedMembers> Parent() override { return nullptr; }
+  std::shared_ptr<NamedMembers> Extender() override { return nullptr; }
+  void PropertyChanged(std::string_view) override {}
+
+ private:
+  static constexpr double kTwipsPerInch = 1440;
+
+  class DefaultAmbient final : public Ambient {
+   public:
+    bool UserMode() override { return true; }
+    OLE_COLOR BackColor() override { return 0x8000000F; }
+    OLE_COLOR ForeColor() override { return 0x80000012; }
+    FontRef Font() override { return font_; }
+    std::u16string DisplayName() override { return {}; }
+    bool RightToLeft() override { return false; }
+
+   private:
+    FontRef font_ = std::make_shared<StdFont>();
+  };
+
+  void Resized();
+
+  DefaultAmbient ambient_;
+  Marklet* control_ = nullptr;
+  Long width_, height_;
+  double pixels_per_inch_;
+  CDib24 surface_;
+  Long surface_width_ = 0, surface_height_ = 0;  // what the surface was made for
+  bool enabled_ = true;
+  FontRef font_ = std::make_shared<StdFont>();
+  OLE_COLOR back_color_ = 0x8000000F;
+  HostObjectRef mouse_icon_;
+  Long mouse_pointer_ = 0;
+  std::u16string access_keys_;
+};
+
+}  // namespace marklet

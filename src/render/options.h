@@ -1,0 +1,37 @@
+// The command line of marklet-render.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/types.h"
+
+namespace marklet {
+
+// Properties in the order in which they are set, as name and text.
+using PropertyTexts = std::vector<std::pair<std::string, std::string>>;
+
+struct Options {
+  bool help = false, version = false, log = false;
+  double scale = 1;
+  SIZE size = {200, 40};  // in 96ths of an inch
+  std::string output;     // file names are UTF-8
+  std::string caption_file;
+  std::string sheet;
+  PropertyTexts properties;
+};
+
+// Throws RenderError for what can't be understood.
+Options ParseOptions(const std::vector<std::string>& arguments);
+
+// What --help prints.
+std::string HelpText();
+
+// Sizes that a picture of one control may have, in 96ths of an inch.
+constexpr Long kMostUnits = 4096;
+// Reads WIDTHxHEIGHT, or throws.
+SIZE ParseSizeOption(const std::string& text);
+
+}  // namespace marklet

@@ -1,0 +1,126 @@
+#include "render/png_writer.h"
+
+#include <array>
+#include <cstdlib>
+#include <span>
+#include <string_view>
+
+#include "render/deflate.h"
+
+namespace marklet {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
+  std::array<std::uint32_t, 256> table{};
+  for (std::uint32_t i = 0; i < 256; ++i) {
+    std::uint32_t value = i;
+    for (int bit = 0; bit < 8; ++bit) value = value & 1 ? 0xEDB88320u ^ value >> 1 : value >> 1;
+    table[i] = value;
+  }
+  return table;
+}
+constexpr auto kCrcTable = MakeCrcTable();
+
+std::uint32_t Crc32(std::span<const std::uint8_t> bytes) {
+  std::uint32_t crc = 0xFFFFFFFFu;
+  for (const std::uint8_t byte : bytes) crc = kCrcTable[(crc ^ byte) & 0xFF] ^ crc >> 8;
+  return ~crc;
+}
+
+void Append32(Bytes& bytes, std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+}
+
+void AppendChunk(Bytes& file, std::string_view type, const Bytes& data) {
+  Append32(file, static_cast<std::uint32_t>(data.size()));
+  const std::size_t start = file.size();
+  file.insert(file.end(), type.begin(), type.end());
+  file.insert(file.end(), data.begin(), data.end());
+  Append32(file, Crc32(std::span(file).subspan(start)));
+}
+
+// --- Filters ----------------------------------------------------------------------------------------------
+
+constexpr std::size_t kPixelBytes = 3;
+
+// What a filter subtracts, from the neighbours to the left, above, and above to the left.
+using Predictor = int (*)(int left, int up, int up_left);
+int PredictNone(int, int, int) { return 0; }
+int PredictSub(int left, int, int) { return left; }
+int PredictUp(int, int up, int) { return up; }
+int PredictAverage(int left, int up, int) { return (left + up) / 2; }
+int PredictPaeth(int left, int up, int up_left) {
+  const int estimate = left + up - up_left;
+  const int to_left = std::abs(estimate - left), to_up = std::abs(estimate - up),
+            to_up_left = std::abs(estimate - up_left);
+  if (to_left <= to_up && to_left <= to_up_left) return left;
+  return to_up <= to_up_left ? up : up_left;
+}
+constexpr Predictor kPredictors[] = {PredictNone, PredictSub, PredictUp, PredictAverage, PredictPaeth};
+
+Bytes Filter(Predictor predict, std::span<const std::uint8_t> row, std::span<const std::uint8_t> above) {
+  Bytes result(row.size());
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    const bool first = i < kPixelBytes;
+    const int left = first ? 0 : row[i - kPixelBytes];
+    const int up = above.empty() ? 0 : above[i];
+    const int up_left = first || above.empty() ? 0 : above[i - kPixelBytes];
+    result[i] = static_cast<std::uint8_t>(row[i] - predict(left, up, up_left));
+  }
+  return result;
+}
+
+// The usual guess at what compresses best: bytes read as signed, the smaller their sum the better.
+std::uint64_t Cost(const Bytes& filtered) {
+  std::uint64_t sum = 0;
+  for (const std::uint8_t byte : filtered) sum += byte < 128 ? byte : 256u - byte;
+  return sum;
+}
+
+void AppendFiltered(Bytes& data, std::span<const std::uint8_t> row, std::span<const std::uint8_t> above) {
+  Bytes best;
+  std::uint8_t best_filter = 0;
+  for (std::uint8_t filter = 0; filter < std::size(kPredictors); ++filter) {
+    Bytes filtered = Filter(kPredictors[filter], row, above);
+    if (filter > 0 && Cost(filtered) >= Cost(best)) continue;
+    best = std::move(filtered);
+    best_filter = filter;
+  }
+  data.push_back(best_filter);
+  data.insert(data.end(), best.begin(), best.end());
+}
+
+Bytes FilteredRows(const Picture& picture) {
+  Bytes data;
+  std::span<const std::uint8_t> above;
+  for (Long y = 0; y < picture.height; ++y) {
+    const auto row = picture.Row(y);
+    AppendFiltered(data, row, above);
+    above = row;
+  }
+  return data;
+}
+
+}  // namespace
+
+Bytes EncodePng(const Picture& picture, std::uint32_t pixels_per_metre) {
+  Bytes header;
+  Append32(header, static_cast<std::uint32_t>(picture.width));
+  Append32(header, static_cast<std::uint32_t>(picture.height));
+  header.insert(header.end(), {8, 2, 0, 0, 0});  // 8 bits, RGB, deflate, the five filters, not interlaced
+  Bytes density;
+  Append32(density, pixels_per_metre);
+  Append32(density, pixels_per_metre);
+  density.push_back(1);  // the unit is the metre
+
+  Bytes file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  AppendChunk(file, "IHDR", header);
+  AppendChunk(file, "pHYs", density);
+  AppendChunk(file, "IDAT", ZlibCompress(FilteredRows(picture)));
+  AppendChunk(file, "IEND", {});
+  return file;
+}
+
+}  // namespace marklet

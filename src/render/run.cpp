@@ -1,0 +1,92 @@
+#include "render/run.h"
+
+#include <exception>
+#include <functional>
+#include <new>
+#include <ostream>
+
+#include "platform/program.h"
+#include "platform/rounding.h"
+#include "render/files.h"
+#include "render/options.h"
+#include "render/picture.h"
+#include "render/png_writer.h"
+#include "render/render_control.h"
+#include "render/render_error.h"
+#include "render/sheet.h"
+#include "render/text.h"
+
+namespace marklet {
+namespace {
+
+// A byte order mark goes when the text is decoded; the line end that editors put at the end of a file goes
+// here.
+std::string CaptionFromFile(const std::string& name) {
+  std::string text = ReadTextFile(name);
+  if (text.ends_with('\n')) text.pop_back();
+  if (text.ends_with('\r')) text.pop_back();
+  return text;
+}
+
+PropertyTexts PropertiesOf(const Options& options) {
+  PropertyTexts properties = options.properties;
+  if (!options.caption_file.empty())
+    properties.emplace_back("Caption", CaptionFromFile(options.caption_file));
+  return properties;
+}
+
+void PrintLog(std::ostream& out, const std::function<void()>& paint) {
+  const auto lines = LogPlatformCalls(paint);
+  if (!lines) throw RenderError("--log isn't available on this platform");
+  for (const std::string& line : *lines) out << line << '\n';
+}
+
+Picture RenderOne(const Options& options, std::ostream& out) {
+  RenderedControl control(options.size, PropertiesOf(options), options.scale);
+  if (options.log) PrintLog(out, [&] { control.Redraw(); });
+  return PictureOf(control.Surface());
+}
+
+Picture RenderSheet(const Options& options, std::ostream& out) {
+  Sheet sheet(ReadTextFile(options.sheet), options.scale);
+  if (options.log) PrintLog(out, [&] { sheet.Redraw(); });
+  return sheet.Compose();
+}
+
+void Render(const Options& options, std::ostream& out) {
+  const ScaledScreen screen(options.scale);
+  const Picture picture = options.sheet.empty() ? RenderOne(options, out) : RenderSheet(options, out);
+  constexpr double kInchesPerMetre = 1 / 0.0254;
+  const Long per_metre = RoundHalfEven(96 * options.scale * kInchesPerMetre);
+  WriteFileWhole(options.output, EncodePng(picture, static_cast<std::uint32_t>(per_metre)));
+}
+
+void Run(const std::vector<std::string>& arguments, std::ostream& out) {
+  const Options options = ParseOptions(arguments);
+  if (options.help)
+    out << HelpText();
+  else if (options.version)
+    out << "marklet-render " MARKLET_VERSION "\n";
+  else
+    Render(options, out);
+}
+
+int Fail(std::ostream& err, std::string_view why) {
+  err << "marklet-render: " << why << '\n';
+  return 2;
+}
+
+}  // namespace
+
+int RunMarkletRender(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+  try {
+    Run(arguments, out);
+    return 0;
+  } catch (const std::bad_alloc&) {
+    return Fail(err, "there isn't enough memory");
+  } catch (const std::exception& error) {
+    return Fail(err, error.what());
+  }
+}
+
+}  // namespace marklet
