@@ -144,7 +144,7 @@ TEST(Setters, AppearanceLeavesBackColorAloneWhenItStays) {
 TEST(Setters, AppearanceOverwritesBackColorWithoutAnnouncingIt) {
   HostedControl hosted;
   hosted.Init();
-  hosted.Set("BackColor", Long{0x0000FF});
+  for (const char* name : {"BackColor", "ForeColor", "EffectColor"}) hosted.Set(name, Long{0x0000FF});
   hosted.host.TakeLog();
   hosted.Set("Appearance", Long{0});
   EXPECT_EQ(static_cast<OLE_COLOR>(hosted.Number("BackColor")), 0x80000005u);
@@ -252,9 +252,9 @@ TEST(Caption, RaisesChangeForTheSameTextToo) {
 TEST(Caption, BytesOfUtf8AreRepaired) {
   HostedControl hosted;
   hosted.Init();
-  hosted.Set("Caption",
-             std::u16string(u"Gr\u00C3\u00BC\u00C3\u009Fe"));  // each byte of "Grüße" one character
-  EXPECT_EQ(hosted.State().Caption, u"Gr\u00FC\u00DFe");
+  // Each byte arrives as one character.
+  hosted.Set("Caption", std::u16string(u"f\u00C3\u00BCnf \u00C3\u00A9t\u00C3\u00A9s"));
+  EXPECT_EQ(hosted.State().Caption, u"f\u00FCnf \u00E9t\u00E9s");
   hosted.Set("UniToolTipText", std::u16string(u"Gr\u00C3\u00BCn"));
   EXPECT_EQ(hosted.State().UniToolTipText, u"Gr\u00FCn");
 }

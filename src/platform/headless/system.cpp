@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "platform/headless/recording.h"
+#include "platform/headless/window.h"
 
 namespace marklet {
 namespace {
@@ -92,7 +93,14 @@ HMODULE LoadLibraryA(std::string_view name) {
   return LibraryExists(name) ? reinterpret_cast<HMODULE>(const_cast<char*>(loaded)) : nullptr;
 }
 
-bool DefWindowProcW_SetText(HWND window, std::u16string_view) { return window != nullptr; }
-bool DefWindowProcA_SetText(HWND window, std::string_view) { return window != nullptr; }
+bool DefWindowProcW_SetText(HWND window, std::u16string_view text) {
+  if (window == nullptr) return false;
+  window->text = text.substr(0, text.find(u'\0'));  // the platform takes texts up to their first NUL
+  return true;
+}
+
+bool DefWindowProcA_SetText(HWND window, std::string_view text) {
+  return DefWindowProcW_SetText(window, MultiByteToWideChar(CP_ACP, text));
+}
 
 }  // namespace marklet
