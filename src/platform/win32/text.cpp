@@ -88,6 +88,7 @@ HFONT CreateFontIndirectW(const LOGFONTW& record) {
 }
 
 Long PixelsPerInch(HDC dc) {
+  if (Configuration().pixels_per_inch) return *Configuration().pixels_per_inch;
   if (dc) return GetDeviceCaps(Native(dc), LOGPIXELSY);
   const ::HDC screen = GetDC(nullptr);
   const Long result = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
