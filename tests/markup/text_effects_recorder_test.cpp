@@ -141,7 +141,9 @@ TEST_F(TextEffectLayers, ShowAllOnAnOpaqueControl) {
     std::string mode = "none";
     for (const std::string& line : lines_) {
       if (line.starts_with("SetBkMode(")) mode = line;
-      if (line.starts_with("DrawTextW(")) EXPECT_EQ(mode, "SetBkMode(0)");
+      if (line.starts_with("DrawTextW(")) {
+        EXPECT_EQ(mode, "SetBkMode(0)");
+      }
     }
   }
 }
