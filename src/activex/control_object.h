@@ -1,0 +1,79 @@
+// The COM object of one control: its identity, its parts and its interfaces.
+#pragma once
+
+#include "activex/class_info.h"
+#include "activex/connection_points.h"
+#include "activex/dispatch.h"
+#include "activex/event_source.h"
+#include "activex/extent.h"
+#include "activex/font.h"
+#include "activex/in_place.h"
+#include "activex/module.h"
+#include "activex/ole_control.h"
+#include "activex/ole_object.h"
+#include "activex/persist.h"
+#include "activex/quick_activate.h"
+#include "activex/safety.h"
+#include "activex/site.h"
+#include "activex/user_control.h"
+#include "activex/view.h"
+#include "activex/window.h"
+#include "control/marklet.h"
+
+namespace marklet::activex {
+
+// Its IUnknown is the one that an outer object holds when the control is aggregated, and its own identity
+// otherwise.
+class ControlObject final : public IUnknown {
+ public:
+  // A new control in `*object`, aggregated into `outer` unless that is null.
+  static HRESULT Create(IUnknown* outer, REFIID iid, void** object);
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override;
+  STDMETHODIMP_(ULONG) Release() override;
+
+  IUnknown& Outer() { return *outer_; }
+
+ private:
+  friend class Entry;
+  IUnknown* outer_;  // not counted: it holds this object
+  ULONG references_ = 1;
+  unsigned depth_ = 0;  // of calls from outside
+  ModuleReference module_;
+
+ public:
+  // What the control knows of its host and has on its screen, below the control itself.
+  Site site;
+  Extent extent;
+  HostFont host_font;
+  ConnectionPointContainer connections{*this};
+  EventSource events{*this};
+  ControlWindow window{*this};
+  InPlace in_place{*this};
+  ViewFace view{*this};
+  Persist persist{*this};
+  OleUserControl host{*this};
+  Marklet marklet{host, events};
+
+  // The other interfaces.
+  DispatchFace dispatch{*this};
+  OleObjectFace ole_object{*this};
+  OleControlFace ole_control{*this};
+  InPlaceObjectFace in_place_object{*this};
+  ActiveObjectFace active_object{*this};
+  PersistStreamFace persist_stream{*this};
+  PersistBagFace persist_bag{*this};
+  PersistStorageFace persist_storage{*this};
+  ClassInfoFace class_info{*this};
+  ErrorInfoFace error_info{*this};
+  QuickActivateFace quick_activate{*this};
+  SafetyFace safety{*this};
+
+ private:
+  explicit ControlObject(IUnknown* outer) : outer_(outer ? outer : this) {}
+  ~ControlObject() = default;
+  void Shutdown();
+};
+
+}  // namespace marklet::activex
