@@ -61,7 +61,7 @@ class UserControl {
 
   virtual bool Enabled() = 0;
   virtual void PutEnabled(bool enabled) = 0;
-  virtual FontRef Font() = 0;  // never null
+  virtual FontRef Font() = 0;              // never null
   virtual void PutFont(FontRef font) = 0;  // null is refused: the font stays
   virtual OLE_COLOR BackColor() = 0;
   virtual void PutBackColor(OLE_COLOR colour) = 0;
