@@ -1,0 +1,13 @@
+// The fuzzers: each runs one input and returns, or ends the program at a finding. The tests replay the corpus
+// through the same functions.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace marklet {
+
+// Tokenizer and interpreter of captions.
+void FuzzMarkup(std::span<const std::uint8_t> input);
+
+}  // namespace marklet

@@ -1,0 +1,172 @@
+// Captions that no designer would type, and rectangles and fonts that no form would have. The bounds on time
+// are wide enough for a sanitizer on a busy machine, and far below what anything quadratic takes.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+#include <string>
+
+#include "markup/canvas.h"
+#include "markup/markup_caption.h"
+#include "markup/played_system.h"
+#include "text/caption_style.h"
+
+namespace marklet {
+namespace {
+
+constexpr Long kMin = std::numeric_limits<Long>::min(), kMax = std::numeric_limits<Long>::max();
+constexpr double kSeconds = 20;
+
+class BadCaption : public testing::Test {
+ protected:
+  BadCaption() {
+    style_.Font = std::make_shared<StdFont>();
+    style_.SingleLine = true;
+    style_.SurfaceDC = canvas_.dc();
+  }
+
+  void Draw(std::u16string_view caption, RECT rect = {0, 0, 300, 60}) {
+    DrawMarkupCaption(canvas_.dc(), caption, rect, style_);
+  }
+
+  double SecondsToDraw(std::u16string_view caption) {
+    const auto start = std::chrono::steady_clock::now();
+    Draw(caption);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  }
+
+  // Draws with every effect, in every generation.
+  void DrawInEveryWay(std::u16string_view caption, RECT rect = {0, 0, 300, 60}) {
+    for (const SystemGeneration& generation : {kWindows95, kNT4, kWindows2000, kXP, kVista}) {
+      const PlayedSystem system(generation);
+      for (Long effect = effectNone; effect <= effectHollow + 1; ++effect) {
+        style_.TextEffect = effect;
+        for (Long alignment = 0; alignment <= 4; ++alignment) {
+          style_.Alignment = alignment;
+          Draw(caption, rect);
+        }
+      }
+    }
+  }
+
+  Canvas canvas_{300, 60};
+  CaptionStyle style_;
+};
+
+std::u16string Repeated(std::u16string_view piece, std::size_t length) {
+  std::u16string text;
+  while (text.size() < length) text += piece;
+  return text;
+}
+
+TEST_F(BadCaption, WithBrokenTags) {
+  for (const char16_t* caption : {u"<b",
+                                  u"<b><",
+                                  u"<b></",
+                                  u"<b></b",
+                                  u"<b><>",
+                                  u"<b>><",
+                                  u"<b><<<>>>",
+                                  u"<b><f=",
+                                  u"<b><f=>",
+                                  u"<b><c=>",
+                                  u"<b><c=12",
+                                  u"<b><c=#>",
+                                  u"<c=<c=<c=",
+                                  u"<b></f></c></a></sub></sup></i>",
+                                  u"<b><sub><sub><sup></sub></sup>",
+                                  u"<f=<f=>>>",
+                                  u"<c=######>x",
+                                  u"<c>",
+                                  u"<f>",
+                                  u"<b>\t\t\t",
+                                  u"<p><p><.><.>",
+                                  u"<b><f=<b>>x"}) {
+    DrawInEveryWay(caption);
+  }
+}
+
+TEST_F(BadCaption, WithNulsSurrogatesAndNoncharacters) {
+  using namespace std::literals;
+  for (const std::u16string_view caption :
+       {u"<b>a\0b"sv, u"<b>\0"sv, u"<b>abc\0"sv, u"<f=a\0b>x"sv, u"<b>\xD800"sv, u"<b>\xDC00\xD800"sv,
+        u"<b>abc\xD800 def\xDC00"sv, u"<b>&\xFFFF"sv, u"&\xFFFF"sv, u"<b>\xFFFE\xFFFF"sv, u"<b>&&&"sv,
+        u"<b>&"sv, u"<b>\u200D\u200E\u202E\u2066"sv, u"<b>\u0301\u0301\u0301"sv, u"\0"sv}) {
+    DrawInEveryWay(caption);
+  }
+}
+
+TEST_F(BadCaption, WithEveryCodeUnit) {
+  std::u16string caption = u"<b>";
+  for (unsigned code = 0; code <= 0xFFFF; ++code) caption += static_cast<char16_t>(code);
+  const PlayedSystem system(kVista);
+  EXPECT_LT(SecondsToDraw(caption), kSeconds);
+}
+
+TEST_F(BadCaption, InAnyRectangle) {
+  const Long ends[] = {kMin, -1000000, -1, 0, 300, 1000000, kMax};
+  const PlayedSystem system(kVista);
+  for (const Long alignment : {0, 1}) {
+    style_.Alignment = alignment;
+    for (const Long left : ends)
+      for (const Long top : ends)
+        for (const Long right : ends)
+          for (const Long bottom : {kMin, 60, kMax}) {
+            Draw(u"<b></b>one<i>\t<sub>two</sub><p>\u05D0\u05D1\u05D2 three<.>four",
+                 {left, top, right, bottom});
+          }
+  }
+}
+
+TEST_F(BadCaption, WithAnyFont) {
+  for (const double size : {0.0, 0.0001, 0.4, 0.5, 1.0, 500.0, 32767.0, -5.0, 1e9}) {
+    for (const char16_t* name : {u"", u"Tahoma", u"no such face", u"\xD800"}) {
+      style_.Font = std::make_shared<StdFont>();
+      style_.Font->PutName(name);
+      style_.Font->PutSize(size);
+      style_.Font->PutWeight(size > 100 ? 32767 : -1);
+      const PlayedSystem system(kVista);
+      Draw(u"<b>a</b>b<sub>c</sub>d<sup>e</sup>\u05D0");
+    }
+  }
+  style_.Font = nullptr;
+  DrawInEveryWay(u"<b>a</b>b<sub>c</sub>d<f=Arial>e</f>");
+}
+
+TEST_F(BadCaption, WithoutAContext) {
+  const PlayedSystem system(kVista);
+  RECT rect = {0, 0, 300, 60};
+  style_.SurfaceDC = nullptr;
+  for (Long effect = effectNone; effect <= effectHollow; ++effect) {
+    style_.TextEffect = effect;
+    DrawMarkupCaption(nullptr, u"plain", rect, style_);
+    DrawMarkupCaption(nullptr, u"<b>rich</b> <sub>x</sub>\t\u05D0\u05D1", rect, style_);
+  }
+}
+
+TEST_F(BadCaption, OfAMegabyteWithoutABreak) {
+  for (const SystemGeneration& generation : {kNT4, kVista}) {
+    const PlayedSystem system(generation);
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"x", std::size_t{1} << 20)), kSeconds) << generation.name;
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<", std::size_t{1} << 20)), kSeconds) << generation.name;
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<f=", std::size_t{1} << 20)), kSeconds) << generation.name;
+    EXPECT_LT(SecondsToDraw(u"<f=" + Repeated(u"x", std::size_t{1} << 20) + u">y"), kSeconds)
+        << generation.name;
+  }
+}
+
+TEST_F(BadCaption, OfAHundredThousandCharacters) {
+  for (const std::u16string_view piece :
+       {u"a ", u"word ", u"x", u"<b>x</b>", u"\u05D0", u"\u0627\u0644", u"\u4E00", u"\t", u"<p>",
+        u"<sub>x</sub>", u"\xD800", u"<c=FF0000>x"}) {
+    const std::u16string caption = u"<b></b>" + Repeated(piece, 100000);
+    for (const SystemGeneration& generation : {kNT4, kVista}) {
+      const PlayedSystem system(generation);
+      EXPECT_LT(SecondsToDraw(caption), kSeconds)
+          << testing::PrintToString(std::u16string(piece)) << " " << generation.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace marklet
