@@ -171,13 +171,18 @@ constexpr FixedTag kFixedTags[] = {
     {u"\t", AdvanceTab},
 };
 
+// A colour tag as the very last thing in a caption is text to the tokenizer, and is drawn as that.
+bool EndsCaptionAsText(const CaptionPen& pen, std::u16string_view token) {
+  return pen.index + 1 == pen.tokens.size() && token.size() == std::u16string_view(u"<c=RRGGBB>").size();
+}
+
 // A word may be such a tag as well when it happens to have the shape.
 bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
   if (token.find(u"<f=") != token.npos) {
     OpenFont(pen, token);
     return true;
   }
-  if (!token.starts_with(u"<c=")) return false;
+  if (!token.starts_with(u"<c=") || EndsCaptionAsText(pen, token)) return false;
   OpenColour(pen, ParseColorTag(token.substr(3, 6)));
   return true;
 }

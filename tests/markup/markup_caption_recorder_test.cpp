@@ -558,10 +558,14 @@ TEST_F(MarkupCaption, TurnsBlackWithAColourCloserAlone) {
 }
 
 TEST_F(MarkupCaption, DrawsAColourTagAtTheVeryEnd) {
-  Draw(u"a <c=FF0000>");
-  ASSERT_EQ(runs_.size(), 2u);
-  EXPECT_EQ(runs_[1].text, "<c=FF0000>");
-  EXPECT_EQ(runs_[1].colour, "#112233");
+  for (const char16_t* caption : {u"a <c=FF0000>", u"<c=FF0000>", u"a<c=FF0000>", u"<b></b><c=FF0000>"}) {
+    Draw(caption);
+    ASSERT_FALSE(runs_.empty());
+    EXPECT_TRUE(runs_.back().text.ends_with("<c=FF0000>"));
+    EXPECT_EQ(runs_.back().colour, "#112233");
+  }
+  Draw(u"<b></b><c=FF000>");  // any other length has the shape of a tag and no such exception
+  EXPECT_TRUE(runs_.empty());
 }
 
 TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
@@ -694,7 +698,7 @@ TEST_F(MarkupSplit, CutsAComplexWordOnePieceALineAndTheLastTwoLinesBelow) {
 }
 
 TEST_F(MarkupSplit, DrawsTheFirstPieceAtThePenAndTheNextAtTheLineStart) {
-  rect_ = {30, 0, 60, 300};
+  rect_ = {30, 0, 50, 300};
   Draw(std::u16string(u"<b></b>") + std::u16string(kWord));
   ASSERT_GE(runs_.size(), 3u);
   EXPECT_EQ(runs_[0].rect.left, 30);
