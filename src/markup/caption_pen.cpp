@@ -17,8 +17,7 @@ CaptionPen::CaptionPen(HDC context, const RECT& caption_rect, const CaptionStyle
       PenY(caption_rect.top),
       AvailableWidth(SaturatingAdd(caption_rect.right, -std::int64_t{caption_rect.left})),
       RunStyle(style),
-      RunFont(CloneFont(style.Font)),
-      SavedFontName(RunFont ? RunFont->Name() : std::u16string()) {
+      RunFont(CloneFont(style.Font)) {
   RunStyle.Alignment = 0;
   RunStyle.SingleLine = true;
   RunStyle.VerticalAlignment = 3;

@@ -1,6 +1,7 @@
 // What one drawing of a caption with markup knows: where the pen stands and what the tags have changed.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,17 +19,17 @@ struct CaptionPen {
   RECT rect;           // of the caption
   Long Alignment = 0;  // the caption's, where RunStyle has its own
   bool shaping = false;
-  std::vector<std::u16string_view> tokens;
-  std::size_t index = 0;  // of the token at hand
+  std::vector<std::u16string_view> tokens;  // of the caption
+  std::size_t index = 0;                    // of the token at hand
 
   Long PenX = 0, PenY = 0;  // pixels, in the coordinates of the context
   Long LineStart = 0;       // 0 until the first wrap, so that a <p> before it goes back to x = 0
   Long AvailableWidth = 0;  // of the rectangle; compared with absolute positions all the same
   CaptionStyle RunStyle;    // ForeColor in it follows the tags
   FontRef RunFont;          // null only for a caption without a font
-  std::u16string SavedFontName;
-  COLORREF SavedColor = 0;  // shared by <a> and <c=...>
-  Long SavedSize = 0;       // points; not 0 while a <sub> or <sup> is open
+  std::optional<std::u16string> SavedFontName;  // the caption's own until a <f=...> sets it
+  COLORREF SavedColor = 0;                      // shared by <a> and <c=...>
+  Long SavedSize = 0;                           // points; not 0 while a <sub> or <sup> is open
   bool SubscriptActive = false;
   Long SubscriptDrop = 0;  // pixels
   bool ItalicOpen = false;

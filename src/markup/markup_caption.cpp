@@ -1,7 +1,5 @@
 #include "markup/markup_caption.h"
 
-#include <string>
-
 #include "markup/caption_pen.h"
 #include "markup/tokenizer.h"
 #include "platform/rounding.h"
@@ -17,14 +15,16 @@ void ObeyOrPlace(CaptionPen& pen, std::u16string_view token) {
   }
 }
 
+// Tokens that stand in front of every caption. They select the run font for the first time, round its size to
+// a whole number, and leave VerticalAlignment at 0. They also keep every tag of the caption's own off the
+// first place, where <p> and <.> have no effect.
+constexpr std::u16string_view kSentinel[] = {u"<sub>", u"</sub>"};
+
 void DrawTokens(HDC dc, std::u16string_view caption, const RECT& rect, const CaptionStyle& style) {
-  // The two tags in front select the run font for the first time, round its size to a whole number, and leave
-  // VerticalAlignment at 0. They also keep every tag of the caption's own off the first place, where <p> and
-  // <.> have no effect.
-  std::u16string text = u"<sub></sub>";
-  text += caption;
   CaptionPen pen(dc, rect, style);
-  pen.tokens = TokenizeMarkup(text);
+  // Cut apart from the sentinel, which comes out as its two tags whatever follows it.
+  pen.tokens = TokenizeMarkup(caption);
+  for (const std::u16string_view token : kSentinel) ObeyOrPlace(pen, token);
   for (; pen.index < pen.tokens.size(); ++pen.index) ObeyOrPlace(pen, pen.tokens[pen.index]);
 }
 

@@ -121,11 +121,13 @@ void CloseSubscript(CaptionPen& pen) {
 }
 
 void SetFontName(CaptionPen& pen, std::u16string name) {
-  if (pen.RunFont) pen.RunFont->PutName(std::move(name));
+  pen.RunFont->PutName(std::move(name));
   pen.SelectRunFont();
 }
 
-void CloseFont(CaptionPen& pen) { SetFontName(pen, pen.SavedFontName); }
+void CloseFont(CaptionPen& pen) {
+  if (pen.RunFont) SetFontName(pen, pen.SavedFontName.value_or(pen.RunStyle.Font->Name()));
+}
 
 // The token without each "<f=", found from left to right, and then without each ">".
 std::u16string FontNameOf(std::u16string_view token) {
@@ -140,7 +142,8 @@ std::u16string FontNameOf(std::u16string_view token) {
 }
 
 void OpenFont(CaptionPen& pen, std::u16string_view token) {
-  if (pen.RunFont) pen.SavedFontName = pen.RunFont->Name();
+  if (!pen.RunFont) return;
+  pen.SavedFontName = pen.RunFont->Name();
   SetFontName(pen, FontNameOf(token));
 }
 
@@ -190,7 +193,7 @@ bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
 }  // namespace
 
 bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
-  if (token.back() != u'>' && token != u"\t") return false;  // nearly every token
+  if (token.back() != u'>' && token.front() != u'\t') return false;  // nearly every token
   for (const FixedTag& tag : kFixedTags) {
     if (tag.token == token) {
       tag.obey(pen);

@@ -13,26 +13,32 @@ namespace {
 class Tokenizer {
  public:
   Tokenizer(std::u16string_view text, bool shaping)
-      : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)) {}
+      : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)) {
+    constexpr std::size_t kUsualLength = 4;  // of a word or tag, at the least
+    tokens_.reserve(text.size() / kUsualLength + 1);
+  }
 
   std::vector<std::u16string_view> Run() {
-    for (std::size_t at = 0; at < text_.size();) at += Step(at);
+    for (std::size_t at = 0; at < text_.size();) {
+      if (text_[at] == u'<') {
+        at += TakeTag(at);
+      } else {
+        if (breaks_.Contains(text_[at])) TakeSeparator(at);
+        ++at;
+      }
+    }
     Flush(text_.size());
     return std::move(tokens_);
   }
 
  private:
-  // Reads what stands at `at` and answers how many code units that was.
-  std::size_t Step(std::size_t at) {
-    if (breaks_.Contains(text_[at])) {
-      TakeSeparator(at);
-      return 1;
-    }
-    const std::size_t tag = text_[at] == u'<' ? TagLength(at) : 0;
-    if (tag == 0) return 1;
+  // Reads what starts with the "<" at `at` and answers how many code units that was.
+  std::size_t TakeTag(std::size_t at) {
+    const std::size_t length = TagLength(at);
+    if (length == 0) return 1;
     Flush(at);
-    Flush(at + tag);
-    return tag;
+    Flush(at + length);
+    return length;
   }
 
   // Ends the word at `end`. The next one starts there.
