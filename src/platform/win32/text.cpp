@@ -98,7 +98,7 @@ Long PixelsPerInch(HDC dc) {
 
 COLORREF SetTextColor(HDC dc, COLORREF colour) { return ::SetTextColor(Native(dc), colour); }
 
-COLORREF GetTextColor(HDC dc) { return ::GetTextColor(Native(dc)); }
+COLORREF GetTextColor(HDC dc) { return dc ? ::GetTextColor(Native(dc)) : CLR_INVALID; }
 
 COLORREF SetBkColor(HDC dc, COLORREF colour) { return ::SetBkColor(Native(dc), colour); }
 

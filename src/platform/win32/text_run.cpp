@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/win32/saved_state.h"
+#include "platform/win32/giant_text.h"
 
 namespace marklet {
 namespace {
@@ -22,17 +22,6 @@ int Measure(::HDC dc, std::u16string_view piece, Ends& ends) {
   return measured ? size.cx : -1;
 }
 
-// Fills the glyphs' outlines. The platform would make a bitmap of each, of gigabytes at the largest sizes.
-bool FillOutlines(::HDC dc, int x, int y, std::u16string_view text) {
-  const SavedState state(dc);
-  SetPolyFillMode(dc, WINDING);
-  ::SetBkMode(dc, sdk::kTransparentMode);
-  ::SelectObject(dc, GetStockObject(DC_BRUSH));
-  SetDCBrushColor(dc, ::GetTextColor(dc));
-  return BeginPath(dc) && ::TextOutW(dc, x, y, Native(text.data()), static_cast<int>(text.size())) &&
-         EndPath(dc) && FillPath(dc);
-}
-
 void FillBox(::HDC dc, const ::RECT& box) {
   if (::GetBkMode(dc) == sdk::kOpaqueMode) ::ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &box, nullptr, 0, nullptr);
 }
@@ -49,7 +38,7 @@ bool DrawGiants(::HDC dc, int x, int y, std::u16string_view piece, const Ends& e
   const std::size_t count =
       std::min({static_cast<std::size_t>(to - from) + 1, piece.size() - first, kMostGiants});
   if (first >= piece.size()) return true;
-  return FillOutlines(dc, x + (first ? ends[first - 1] : 0), y, piece.substr(first, count));
+  return FillGiantText(dc, x + (first ? ends[first - 1] : 0), y, piece.substr(first, count), clip);
 }
 
 bool DrawPiece(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view piece, const Ends& ends,
