@@ -73,7 +73,7 @@ class MarkupCaption : public testing::Test {
            "\")";
   }
 
-  const PlayedSystem system_{kVista};
+  const PlayedSystem system_{generation::kVista};
   Canvas canvas_{400, 300};
   RECT rect_ = {0, 0, 400, 300};
   CaptionStyle style_;
@@ -570,7 +570,7 @@ TEST_F(MarkupCaption, DrawsAColourTagAtTheVeryEnd) {
 
 TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
   {
-    const PlayedSystem without_shaping(kNT4);
+    const PlayedSystem without_shaping(generation::kNT4);
     Draw(u"<b></b><c=12> x");
     ASSERT_EQ(runs_.size(), 1u);
     EXPECT_EQ(runs_[0].text, " x");
@@ -737,7 +737,7 @@ TEST_F(MarkupSplit, LeavesAWordWholeWhenTheScriptTestFails) {
 }
 
 TEST_F(MarkupSplit, LeavesAWordWholeWithoutShaping) {
-  const PlayedSystem without_shaping(kNT4);
+  const PlayedSystem without_shaping(generation::kNT4);
   rect_.right = 5;
   Draw(std::u16string(u"<b></b>") + std::u16string(kWord));
   EXPECT_EQ(runs_.size(), 1u);
@@ -768,7 +768,7 @@ TEST_F(MarkupCaption, SkipsAFailedMeasureAndGoesOn) {
 }
 
 TEST_F(MarkupCaption, SkipsARunThatFailsAndMovesThePenAllTheSame) {
-  const PlayedSystem xp(kXP);
+  const PlayedSystem xp(generation::kXP);
   Recorder recorder;
   recorder.Fail("ScriptIsComplex", 1);
   DrawRecorded(u"<b></b>one two three", recorder);
