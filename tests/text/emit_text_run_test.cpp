@@ -63,10 +63,10 @@ TEST_F(EmitTextRunTest, DrawsAWholeTextWhereItsAlignmentSays) {
   style_.Alignment = 1;
   const RECT right = Drawn(u"Total");
   EXPECT_GT(right.left, kWidth / 2);
-  EXPECT_GT(right.right, kWidth - 4);
+  EXPECT_GT(right.right, kWidth - 8);
   style_.Alignment = 2;
   const RECT center = Drawn(u"Total");
-  EXPECT_NEAR(center.left + center.right, kWidth, 4);
+  EXPECT_NEAR(center.left + center.right, kWidth, 8);
 }
 
 TEST_F(EmitTextRunTest, RightToLeftExchangesLeftAndRight) {
