@@ -436,6 +436,14 @@ TEST_F(MarkupCaption, AdvancesByTwoWidthsForATabOfItsOwn) {
   EXPECT_EQ(runs_[0].rect.left, Width(u"WW"));
 }
 
+TEST_F(MarkupCaption, HandsATabThatLeadsAWordOverWithoutShaping) {
+  const PlayedSystem without_shaping(generation::kNT4);
+  Draw(u"<b></b>a\tx");
+  ASSERT_EQ(runs_.size(), 2u);
+  EXPECT_EQ(runs_[1].text, "\\u0009x");
+  EXPECT_EQ(runs_[1].rect.left, Width(u"a"));
+}
+
 TEST_F(MarkupCaption, HandsATabGluedToAWordOver) {
   Draw(u"<b></b>a\tx");
   ASSERT_EQ(runs_.size(), 2u);
@@ -651,6 +659,15 @@ TEST_F(MarkupCaption, TakesAWordForAFontTagAtTheVeryEnd) {
   ASSERT_EQ(runs_.size(), 1u) << "the word is not drawn";
   EXPECT_EQ(runs_[0].text, "x ");
   EXPECT_EQ(Lines("SelectObject").back(), "SelectObject(" + Named("abc") + ")");
+}
+
+TEST_F(MarkupCaption, TakesNoWordForAFontTagThatDoesNotEndInABracket) {
+  const PlayedSystem without_shaping(generation::kNT4);
+  Draw(u"<b></b>x\ta<f=Arial b<f=c");
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[1].text, "\\u0009a<f=Arial");
+  EXPECT_EQ(runs_[2].text, " b<f=c");
+  EXPECT_EQ(runs_[2].font, Named("Tahoma"));
 }
 
 TEST_F(MarkupCaption, TakesEveryOpenerAndBracketOutOfAFontName) {

@@ -187,6 +187,20 @@ TEST(Tokenizer, AgreesWithTheNaiveOneOnRandomCaptions) {
   }
 }
 
+// The interpreter relies on it: it runs the two tags itself and has only the caption cut.
+TEST(Tokenizer, CutsACaptionTheSameWayBehindTheSentinel) {
+  for (const bool shaping : {true, false}) {
+    const PlayedSystem system(shaping ? generation::kXP : generation::kNT4);
+    RandomCaptions captions;
+    for (int round = 0; round < 10000; ++round) {
+      const std::u16string text = captions.Next();
+      Tokens expected = Cut(text);
+      expected.insert(expected.begin(), {u"<sub>", u"</sub>"});
+      ASSERT_EQ(Cut(u"<sub></sub>" + text), expected);
+    }
+  }
+}
+
 TEST(Tokenizer, GivesTokensThatTogetherAreTheText) {
   for (const bool shaping : {true, false}) {
     const PlayedSystem system(shaping ? generation::kXP : generation::kNT4);
