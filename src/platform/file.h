@@ -1,0 +1,25 @@
+// Files, read whole, by path.
+//
+// A path is UTF-16, absolute or relative to the current folder. Only plain files are read: a folder, a pipe
+// or a device is refused. No file stays open behind a call.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+namespace marklet {
+
+// Offsets into a file are 32-bit signed numbers everywhere, so a longer file counts as unreadable.
+constexpr std::size_t kMaxFileBytes = std::numeric_limits<std::int32_t>::max();
+
+// Reads a file that exists. False, with `bytes` empty, if it can't be opened or read or is too long.
+bool ReadWholeFile(std::u16string_view path, std::vector<std::uint8_t>& bytes);
+
+// The same through an opening for reading and writing, which leaves an empty file where the path names none.
+// A file that may only be read is read all the same.
+bool ReadOrCreateFile(std::u16string_view path, std::vector<std::uint8_t>& bytes);
+
+}  // namespace marklet

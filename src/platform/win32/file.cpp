@@ -1,0 +1,72 @@
+#include "platform/file.h"
+
+#include <algorithm>
+#include <new>
+#include <string>
+
+#include "platform/win32/sdk.h"
+
+namespace marklet {
+namespace {
+
+class OpenFile {
+ public:
+  explicit OpenFile(HANDLE handle) : handle_(handle) {}
+  ~OpenFile() {
+    if (handle_ != INVALID_HANDLE_VALUE) CloseHandle(handle_);
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  HANDLE handle() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+bool ReadPlainFile(HANDLE file, std::vector<std::uint8_t>& bytes) {
+  LARGE_INTEGER size{};
+  if (file == INVALID_HANDLE_VALUE || GetFileType(file) != FILE_TYPE_DISK || !GetFileSizeEx(file, &size))
+    return false;
+  if (size.QuadPart < 0 || static_cast<std::uint64_t>(size.QuadPart) > kMaxFileBytes) return false;
+  bytes.resize(static_cast<std::size_t>(size.QuadPart));
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    DWORD count = 0;
+    if (!ReadFile(file, bytes.data() + done, static_cast<DWORD>(bytes.size() - done), &count, nullptr))
+      return false;
+    if (count == 0) break;  // it was cut short meanwhile
+    done += count;
+  }
+  bytes.resize(done);
+  return true;
+}
+
+bool ReadThrough(DWORD access, DWORD disposition, std::u16string_view path,
+                 std::vector<std::uint8_t>& bytes) {
+  bytes.clear();
+  if (path.empty() || path.find(u'\0') != path.npos) return false;
+  try {
+    const std::wstring native(path.begin(), path.end());
+    const OpenFile file(
+        CreateFileW(native.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (ReadPlainFile(file.handle(), bytes)) return true;
+  } catch (const std::bad_alloc&) {
+  }
+  bytes = {};
+  return false;
+}
+
+}  // namespace
+
+bool ReadWholeFile(std::u16string_view path, std::vector<std::uint8_t>& bytes) {
+  return ReadThrough(GENERIC_READ, OPEN_EXISTING, path, bytes);
+}
+
+bool ReadOrCreateFile(std::u16string_view path, std::vector<std::uint8_t>& bytes) {
+  return ReadThrough(GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, path, bytes) ||
+         ReadThrough(GENERIC_READ, OPEN_EXISTING, path, bytes);
+}
+
+}  // namespace marklet
