@@ -1,0 +1,69 @@
+// Prefix codes of a deflate stream, as tables to look them up in.
+//
+// A table answers with an entry: one number that holds what a symbol stands for, how many bits of the stream
+// it takes, and what kind it is.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace marklet::png {
+
+constexpr int kMaxCodeLength = 15;
+
+// Fields of an entry. `Taken` counts the code's bits and the extra bits behind it; `Length` the code's alone.
+constexpr std::uint32_t kEntryTakenMask = 0x3F;
+constexpr int kEntryLengthShift = 8;
+constexpr std::uint32_t kEntryLengthMask = 0xF;
+constexpr std::uint32_t kEntryPair = 1u << 12;     // two literals, the second in the top byte
+constexpr std::uint32_t kEntryEnd = 1u << 13;      // the end of the block
+constexpr std::uint32_t kEntryMatch = 1u << 14;    // base of a length or distance
+constexpr std::uint32_t kEntryLiteral = 1u << 15;  // one byte or code length, or a pair of bytes
+constexpr int kEntryValueShift = 16;
+
+constexpr unsigned EntryTaken(std::uint32_t entry) { return entry & kEntryTakenMask; }
+constexpr unsigned EntryLength(std::uint32_t entry) { return entry >> kEntryLengthShift & kEntryLengthMask; }
+constexpr unsigned EntryValue(std::uint32_t entry) { return entry >> kEntryValueShift; }
+
+// A complete prefix code. Codes up to `root_bits` long are found directly; the root entry of a longer one is
+// 0, and a search by length finds it.
+class CodeTable {
+ public:
+  static constexpr int kMaxRootBits = 11;
+
+  CodeTable() {}  // leaves the arrays as they are: clearing them would cost more than a small picture
+
+  // Takes the code lengths of symbols 0, 1, ... and what each symbol means: an entry without its code's
+  // length. Returns 0 for a complete code, a negative number for one with too many codes of some length, and
+  // a positive one for a code with gaps; the table is usable after 0 only. `longest` rises to the longest
+  // length.
+  int Build(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings, int max_root_bits,
+            int& longest);
+
+  // `bits` holds the stream's next bits from its lowest bit up, at least the longest code's length of them.
+  std::uint32_t Find(std::uint64_t bits) const {
+    const std::uint32_t entry = roots_[static_cast<std::size_t>(bits) & root_mask_];
+    return entry != 0 ? entry : FindLong(bits);
+  }
+  std::uint32_t FindLong(std::uint64_t bits) const;
+
+  // For the loop that can't afford a call: the root entries and the mask of their index.
+  const std::uint32_t* roots() const { return roots_.data(); }
+  std::size_t root_mask() const { return root_mask_; }
+
+ private:
+  static constexpr int kMaxSymbols = 288;
+  using Counts = std::array<std::uint16_t, kMaxCodeLength + 1>;  // by code length
+
+  void SortSymbols(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings);
+  void FillRoots(int root_bits);
+
+  std::size_t root_mask_ = 0;
+  Counts counts_{};
+  std::array<std::uint32_t, kMaxSymbols> sorted_;  // entries in the order of their codes
+  std::array<std::uint32_t, 1 << kMaxRootBits> roots_;
+};
+
+}  // namespace marklet::png
