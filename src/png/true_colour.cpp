@@ -1,0 +1,59 @@
+#include "png/true_colour.h"
+
+#include <algorithm>
+
+#include "png/scanlines.h"
+
+namespace marklet::png {
+
+TrueColourPicture::TrueColourPicture(const PixelFormat& format, Long width, Long height, RowOrder order)
+    : format_(format),
+      filter_bytes_(order == RowOrder::kBare ? 0 : 1),
+      stride_(static_cast<std::size_t>(width) * 4),
+      height_(static_cast<std::size_t>(height)) {
+  const auto size = [](auto number) { return static_cast<std::size_t>(number); };
+  if (order != RowOrder::kAdam7) {
+    AddPass({0, 0, 1, 1, size(width), height_});
+    return;
+  }
+  for (const Adam7Pass& pass : kAdam7Passes)
+    AddPass({size(pass.x_start), size(pass.y_start), size(pass.x_step), size(pass.y_step),
+             size(pass.Width(width)), size(pass.Height(height))});
+}
+
+// A pass without pixels has no filter bytes either.
+void TrueColourPicture::AddPass(const Pass& pass) {
+  if (pass.width == 0 || pass.height == 0) return;
+  passes_[pass_count_++] = pass;
+  total_bytes_ += pass.height * ScanlineBytes(pass);
+  longest_scanline_ = std::max(longest_scanline_, ScanlineBytes(pass));
+}
+
+void TrueColourPicture::Start(std::uint8_t* bits) {
+  bits_ = bits;
+  pass_ = 0;
+  row_ = 0;
+}
+
+std::size_t TrueColourPicture::Take(std::span<const std::uint8_t> data) {
+  std::size_t used = 0;
+  for (; !complete(); ++pass_, row_ = 0) {
+    const Pass& pass = passes_[pass_];
+    const std::size_t scanline_bytes = ScanlineBytes(pass);
+    for (; row_ < pass.height; ++row_, used += scanline_bytes) {
+      if (data.size() - used < scanline_bytes) return used;
+      TakeScanline(data.data() + used, pass);
+    }
+  }
+  return used;
+}
+
+void TrueColourPicture::TakeScanline(const std::uint8_t* scanline, const Pass& pass) {
+  const std::size_t y = pass.y_start + row_ * pass.y_step;
+  std::uint8_t* const to = bits_ + (height_ - 1 - y) * stride_ + pass.x_start * 4;
+  const std::uint8_t* const above = row_ == 0 ? nullptr : to + pass.y_step * stride_;
+  const std::uint8_t filter = filter_bytes_ == 0 ? std::uint8_t{0} : scanline[0];
+  UnfilterToBgra(format_, filter, scanline + filter_bytes_, {to, above, pass.width, pass.x_step * 4});
+}
+
+}  // namespace marklet::png
