@@ -26,7 +26,8 @@ constexpr char16_t kUnits[] = {0x0000, 0x0085, 0x00A0, 0x00AD, 0x00B4, 0x00C5, 0
                                0x2066, 0x3000, 0x4E00, 0xA000, 0xAC00, 0xD800, 0xDBFF, 0xDC00, 0xDFFF,
                                0xF900, 0xFEFF, 0xFF15, 0xFFFE, 0xFFFF};
 
-constexpr SystemGeneration kGenerations[] = {kVista, kXP, kWindows2000, kNT4, kWindows95};
+constexpr SystemGeneration kGenerations[] = {generation::kVista, generation::kXP, generation::kWindows2000,
+                                             generation::kNT4, generation::kWindows95};
 
 constexpr Long kEdges[] = {0,
                            1,
@@ -127,15 +128,15 @@ void CheckDrawing(const std::u16string& caption, const RECT& rect, CaptionStyle 
 
 void FuzzMarkup(std::span<const std::uint8_t> bytes) {
   InputReader input(bytes);
-  const SystemGeneration& generation = input.OneOf(kGenerations);
-  const PlayedSystem system(generation);
+  const SystemGeneration& played = input.OneOf(kGenerations);
+  const PlayedSystem system(played);
   Surface surface;
   const std::string_view operation = input.OneOf(kOperations);
   const FailingCalls failing(operation, input.Byte());
   const RECT rect = ReadRect(input);
   const CaptionStyle style = ReadStyle(input, surface.dc);
   const std::u16string caption = input.Text(kUnits);
-  CheckTokens(caption, generation.has_script_library);
+  CheckTokens(caption, played.has_script_library);
   CheckDrawing(caption, rect, style, surface.dc);
 }
 

@@ -171,7 +171,6 @@ constexpr FixedTag kFixedTags[] = {
     {u"</sup>", CloseSuperscript},
     {u"</sub>", CloseSubscript},
     {u"</c>", CloseColour},
-    {u"\t", AdvanceTab},
 };
 
 // A colour tag as the very last thing in a caption is text to the tokenizer, and is drawn as that.
@@ -179,7 +178,7 @@ bool EndsCaptionAsText(const CaptionPen& pen, std::u16string_view token) {
   return pen.index + 1 == pen.tokens.size() && token.size() == std::u16string_view(u"<c=RRGGBB>").size();
 }
 
-// A word may be such a tag as well when it happens to have the shape.
+// Of a token that ends in ">". A word may be such a tag as well when it happens to have the shape.
 bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
   if (token.find(u"<f=") != token.npos) {
     OpenFont(pen, token);
@@ -193,7 +192,11 @@ bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
 }  // namespace
 
 bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
-  if (token.back() != u'>' && token.front() != u'\t') return false;  // nearly every token
+  if (token.back() != u'>') {  // nearly every token
+    if (token != u"\t") return false;
+    AdvanceTab(pen);
+    return true;
+  }
   for (const FixedTag& tag : kFixedTags) {
     if (tag.token == token) {
       tag.obey(pen);

@@ -24,8 +24,10 @@ struct Switch {
   std::string_view name;
   bool Options::*field;
 };
-constexpr Switch kSwitches[] = {
-    {"--help", &Options::help}, {"--version", &Options::version}, {"--log", &Options::log}};
+constexpr Switch kSwitches[] = {{"--help", &Options::help},
+                                {"--version", &Options::version},
+                                {"--reference", &Options::reference},
+                                {"--log", &Options::log}};
 
 struct Setting {
   std::string_view name;
@@ -54,7 +56,7 @@ void AddProperty(Options& options, const std::string& argument) {
 }
 
 void Check(const Options& options) {
-  if (options.help || options.version) return;
+  if (options.help || options.version || options.reference) return;
   if (options.output.empty()) throw RenderError("no output file given: -o FILE.png");
   if (options.sheet.empty()) return;
   if (!options.properties.empty() || !options.caption_file.empty())
@@ -136,6 +138,7 @@ std::string HelpText() {
          "  --caption-file FILE  the caption, as UTF-8\n"
          "  --sheet FILE         several controls on one sheet, described in JSON\n"
          "  --log                prints the platform calls of the painting\n"
+         "  --reference          prints the properties, events and enumerations as Markdown\n"
          "  --help, --version\n"
          "\n"
          "Properties are set in the order given, their names and the members of their enumerations read in "

@@ -14,7 +14,7 @@ namespace marklet {
 using PropertyTexts = std::vector<std::pair<std::string, std::string>>;
 
 struct Options {
-  bool help = false, version = false, log = false;
+  bool help = false, version = false, reference = false, log = false;
   double scale = 1;
   SIZE size = {200, 40};  // in 96ths of an inch
   std::string output;     // file names are UTF-8

@@ -11,6 +11,7 @@
 #include "render/options.h"
 #include "render/picture.h"
 #include "render/png_writer.h"
+#include "render/reference.h"
 #include "render/render_control.h"
 #include "render/render_error.h"
 #include "render/sheet.h"
@@ -65,6 +66,8 @@ void Run(const std::vector<std::string>& arguments, std::ostream& out) {
   const Options options = ParseOptions(arguments);
   if (options.help)
     out << HelpText();
+  else if (options.reference)
+    out << ReferenceText();
   else if (options.version)
     out << "marklet-render " MARKLET_VERSION "\n";
   else

@@ -37,8 +37,9 @@ class BadCaption : public testing::Test {
 
   // Draws with every effect, in every generation.
   void DrawInEveryWay(std::u16string_view caption, RECT rect = {0, 0, 300, 60}) {
-    for (const SystemGeneration& generation : {kWindows95, kNT4, kWindows2000, kXP, kVista}) {
-      const PlayedSystem system(generation);
+    for (const SystemGeneration& played : {generation::kWindows95, generation::kNT4, generation::kWindows2000,
+                                           generation::kXP, generation::kVista}) {
+      const PlayedSystem system(played);
       for (Long effect = effectNone; effect <= effectHollow + 1; ++effect) {
         style_.TextEffect = effect;
         for (Long alignment = 0; alignment <= 4; ++alignment) {
@@ -99,13 +100,13 @@ TEST_F(BadCaption, WithNulsSurrogatesAndNoncharacters) {
 TEST_F(BadCaption, WithEveryCodeUnit) {
   std::u16string caption = u"<b>";
   for (unsigned code = 0; code <= 0xFFFF; ++code) caption += static_cast<char16_t>(code);
-  const PlayedSystem system(kVista);
+  const PlayedSystem system(generation::kVista);
   EXPECT_LT(SecondsToDraw(caption), kSeconds);
 }
 
 TEST_F(BadCaption, InAnyRectangle) {
   const Long ends[] = {kMin, -1000000, -1, 0, 300, 1000000, kMax};
-  const PlayedSystem system(kVista);
+  const PlayedSystem system(generation::kVista);
   for (const Long alignment : {0, 1}) {
     style_.Alignment = alignment;
     for (const Long left : ends)
@@ -125,7 +126,7 @@ TEST_F(BadCaption, WithAnyFont) {
       style_.Font->PutName(name);
       style_.Font->PutSize(size);
       style_.Font->PutWeight(size > 100 ? 32767 : -1);
-      const PlayedSystem system(kVista);
+      const PlayedSystem system(generation::kVista);
       Draw(u"<b>a</b>b<sub>c</sub>d<sup>e</sup>\u05D0");
     }
   }
@@ -134,7 +135,7 @@ TEST_F(BadCaption, WithAnyFont) {
 }
 
 TEST_F(BadCaption, WithoutAContext) {
-  const PlayedSystem system(kVista);
+  const PlayedSystem system(generation::kVista);
   RECT rect = {0, 0, 300, 60};
   style_.SurfaceDC = nullptr;
   for (Long effect = effectNone; effect <= effectHollow; ++effect) {
@@ -145,13 +146,12 @@ TEST_F(BadCaption, WithoutAContext) {
 }
 
 TEST_F(BadCaption, OfAMegabyteWithoutABreak) {
-  for (const SystemGeneration& generation : {kNT4, kVista}) {
-    const PlayedSystem system(generation);
-    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"x", std::size_t{1} << 20)), kSeconds) << generation.name;
-    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<", std::size_t{1} << 20)), kSeconds) << generation.name;
-    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<f=", std::size_t{1} << 20)), kSeconds) << generation.name;
-    EXPECT_LT(SecondsToDraw(u"<f=" + Repeated(u"x", std::size_t{1} << 20) + u">y"), kSeconds)
-        << generation.name;
+  for (const SystemGeneration& played : {generation::kNT4, generation::kVista}) {
+    const PlayedSystem system(played);
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"x", std::size_t{1} << 20)), kSeconds) << played.name;
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<", std::size_t{1} << 20)), kSeconds) << played.name;
+    EXPECT_LT(SecondsToDraw(u"<b>" + Repeated(u"<f=", std::size_t{1} << 20)), kSeconds) << played.name;
+    EXPECT_LT(SecondsToDraw(u"<f=" + Repeated(u"x", std::size_t{1} << 20) + u">y"), kSeconds) << played.name;
   }
 }
 
@@ -160,10 +160,10 @@ TEST_F(BadCaption, OfAHundredThousandCharacters) {
        {u"a ", u"word ", u"x", u"<b>x</b>", u"\u05D0", u"\u0627\u0644", u"\u4E00", u"\t", u"<p>",
         u"<sub>x</sub>", u"\xD800", u"<c=FF0000>x"}) {
     const std::u16string caption = u"<b></b>" + Repeated(piece, 100000);
-    for (const SystemGeneration& generation : {kNT4, kVista}) {
-      const PlayedSystem system(generation);
+    for (const SystemGeneration& played : {generation::kNT4, generation::kVista}) {
+      const PlayedSystem system(played);
       EXPECT_LT(SecondsToDraw(caption), kSeconds)
-          << testing::PrintToString(std::u16string(piece)) << " " << generation.name;
+          << testing::PrintToString(std::u16string(piece)) << " " << played.name;
     }
   }
 }

@@ -73,7 +73,7 @@ class MarkupCaption : public testing::Test {
            "\")";
   }
 
-  const PlayedSystem system_{kVista};
+  const PlayedSystem system_{generation::kVista};
   Canvas canvas_{400, 300};
   RECT rect_ = {0, 0, 400, 300};
   CaptionStyle style_;
@@ -436,6 +436,14 @@ TEST_F(MarkupCaption, AdvancesByTwoWidthsForATabOfItsOwn) {
   EXPECT_EQ(runs_[0].rect.left, Width(u"WW"));
 }
 
+TEST_F(MarkupCaption, HandsATabThatLeadsAWordOverWithoutShaping) {
+  const PlayedSystem without_shaping(generation::kNT4);
+  Draw(u"<b></b>a\tx");
+  ASSERT_EQ(runs_.size(), 2u);
+  EXPECT_EQ(runs_[1].text, "\\u0009x");
+  EXPECT_EQ(runs_[1].rect.left, Width(u"a"));
+}
+
 TEST_F(MarkupCaption, HandsATabGluedToAWordOver) {
   Draw(u"<b></b>a\tx");
   ASSERT_EQ(runs_.size(), 2u);
@@ -570,7 +578,7 @@ TEST_F(MarkupCaption, DrawsAColourTagAtTheVeryEnd) {
 
 TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
   {
-    const PlayedSystem without_shaping(kNT4);
+    const PlayedSystem without_shaping(generation::kNT4);
     Draw(u"<b></b><c=12> x");
     ASSERT_EQ(runs_.size(), 1u);
     EXPECT_EQ(runs_[0].text, " x");
@@ -651,6 +659,15 @@ TEST_F(MarkupCaption, TakesAWordForAFontTagAtTheVeryEnd) {
   ASSERT_EQ(runs_.size(), 1u) << "the word is not drawn";
   EXPECT_EQ(runs_[0].text, "x ");
   EXPECT_EQ(Lines("SelectObject").back(), "SelectObject(" + Named("abc") + ")");
+}
+
+TEST_F(MarkupCaption, TakesNoWordForAFontTagThatDoesNotEndInABracket) {
+  const PlayedSystem without_shaping(generation::kNT4);
+  Draw(u"<b></b>x\ta<f=Arial b<f=c");
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[1].text, "\\u0009a<f=Arial");
+  EXPECT_EQ(runs_[2].text, " b<f=c");
+  EXPECT_EQ(runs_[2].font, Named("Tahoma"));
 }
 
 TEST_F(MarkupCaption, TakesEveryOpenerAndBracketOutOfAFontName) {
@@ -737,7 +754,7 @@ TEST_F(MarkupSplit, LeavesAWordWholeWhenTheScriptTestFails) {
 }
 
 TEST_F(MarkupSplit, LeavesAWordWholeWithoutShaping) {
-  const PlayedSystem without_shaping(kNT4);
+  const PlayedSystem without_shaping(generation::kNT4);
   rect_.right = 5;
   Draw(std::u16string(u"<b></b>") + std::u16string(kWord));
   EXPECT_EQ(runs_.size(), 1u);
@@ -768,7 +785,7 @@ TEST_F(MarkupCaption, SkipsAFailedMeasureAndGoesOn) {
 }
 
 TEST_F(MarkupCaption, SkipsARunThatFailsAndMovesThePenAllTheSame) {
-  const PlayedSystem xp(kXP);
+  const PlayedSystem xp(generation::kXP);
   Recorder recorder;
   recorder.Fail("ScriptIsComplex", 1);
   DrawRecorded(u"<b></b>one two three", recorder);

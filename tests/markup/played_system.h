@@ -13,11 +13,13 @@ struct SystemGeneration {
   bool has_script_library;
 };
 
+namespace generation {
 inline constexpr SystemGeneration kWindows95 = {"Windows95", {4, 0, 1}, false};
 inline constexpr SystemGeneration kNT4 = {"NT4", {4, 0, 2}, false};
 inline constexpr SystemGeneration kWindows2000 = {"Windows2000", {5, 0, 2}, true};
 inline constexpr SystemGeneration kXP = {"XP", {5, 1, 2}, true};
 inline constexpr SystemGeneration kVista = {"Vista", {6, 0, 2}, true};
+}  // namespace generation
 
 class PlayedSystem {
  public:

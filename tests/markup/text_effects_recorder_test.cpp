@@ -101,7 +101,7 @@ class TextEffectLayers : public testing::Test {
     }
   }
 
-  const PlayedSystem system_{kVista};
+  const PlayedSystem system_{generation::kVista};
   Canvas canvas_{200, 60};
   const RECT rect_ = {10, 5, 190, 55};
   CaptionStyle style_;
@@ -246,7 +246,7 @@ TEST_F(TextEffectLayers, AreMeasuredOnceARunOnACopy) {
 }
 
 TEST_F(TextEffectLayers, LeaveOutOnlyTheLayerThatFailed) {
-  const PlayedSystem xp(kXP);
+  const PlayedSystem xp(generation::kXP);
   for (const auto& [effect, drawn] :
        {std::pair{effectStroke, 15u}, {effectShadow, 3u}, {effectEmboss, 4u}, {effectHollow, 15u}}) {
     (void)drawn;
@@ -261,7 +261,7 @@ TEST_F(TextEffectLayers, LeaveOutOnlyTheLayerThatFailed) {
 }
 
 TEST_F(TextEffectLayers, EndWithTheLayerThatFailedWhenEngraving) {
-  const PlayedSystem xp(kXP);
+  const PlayedSystem xp(generation::kXP);
   Recorder recorder;
   recorder.Fail("ScriptIsComplex", 1);
   style_.TextEffect = effectEngrave;

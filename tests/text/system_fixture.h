@@ -17,16 +17,16 @@ struct Generation {
   friend std::ostream& operator<<(std::ostream& out, const Generation& g) { return out << g.name; }
 };
 
-inline constexpr OSVERSIONINFOA kWindows95{4, 0, 1};
-inline constexpr OSVERSIONINFOA kWindows98{4, 10, 1};
-inline constexpr OSVERSIONINFOA kNt351{3, 51, 2};
-inline constexpr OSVERSIONINFOA kNt4{4, 0, 2};
-inline constexpr OSVERSIONINFOA kWindows2000{5, 0, 2};
-inline constexpr OSVERSIONINFOA kXp{5, 1, 2};
-inline constexpr OSVERSIONINFOA kServer2003{5, 2, 2};
-inline constexpr OSVERSIONINFOA kVista{6, 0, 2};
-inline constexpr OSVERSIONINFOA kWindows7{6, 1, 2};
-inline constexpr OSVERSIONINFOA kWindows10{10, 0, 2};
+constexpr OSVERSIONINFOA kWindows95{4, 0, 1};
+constexpr OSVERSIONINFOA kWindows98{4, 10, 1};
+constexpr OSVERSIONINFOA kNt351{3, 51, 2};
+constexpr OSVERSIONINFOA kNt4{4, 0, 2};
+constexpr OSVERSIONINFOA kWindows2000{5, 0, 2};
+constexpr OSVERSIONINFOA kXp{5, 1, 2};
+constexpr OSVERSIONINFOA kServer2003{5, 2, 2};
+constexpr OSVERSIONINFOA kVista{6, 0, 2};
+constexpr OSVERSIONINFOA kWindows7{6, 1, 2};
+constexpr OSVERSIONINFOA kWindows10{10, 0, 2};
 
 // Everything that is cached or configured is as in a new thread at the start of each test, and left so.
 class SystemTest : public testing::Test {

@@ -32,7 +32,7 @@ namespace headless {
 struct Bitmap final : GdiObjectHandle {
   Bitmap() : GdiObjectHandle(Kind::kBitmap) {}
   struct Free {
-    void operator()(std::uint8_t* memory) const { std::free(memory); }
+    void operator()(std::uint8_t* pixels) const { std::free(pixels); }
   };
   Surface surface;  // empty for the bitmap of a new context
   std::unique_ptr<std::uint8_t, Free> memory;

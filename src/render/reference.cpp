@@ -1,0 +1,122 @@
+#include "render/reference.h"
+
+#include <array>
+#include <cstdio>
+
+#include "control/library.h"
+#include "control/properties.h"
+
+namespace marklet {
+namespace {
+
+std::string Hexadecimal(Long number) {
+  std::array<char, 16> text;
+  std::snprintf(text.data(), text.size(), "0x%08X", static_cast<unsigned>(number));
+  return text.data();
+}
+
+// Stock identifiers are known by their negative numbers, the others by their hexadecimal ones.
+std::string DispidText(Long dispid) {
+  return dispid > 0x10000 ? Hexadecimal(dispid) : std::to_string(dispid);
+}
+
+std::string Code(std::string_view name) { return "`" + std::string(name) + "`"; }
+
+std::string TypeText(const PropertyRow& row) {
+  switch (row.type) {
+    case ValueType::Boolean:
+      return "Boolean";
+    case ValueType::Number:
+    case ValueType::MousePointer:
+      return "Long";
+    case ValueType::Colour:
+      return "OLE_COLOR";
+    case ValueType::Choice:
+      return Code(row.enumeration->name);
+    case ValueType::Text:
+      return "String";
+    case ValueType::Font:
+      return "Font";
+    case ValueType::Picture:
+      return "Picture";
+  }
+  return {};
+}
+
+std::string_view TypeText(ArgumentType type) {
+  switch (type) {
+    case ArgumentType::I2:
+      return "Integer";
+    case ArgumentType::I4:
+      return "Long";
+    case ArgumentType::R4:
+      return "Single";
+    case ArgumentType::Boolean:
+      return "Boolean";
+    case ArgumentType::String:
+      return "String";
+    case ArgumentType::DataObject:
+      return "DataObject";
+  }
+  return {};
+}
+
+std::string AccessText(const PropertyRow& row) {
+  std::string text = "get";
+  if (row.attributes & kPut) text += ", put";
+  if (row.attributes & kPutRef) text += ", putref";
+  if (row.attributes & kNotBrowsable) text += "; not browsable";
+  return text;
+}
+
+std::string PropertyLine(const PropertyRow& row) {
+  const std::string_view help = row.help.empty() ? row.description : row.help;
+  const std::string announced = row.announced.empty() ? "nothing" : Code(row.announced);
+  return "| " + Code(row.name) + " | " + DispidText(row.dispid) + " | " + TypeText(row) + " | " +
+         AccessText(row) + " | " + announced + " | " + std::string(help) + " |\n";
+}
+
+std::string ArgumentsText(std::span<const Argument> arguments) {
+  std::string text, gap;
+  for (const Argument& argument : arguments) {
+    text += gap + Code(argument.name) + " As " + std::string(TypeText(argument.type));
+    gap = ", ";
+  }
+  return text.empty() ? "none" : text;
+}
+
+std::string MemberLine(std::string_view name, Long dispid, std::span<const Argument> arguments) {
+  return "| " + Code(name) + " | " + DispidText(dispid) + " | " + ArgumentsText(arguments) + " |\n";
+}
+
+std::string EnumerationLine(const Enumeration& enumeration) {
+  std::string members, gap;
+  for (const EnumMember& member : enumeration.members) {
+    members += gap + Code(member.name) + " = " + std::to_string(member.value);
+    gap = ", ";
+  }
+  return "| " + Code(enumeration.name) + " | " + members + " |\n";
+}
+
+}  // namespace
+
+std::string ReferenceText() {
+  std::string text =
+      "# Reference\n\nThis page is written by `marklet-render --reference` from the control's own tables.\n\n"
+      "## Properties\n\n"
+      "A host that watches for changes hears the name in the column Announced, misspelled ones included.\n\n"
+      "| Property | DISPID | Type | Access | Announced | Meaning |\n|---|---|---|---|---|---|\n";
+  for (const PropertyRow& row : Properties()) text += PropertyLine(row);
+  text += "\n## Method\n\n| Method | DISPID | Arguments |\n|---|---|---|\n";
+  const MethodRow& method = LoadIconImageFromFileRow();
+  text += MemberLine(method.name, method.dispid, method.arguments);
+  text +=
+      "\n## Events\n\nEvery argument is passed by reference.\n\n| Event | DISPID | Arguments "
+      "|\n|---|---|---|\n";
+  for (const EventRow& event : Events()) text += MemberLine(event.name, event.dispid, event.arguments);
+  text += "\n## Enumerations\n\n| Enumeration | Members |\n|---|---|\n";
+  for (const Enumeration* enumeration : Enumerations()) text += EnumerationLine(*enumeration);
+  return text;
+}
+
+}  // namespace marklet
