@@ -1,0 +1,115 @@
+#include "contents.h"
+
+#include <iterator>
+#include <string_view>
+
+namespace form {
+namespace {
+
+constexpr LONG kButtonFace = static_cast<LONG>(0x8000000F);
+constexpr LONG kHighlight = static_cast<LONG>(0x8000000D), kHighlightText = static_cast<LONG>(0x8000000E);
+constexpr LONG kInfo = static_cast<LONG>(0x80000018), kInfoText = static_cast<LONG>(0x80000017);
+constexpr LONG kStroke = 1, kShadow = 2, kEmboss = 3, kEngrave = 4, kHollow = 5;
+
+constexpr int kColumns = 3, kMargin = 20, kGap = 14, kCellWidth = 250, kCellHeight = 58, kTitleHeight = 16;
+
+struct Cell {
+  const wchar_t* title;
+  std::vector<Property> properties;
+};
+
+const Cell kCells[] = {
+    {L"Plain", {{L"Caption", L"The quick brown fox jumps."}}},
+    {L"Wrapped", {{L"Caption", L"A caption that is longer than its control wraps onto the lines below."}}},
+    {L"Disabled",
+     {{L"Caption", L"<b>Not now</b>: this one is disabled."},
+      {L"BackColor", kButtonFace},
+      {L"Enabled", false}}},
+
+    {L"b i u s a",
+     {{L"Caption", L"<b>Bold</b>, <i>italic</i>, <u>underlined</u>, <s>struck</s> and <a>link</a>."}}},
+    {L"c f", {{L"Caption", L"<b>Total</b>: <c=C00000>12</c>, set in <f=Courier New>Courier New</f>."}}},
+    {L"sub sup p . (a line, a paragraph)",
+     {{L"Caption", L"H<sub>2</sub>O, <i>E</i> = <i>mc</i><sup>2</sup><.>a line down<p>a paragraph"}}},
+
+    {L"effectStroke",
+     {{L"TextEffect", kStroke},
+      {L"ForeColor", LONG{RGB(255, 255, 255)}},
+      {L"EffectColor", LONG{RGB(47, 93, 138)}}}},
+    {L"effectShadow", {{L"TextEffect", kShadow}}},
+    {L"effectEmboss", {{L"TextEffect", kEmboss}, {L"ForeColor", LONG{RGB(0xD4, 0xD0, 0xC8)}}}},
+    {L"effectEngrave", {{L"TextEffect", kEngrave}, {L"ForeColor", LONG{RGB(0xD4, 0xD0, 0xC8)}}}},
+    {L"effectHollow", {{L"TextEffect", kHollow}, {L"EffectColor", LONG{RGB(47, 93, 138)}}}},
+    {L"Markup with an effect",
+     {{L"TextEffect", kStroke},
+      {L"EffectColor", LONG{RGB(255, 224, 130)}},
+      {L"Caption", L"<c=A02020>Mark</c><c=205080>let</c> "}}},
+
+    {L"System colours",
+     {{L"Caption", L"Selected: <b>highlight</b>"},
+      {L"BackColor", kHighlight},
+      {L"ForeColor", kHighlightText}}},
+    {L"System colours, bordered",
+     {{L"Caption", L"Information"},
+      {L"BackColor", kInfo},
+      {L"ForeColor", kInfoText},
+      {L"BorderStyle", LONG{1}},
+      {L"Appearance", LONG{0}}}},
+    {L"RGB colours",
+     {{L"Caption", L"#1E5B34 on #E3F1E8"},
+      {L"BackColor", LONG{RGB(0xE3, 0xF1, 0xE8)}},
+      {L"ForeColor", LONG{RGB(0x1E, 0x5B, 0x34)}}}},
+
+    {L"Greek", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Καλημέρα</b>, κόσμε"}}},
+    {L"Cyrillic", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Здравствуй</b>, мир"}}},
+    {L"Hebrew", {{L"FontSize", LONG{11}}, {L"Caption", L"שלום, עולם"}}},
+    {L"Chinese", {{L"FontSize", LONG{11}}, {L"Caption", L"<f=Droid Sans Fallback>你好，世界</f> "}}},
+    {L"Mnemonic", {{L"Caption", L"Save &As..."}}},
+    {L"Several things at once",
+     {{L"Caption",
+       L"<b>3 parcels</b> for <a>Jane Doe</a>: <c=1E7B34>2 arrived</c>, <c=C00000>1 is <i>late</i></c>."}}},
+};
+
+bool ShowsAnEffect(const Cell& cell) {
+  return cell.properties.front().name == std::wstring_view(L"TextEffect");
+}
+
+// What the cells of a kind share.
+std::vector<Property> WithDefaults(const Cell& cell) {
+  std::vector<Property> all;
+  if (ShowsAnEffect(cell)) {
+    all = {
+        {L"BackColor", kButtonFace}, {L"FontSize", LONG{20}}, {L"FontBold", true}, {L"Caption", L"Marklet"}};
+  }
+  all.insert(all.end(), cell.properties.begin(), cell.properties.end());
+  return all;
+}
+
+RECT CellPlace(int index) {
+  const LONG x = kMargin + index % kColumns * (kCellWidth + kGap);
+  const LONG y = kMargin + index / kColumns * (kTitleHeight + kCellHeight + kGap);
+  return {x, y, x + kCellWidth, y + kTitleHeight + kCellHeight};
+}
+
+}  // namespace
+
+std::vector<Item> Contents() {
+  std::vector<Item> items;
+  int index = 0;
+  for (const Cell& cell : kCells) {
+    const RECT place = CellPlace(index++);
+    const RECT title = {place.left, place.top, place.right, place.top + kTitleHeight};
+    const RECT control = {place.left, place.top + kTitleHeight, place.right, place.bottom};
+    items.push_back({title, {{L"Caption", cell.title}, {L"ForeColor", LONG{RGB(90, 101, 112)}}}});
+    items.push_back({control, WithDefaults(cell)});
+  }
+  return items;
+}
+
+SIZE ContentsSize() {
+  const RECT last_column = CellPlace(kColumns - 1);
+  const RECT last_row = CellPlace(static_cast<int>(std::size(kCells)) - 1);
+  return {last_column.right + kMargin, last_row.bottom + kMargin};
+}
+
+}  // namespace form

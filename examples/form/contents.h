@@ -1,0 +1,27 @@
+// What stands on the form.
+#pragma once
+
+#include <windows.h>
+
+#include <initializer_list>
+#include <variant>
+#include <vector>
+
+namespace form {
+
+struct Property {
+  const wchar_t* name;
+  std::variant<const wchar_t*, LONG, bool> value;
+};
+
+// A control with its place on the form, in pixels.
+struct Item {
+  RECT place;
+  std::vector<Property> properties;
+};
+
+// All controls of the form, titles included, and the room that they take.
+std::vector<Item> Contents();
+SIZE ContentsSize();
+
+}  // namespace form

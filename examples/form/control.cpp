@@ -1,0 +1,87 @@
+#include "control.h"
+
+namespace form {
+namespace {
+
+void Check(HRESULT result) {
+  if (FAILED(result)) throw result;
+}
+
+// Controls count in hundredths of a millimetre.
+SIZEL Himetric(const RECT& place) {
+  const HDC screen = GetDC(nullptr);
+  const LONG per_inch = GetDeviceCaps(screen, LOGPIXELSX);
+  ReleaseDC(nullptr, screen);
+  return {MulDiv(place.right - place.left, 2540, per_inch), MulDiv(place.bottom - place.top, 2540, per_inch)};
+}
+
+}  // namespace
+
+Control::Control(HWND window, const RECT& place) {
+  CLSID id;
+  Check(CLSIDFromProgID(L"zvsMarklet.Marklet", &id));
+  Check(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&object_)));
+  Check(object_.As(&properties_));
+  Check(object_.As(&in_place_));
+  site_.Attach(new Site(window, place));
+  site_->Attach(in_place_.Get());
+
+  // A control that is told its site first knows its ambient properties when it takes its first values.
+  Check(object_->SetClientSite(static_cast<IOleClientSite*>(site_.Get())));
+  ComPtr<IPersistStreamInit> persist;
+  Check(object_.As(&persist));
+  Check(persist->InitNew());
+
+  SIZEL size = Himetric(place);
+  Check(object_->SetExtent(DVASPECT_CONTENT, &size));
+  Check(object_->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, static_cast<IOleClientSite*>(site_.Get()), 0,
+                        window, &place));
+}
+
+Control::~Control() {
+  site_->Attach(nullptr);
+  in_place_->InPlaceDeactivate();
+  object_->Close(OLECLOSE_NOSAVE);
+  object_->SetClientSite(nullptr);
+}
+
+void Control::Move(const RECT& place) { site_->OnPosRectChange(&place); }
+
+void Control::Put(const wchar_t* name, VARIANT value) {
+  LPOLESTR names = const_cast<LPOLESTR>(name);
+  DISPID id;
+  Check(properties_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters = {&value, &put, 1, 1};
+  Check(properties_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr,
+                            nullptr, nullptr));
+}
+
+void Control::Set(const wchar_t* name, const wchar_t* text) {
+  VARIANT value;
+  V_VT(&value) = VT_BSTR;
+  V_BSTR(&value) = SysAllocString(text);
+  try {
+    Put(name, value);
+  } catch (...) {
+    VariantClear(&value);
+    throw;
+  }
+  VariantClear(&value);
+}
+
+void Control::Set(const wchar_t* name, LONG number) {
+  VARIANT value;
+  V_VT(&value) = VT_I4;
+  V_I4(&value) = number;
+  Put(name, value);
+}
+
+void Control::Set(const wchar_t* name, bool truth) {
+  VARIANT value;
+  V_VT(&value) = VT_BOOL;
+  V_BOOL(&value) = truth ? VARIANT_TRUE : VARIANT_FALSE;
+  Put(name, value);
+}
+
+}  // namespace form

@@ -1,0 +1,121 @@
+// A form with Marklet controls: how to place them, in one small program.
+//
+//   form                       shows the form until it is closed
+//   form --picture FILE.png    shows it, writes a picture of what the window shows and ends
+//
+// The control must be registered: regsvr32 zvsMarklet.ocx
+#include <windows.h>
+
+#include <objbase.h>
+#include <shellapi.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "contents.h"
+#include "control.h"
+#include "picture.h"
+
+namespace form {
+namespace {
+
+LRESULT CALLBACK FormProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_DESTROY) {
+    PostQuitMessage(0);
+    return 0;
+  }
+  return DefWindowProcW(window, message, wparam, lparam);
+}
+
+HWND CreateForm() {
+  WNDCLASSW description = {};
+  description.lpfnWndProc = FormProcedure;
+  description.hInstance = GetModuleHandleW(nullptr);
+  description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
+  description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  description.lpszClassName = L"Marklet form";
+  RegisterClassW(&description);
+  constexpr DWORD style = WS_OVERLAPPEDWINDOW & ~static_cast<DWORD>(WS_THICKFRAME | WS_MAXIMIZEBOX);
+  const SIZE size = ContentsSize();
+  RECT frame = {0, 0, size.cx, size.cy};
+  AdjustWindowRect(&frame, style, FALSE);
+  return CreateWindowW(description.lpszClassName, L"Marklet", style | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                       CW_USEDEFAULT, frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
+                       description.hInstance, nullptr);
+}
+
+std::unique_ptr<Control> Place(HWND window, const Item& item) {
+  auto control = std::make_unique<Control>(window, item.place);
+  for (const Property& property : item.properties)
+    std::visit([&](auto value) { control->Set(property.name, value); }, property.value);
+  return control;
+}
+
+void HandleMessagesFor(DWORD milliseconds) {
+  const DWORD start = GetTickCount();
+  for (MSG message; GetTickCount() - start < milliseconds; Sleep(10)) {
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+}
+
+void HandleMessages() {
+  for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+int Show(const std::wstring& picture_file) {
+  const HWND window = CreateForm();
+  std::vector<std::unique_ptr<Control>> controls;
+  for (const Item& item : Contents()) controls.push_back(Place(window, item));
+  ShowWindow(window, SW_SHOW);
+  UpdateWindow(window);
+  if (picture_file.empty()) {
+    HandleMessages();
+    return 0;
+  }
+  HandleMessagesFor(500);
+  const bool saved = SavePicture(window, picture_file);
+  if (!saved) std::fwprintf(stderr, L"form: can't write %ls\n", picture_file.c_str());
+  controls.clear();
+  DestroyWindow(window);
+  return saved ? 0 : 1;
+}
+
+int Run(const std::vector<std::wstring>& arguments) {
+  std::wstring picture_file;
+  if (arguments.size() == 2 && arguments[0] == L"--picture") {
+    picture_file = arguments[1];
+  } else if (!arguments.empty()) {
+    std::fwprintf(stderr, L"usage: form [--picture FILE.png]\n");
+    return 2;
+  }
+  try {
+    return Show(picture_file);
+  } catch (HRESULT result) {
+    std::fwprintf(stderr, L"form: failed with 0x%08lX; is zvsMarklet.ocx registered?\n",
+                  static_cast<unsigned long>(result));
+    return 1;
+  }
+}
+
+std::vector<std::wstring> Arguments() {
+  int count = 0;
+  LPWSTR* const words = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::wstring> arguments(words + 1, words + count);
+  LocalFree(words);
+  return arguments;
+}
+
+}  // namespace
+}  // namespace form
+
+int main() {
+  if (FAILED(OleInitialize(nullptr))) return 1;
+  const int result = form::Run(form::Arguments());
+  OleUninitialize();
+  return result;
+}

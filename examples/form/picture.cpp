@@ -1,0 +1,53 @@
+#include "picture.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "platform/win32/sdk.h"
+#include "render/png_writer.h"
+
+namespace form {
+namespace {
+
+// The window's pixels, top row first, four bytes each: blue, green, red and one unused.
+std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
+  std::vector<std::uint8_t> pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = size.cx;
+  info.bmiHeader.biHeight = -size.cy;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  const HDC source = GetDC(window);
+  const HDC memory = CreateCompatibleDC(source);
+  const HBITMAP bitmap = CreateCompatibleBitmap(source, size.cx, size.cy);
+  const HGDIOBJ old = SelectObject(memory, bitmap);
+  BitBlt(memory, 0, 0, size.cx, size.cy, source, 0, 0, marklet::SRCCOPY);
+  SelectObject(memory, old);
+  GetDIBits(memory, bitmap, 0, static_cast<UINT>(size.cy), pixels.data(), &info, DIB_RGB_COLORS);
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+  ReleaseDC(window, source);
+  return pixels;
+}
+
+}  // namespace
+
+bool SavePicture(HWND window, const std::wstring& file) {
+  RECT client;
+  if (!GetClientRect(window, &client)) return false;
+  const std::vector<std::uint8_t> pixels = ReadPixels(window, {client.right, client.bottom});
+  marklet::Picture picture;
+  picture.width = client.right;
+  picture.height = client.bottom;
+  for (std::size_t i = 0; i < pixels.size(); i += 4)
+    picture.rgb.insert(picture.rgb.end(), {pixels[i + 2], pixels[i + 1], pixels[i]});
+  const std::vector<std::uint8_t> png = marklet::EncodePng(picture, 3780);
+  std::FILE* const output = _wfopen(file.c_str(), L"wb");
+  if (!output) return false;
+  const bool written = std::fwrite(png.data(), 1, png.size(), output) == png.size();
+  return std::fclose(output) == 0 && written;
+}
+
+}  // namespace form

@@ -1,0 +1,103 @@
+#include "site.h"
+
+namespace form {
+namespace {
+
+// The font that controls start with. A machine without it takes the nearest one that it has.
+HRESULT CreateFormFont(IDispatch** font) {
+  FONTDESC description = {};
+  description.cbSizeofstruct = sizeof description;
+  description.lpstrName = const_cast<LPOLESTR>(L"DejaVu Sans");
+  description.cySize.int64 = 90000;  // ten-thousandths of a point
+  description.sWeight = FW_NORMAL;
+  return OleCreateFontIndirect(&description, IID_IDispatch, reinterpret_cast<void**>(font));
+}
+
+}  // namespace
+
+HRESULT Site::QueryInterface(REFIID iid, void** object) {
+  if (!object) return E_POINTER;
+  *object = nullptr;
+  if (iid == IID_IUnknown || iid == IID_IOleClientSite) *object = static_cast<IOleClientSite*>(this);
+  if (iid == IID_IOleWindow || iid == IID_IOleInPlaceSite) *object = static_cast<IOleInPlaceSite*>(this);
+  if (iid == IID_IOleControlSite) *object = static_cast<IOleControlSite*>(this);
+  if (iid == IID_IDispatch) *object = static_cast<IDispatch*>(this);
+  if (!*object) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+ULONG Site::Release() {
+  const ULONG left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+HRESULT Site::GetContainer(IOleContainer** container) {
+  if (!container) return E_POINTER;
+  *container = nullptr;
+  return E_NOINTERFACE;
+}
+
+HRESULT Site::GetWindow(HWND* window) {
+  if (!window) return E_POINTER;
+  *window = window_;
+  return S_OK;
+}
+
+HRESULT Site::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, RECT* position,
+                               RECT* clip, OLEINPLACEFRAMEINFO* info) {
+  if (!frame || !document || !position || !clip || !info) return E_POINTER;
+  *frame = nullptr;
+  *document = nullptr;
+  *position = *clip = place_;
+  info->fMDIApp = FALSE;
+  info->hwndFrame = window_;
+  info->haccel = nullptr;
+  info->cAccelEntries = 0;
+  return S_OK;
+}
+
+// The control asks for another size, as one with AutoSize does; it gets what it asks for.
+HRESULT Site::OnPosRectChange(const RECT* position) {
+  if (!position) return E_POINTER;
+  place_ = *position;
+  return control_ ? control_->SetObjectRects(&place_, &place_) : S_OK;
+}
+
+HRESULT Site::GetExtendedControl(IDispatch** extender) {
+  if (!extender) return E_POINTER;
+  *extender = nullptr;
+  return E_NOTIMPL;
+}
+
+HRESULT Site::GetTypeInfoCount(UINT* count) {
+  if (!count) return E_POINTER;
+  *count = 0;
+  return S_OK;
+}
+
+HRESULT Site::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) {
+  if (!(flags & DISPATCH_PROPERTYGET) || !result) return DISP_E_MEMBERNOTFOUND;
+  switch (id) {
+    case DISPID_AMBIENT_USERMODE:  // the form runs, it isn't being designed
+      V_VT(result) = VT_BOOL;
+      V_BOOL(result) = VARIANT_TRUE;
+      return S_OK;
+    case DISPID_AMBIENT_BACKCOLOR:
+      V_VT(result) = VT_I4;
+      V_I4(result) = static_cast<LONG>(0x80000000 | COLOR_WINDOW);
+      return S_OK;
+    case DISPID_AMBIENT_FORECOLOR:
+      V_VT(result) = VT_I4;
+      V_I4(result) = static_cast<LONG>(0x80000000 | COLOR_WINDOWTEXT);
+      return S_OK;
+    case DISPID_AMBIENT_FONT:
+      V_VT(result) = VT_DISPATCH;
+      return CreateFormFont(&V_DISPATCH(result));
+    default:
+      return DISP_E_MEMBERNOTFOUND;
+  }
+}
+
+}  // namespace form
