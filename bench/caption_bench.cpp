@@ -17,10 +17,10 @@ namespace marklet::bench {
 namespace {
 
 template <typename Text, typename Make>
-std::vector<Text> Variants(Make make) {
+std::vector<Text> Texts(const CaptionShape& shape, Make make) {
   std::vector<Text> texts;
-  texts.reserve(kVariants);
-  for (int first = 0; first < kVariants; ++first) texts.push_back(make(first));
+  texts.reserve(NumberOf(shape.vocabulary));
+  for (int number = 0; number < NumberOf(shape.vocabulary); ++number) texts.push_back(make(number));
   return texts;
 }
 
@@ -34,10 +34,10 @@ void Cycle(benchmark::State& state, const std::vector<Text>& texts, Draw draw) {
   }
 }
 
-void Marklet(benchmark::State& state, Kind kind, int words) {
+void Marklet(benchmark::State& state, const CaptionShape& shape) {
   Label label(kWidth, kHeight);
   const auto texts =
-      Variants<std::u16string>([&](int first) { return Utf16(MarkletCaption(kind, words, first)); });
+      Texts<std::u16string>(shape, [&](int number) { return Utf16(MarkletCaption(shape, number)); });
   Cycle(state, texts, [&](const std::u16string& text) { label.Draw(text); });
 }
 
@@ -73,18 +73,18 @@ struct PangoLabel {
   }
 };
 
-void Pango(benchmark::State& state, Kind kind, int words) {
+void Pango(benchmark::State& state, const CaptionShape& shape) {
   PangoLabel label;
-  const auto texts = Variants<std::string>([&](int first) { return PangoMarkup(kind, words, first); });
+  const auto texts = Texts<std::string>(shape, [&](int number) { return PangoMarkup(shape, number); });
   Cycle(state, texts, [&](const std::string& text) {
     label.SetMarkup(text);
     label.Draw();
   });
 }
 
-void PangoKept(benchmark::State& state, Kind kind, int words) {
+void PangoKept(benchmark::State& state, const CaptionShape& shape) {
   PangoLabel label;
-  label.SetMarkup(PangoMarkup(kind, words, 0));
+  label.SetMarkup(PangoMarkup(shape, 0));
   while (state.KeepRunning()) label.Draw();
 }
 
@@ -133,64 +133,70 @@ struct QtStatic : QtLabel {
   void Draw() { painter.drawStaticText(0, 0, text); }
 };
 
-std::vector<QString> QtTexts(Kind kind, int words) {
-  return Variants<QString>([&](int first) { return QString::fromStdString(Html(kind, words, first)); });
+std::vector<QString> QtTexts(const CaptionShape& shape) {
+  return Texts<QString>(shape, [&](int number) { return QString::fromStdString(Html(shape, number)); });
 }
 
-void QtTextDocument(benchmark::State& state, Kind kind, int words) {
+void QtTextDocument(benchmark::State& state, const CaptionShape& shape) {
   QtDocument label;
-  Cycle(state, QtTexts(kind, words), [&](const QString& text) {
-    label.Set(kind, text);
+  Cycle(state, QtTexts(shape), [&](const QString& text) {
+    label.Set(shape.kind, text);
     label.Draw();
   });
 }
 
-void QtStaticText(benchmark::State& state, Kind kind, int words) {
-  QtStatic label(kind);
-  Cycle(state, QtTexts(kind, words), [&](const QString& text) {
+void QtStaticText(benchmark::State& state, const CaptionShape& shape) {
+  QtStatic label(shape.kind);
+  Cycle(state, QtTexts(shape), [&](const QString& text) {
     label.text.setText(text);
     label.Draw();
   });
 }
 
-void QtTextDocumentKept(benchmark::State& state, Kind kind, int words) {
+void QtTextDocumentKept(benchmark::State& state, const CaptionShape& shape) {
   QtDocument label;
-  label.Set(kind, QtTexts(kind, words).front());
+  label.Set(shape.kind, QtTexts(shape).front());
   while (state.KeepRunning()) label.Draw();
 }
 
-void QtStaticTextKept(benchmark::State& state, Kind kind, int words) {
-  QtStatic label(kind);
-  label.text.setText(QtTexts(kind, words).front());
+void QtStaticTextKept(benchmark::State& state, const CaptionShape& shape) {
+  QtStatic label(shape.kind);
+  label.text.setText(QtTexts(shape).front());
   while (state.KeepRunning()) label.Draw();
 }
 
-using Function = void (*)(benchmark::State&, Kind, int);
+using Function = void (*)(benchmark::State&, const CaptionShape&);
 struct Peer {
   const char* group;
   const char* name;
   Function function;
+  Vocabulary vocabulary = Vocabulary::Common;
 };
 constexpr Peer kPeers[] = {
     {"caption", "marklet", Marklet},
     {"caption", "pango", Pango},
     {"caption", "qt-document", QtTextDocument},
     {"caption", "qt-static", QtStaticText},
+    {"fresh", "marklet", Marklet, Vocabulary::Fresh},
+    {"fresh", "pango", Pango, Vocabulary::Fresh},
+    {"fresh", "qt-document", QtTextDocument, Vocabulary::Fresh},
+    {"fresh", "qt-static", QtStaticText, Vocabulary::Fresh},
     {"kept", "pango", PangoKept},
     {"kept", "qt-document", QtTextDocumentKept},
     {"kept", "qt-static", QtStaticTextKept},
 };
 
+void Register(const Peer& peer, const CaptionShape& shape) {
+  const std::string name = std::string(peer.group) + "/" + (shape.kind == Kind::Rich ? "rich" : "plain") +
+                           "/" + std::to_string(shape.words) + "/" + peer.name;
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [peer, shape](benchmark::State& state) { peer.function(state, shape); });
+}
+
 const bool kRegistered = [] {
   for (const Peer& peer : kPeers) {
     for (const Kind kind : {Kind::Plain, Kind::Rich}) {
-      for (const int words : {5, 10, 20}) {
-        const std::string name = std::string(peer.group) + "/" + (kind == Kind::Rich ? "rich" : "plain") +
-                                 "/" + std::to_string(words) + "/" + peer.name;
-        benchmark::RegisterBenchmark(name.c_str(), [peer, kind, words](benchmark::State& state) {
-          peer.function(state, kind, words);
-        });
-      }
+      for (const int words : {5, 10, 20}) Register(peer, {kind, words, peer.vocabulary});
     }
   }
   return true;
@@ -212,17 +218,17 @@ QImage ImageOf(const PangoLabel& label) {
 }  // namespace
 
 bool SavePicture(const char* file) {
-  constexpr int words = 20;
+  const CaptionShape shape = {Kind::Rich, 20};
   Label marklet(kWidth, kHeight);
-  marklet.Draw(Utf16(MarkletCaption(Kind::Rich, words, 0)));
+  marklet.Draw(Utf16(MarkletCaption(shape, 0)));
   PangoLabel pango;
-  pango.SetMarkup(PangoMarkup(Kind::Rich, words, 0));
+  pango.SetMarkup(PangoMarkup(shape, 0));
   pango.Draw();
   QtDocument document;
-  document.Set(Kind::Rich, QtTexts(Kind::Rich, words).front());
+  document.Set(shape.kind, QtTexts(shape).front());
   document.Draw();
-  QtStatic text(Kind::Rich);
-  text.text.setText(QtTexts(Kind::Rich, words).front());
+  QtStatic text(shape.kind);
+  text.text.setText(QtTexts(shape).front());
   text.Draw();
 
   const QImage images[] = {ImageOf(marklet.Surface()), ImageOf(pango), document.image, text.image};

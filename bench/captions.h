@@ -6,16 +6,24 @@
 
 namespace marklet::bench {
 
-enum class Kind { Plain, Rich };
 // Bold, italic and coloured are the second, fourth and eighth word of each ten of a rich caption.
+enum class Kind { Plain, Rich };
+// The words of a few lines, as a form shows them again and again; or of so many that hardly one comes twice,
+// so that no cache of words helps.
+enum class Vocabulary { Common, Fresh };
 
-// A caption of `words` words that begins with word `first` of the word list.
-std::string MarkletCaption(Kind kind, int words, int first);
-std::string PangoMarkup(Kind kind, int words, int first);
-std::string Html(Kind kind, int words, int first);
+struct CaptionShape {
+  Kind kind;
+  int words;
+  Vocabulary vocabulary = Vocabulary::Common;
+};
 
-// Several captions of one length, so that no peer draws the same text twice in a row.
-constexpr int kVariants = 16;
+// Captions of one shape differ by their number, so that no peer draws the same text twice in a row.
+std::string MarkletCaption(const CaptionShape& shape, int number);
+std::string PangoMarkup(const CaptionShape& shape, int number);
+std::string Html(const CaptionShape& shape, int number);
+// How many different ones a benchmark draws in turn.
+constexpr int NumberOf(Vocabulary vocabulary) { return vocabulary == Vocabulary::Fresh ? 5000 : 16; }
 
 constexpr int kWidth = 300, kHeight = 60;  // of a label, in pixels
 constexpr int kFontPixels = 11;

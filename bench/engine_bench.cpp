@@ -14,13 +14,13 @@ constexpr Long kTall = 3000;
 
 void Engine(benchmark::State& state, int words) {
   Label label(kWidth, kTall);
-  const std::u16string caption = Utf16(MarkletCaption(Kind::Rich, words, 0));
+  const std::u16string caption = Utf16(MarkletCaption({Kind::Rich, words}, 0));
   while (state.KeepRunning()) label.Draw(caption);
 }
 
 void Replay(benchmark::State& state, int words) {
   Label label(kWidth, kTall);
-  const std::u16string caption = Utf16(MarkletCaption(Kind::Rich, words, 0));
+  const std::u16string caption = Utf16(MarkletCaption({Kind::Rich, words}, 0));
   label.Draw(caption);  // the fonts are made once, as for the engine
   Recorder recorder;
   label.Draw(caption);
@@ -55,8 +55,8 @@ const bool kRegistered = [] {
     benchmark::RegisterBenchmark((name + "/replay").c_str(),
                                  [words](benchmark::State& state) { Replay(state, words); });
   }
-  const Shape shapes[] = {{"plain", MarkletCaption(Kind::Plain, 20, 0) + " "},
-                          {"rich", MarkletCaption(Kind::Rich, 20, 0) + " "},
+  const Shape shapes[] = {{"plain", MarkletCaption({Kind::Plain, 20}, 0) + " "},
+                          {"rich", MarkletCaption({Kind::Rich, 20}, 0) + " "},
                           {"tags", "<b>x</b>"},
                           {"unbroken", "<b>" + std::string(99, 'x') + "</b>"}};
   for (const Shape& shape : shapes) {
