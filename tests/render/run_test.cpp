@@ -1,0 +1,209 @@
+// marklet-render from its command line to its files.
+#include "render/run.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "support/temporary_folder.h"
+
+namespace marklet {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+struct RunTest : ::testing::Test {
+  testing::TemporaryFolder folder;
+  std::ostringstream out, err;
+
+  int Run(Arguments arguments) {
+    out.str("");
+    err.str("");
+    return RunMarkletRender(arguments, out, err);
+  }
+  int RunTo(const std::string& file, Arguments arguments) {
+    arguments.insert(arguments.end(), {"-o", folder.File(file)});
+    return Run(arguments);
+  }
+  // One clear line, the code 2, and no file.
+  void ExpectRefused(Arguments arguments) {
+    const int before = folder.Entries();
+    EXPECT_EQ(RunTo("refused.png", arguments), 2);
+    const std::string line = err.str();
+    EXPECT_TRUE(line.starts_with("marklet-render: ")) << line;
+    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1) << line;
+    EXPECT_TRUE(line.ends_with('\n'));
+    EXPECT_EQ(out.str(), "");
+    EXPECT_EQ(folder.Entries(), before);
+  }
+  // Width and height from the header of a written picture.
+  std::pair<int, int> SizeOf(const std::string& file) {
+    const std::string bytes = folder.Read(file);
+    if (bytes.size() < 24 || !bytes.starts_with("\x89PNG\r\n\x1A\n")) return {};
+    const auto big = [&](std::size_t at) {
+      return static_cast<unsigned char>(bytes[at + 2]) << 8 | static_cast<unsigned char>(bytes[at + 3]);
+    };
+    return {big(16), big(20)};
+  }
+};
+
+TEST_F(RunTest, DrawsOneControlQuietly) {
+  EXPECT_EQ(RunTo("a.png",
+                  {"Caption=<b>Total</b>: <c=C00000>12</c>", "TextEffect=effectStroke", "--size", "300x60"}),
+            0);
+  EXPECT_EQ(out.str() + err.str(), "");
+  EXPECT_EQ(SizeOf("a.png"), (std::pair{300, 60}));
+  EXPECT_EQ(folder.Entries(), 1) << "no temporary file stays";
+}
+
+TEST_F(RunTest, ScaleMultipliesTheSize) {
+  EXPECT_EQ(RunTo("a.png", {"Caption=x", "--size", "101x41", "--scale", "1.5"}), 0);
+  EXPECT_EQ(SizeOf("a.png"), (std::pair{152, 62})) << "151.5 and 61.5, halves to even";
+}
+
+TEST_F(RunTest, AutoSizeDecidesTheSizeOfThePicture) {
+  ASSERT_EQ(RunTo("short.png", {"Caption=xx", "WordWrap=false", "AutoSize=true"}), 0);
+  ASSERT_EQ(RunTo("long.png", {"AutoSize=true", "WordWrap=false", "Caption=xx xx xx xx"}), 0);
+  EXPECT_LT(SizeOf("short.png").first, SizeOf("long.png").first);
+  ASSERT_EQ(RunTo("padded.png", {"Caption=xx", "WordWrap=false", "AutoSize=true", "Padding=20"}), 0);
+  EXPECT_EQ(SizeOf("padded.png").first, SizeOf("short.png").first + 40);
+}
+
+TEST_F(RunTest, PropertiesAreSetInTheirOrder) {
+  ASSERT_EQ(RunTo("kept.png", {"Appearance=Flat", "BackColor=#FF0000"}), 0);
+  ASSERT_EQ(RunTo("overwritten.png", {"BackColor=#FF0000", "Appearance=Flat"}), 0);
+  EXPECT_NE(folder.Read("kept.png"), folder.Read("overwritten.png"));
+}
+
+TEST_F(RunTest, ACaptionFileIsTheCaptionWithoutItsMarkAndLastLineEnd) {
+  const std::string words = "Gr\xC3\xBC\xC3\x9F \xCE\xA9=1";
+  ASSERT_EQ(RunTo("argument.png", {"Caption=" + words}), 0);
+  for (const std::string& bytes : {words, "\xEF\xBB\xBF" + words, words + "\n", words + "\r\n"}) {
+    const std::string file = folder.Write("caption.txt", bytes);
+    ASSERT_EQ(RunTo("file.png", {"--caption-file", file}), 0) << err.str();
+    EXPECT_EQ(folder.Read("file.png"), folder.Read("argument.png"));
+  }
+}
+
+TEST_F(RunTest, AnOldPictureIsReplaced) {
+  folder.Write("a.png", "old");
+  ASSERT_EQ(RunTo("a.png", {"Caption=x"}), 0);
+  EXPECT_EQ(SizeOf("a.png").first, 200);
+}
+
+TEST_F(RunTest, AFailureLeavesAnOldPictureAsItWas) {
+  folder.Write("a.png", "old");
+  EXPECT_EQ(RunTo("a.png", {"Caption=x", "FontSize=big"}), 2);
+  EXPECT_EQ(folder.Read("a.png"), "old");
+}
+
+TEST_F(RunTest, FileNamesMayBeInAnyScript) {
+  ASSERT_EQ(RunTo("\xCE\xA9\xE4\xB8\x96.png", {"Caption=x"}), 0) << err.str();
+  EXPECT_EQ(SizeOf("\xCE\xA9\xE4\xB8\x96.png").first, 200);
+}
+
+TEST_F(RunTest, RefusesWhatItDoesNotUnderstand) {
+  ExpectRefused({"Colour=1"});
+  ExpectRefused({"Caption"});
+  ExpectRefused({"=x"});
+  ExpectRefused({"FontSize=big"});
+  ExpectRefused({"BackColor=#12345"});
+  ExpectRefused({"--nonsense"});
+  ExpectRefused({"-x"});
+  ExpectRefused({"--size"});
+  for (const char* size :
+       {"300", "0x10", "10x0", "-1x5", "4097x10", "99999x1", "axb", "10x", "x10", "10x10x10", ""})
+    ExpectRefused({"--size", size});
+  for (const char* scale : {"0.9", "2.1", "x", "", "1.5x", "nan", "inf", "-1"})
+    ExpectRefused({"--scale", scale});
+}
+
+TEST_F(RunTest, RefusesFilesItCannotRead) {
+  ExpectRefused({"--caption-file", folder.File("missing.txt")});
+  ExpectRefused({"--caption-file", folder.File("")});
+  ExpectRefused({"--sheet", folder.File("missing.json")});
+}
+
+TEST_F(RunTest, RefusesOutputsItCannotWrite) {
+  EXPECT_EQ(Run({"Caption=x", "-o", folder.File("no/such/folder/a.png")}), 2);
+  EXPECT_TRUE(err.str().starts_with("marklet-render: can't write ")) << err.str();
+  EXPECT_EQ(Run({"Caption=x", "-o", folder.File("")}), 2) << "a folder";
+  EXPECT_EQ(folder.Entries(), 0);
+  EXPECT_EQ(Run({"Caption=x"}), 2);
+  EXPECT_EQ(err.str(), "marklet-render: no output file given: -o FILE.png\n");
+}
+
+TEST_F(RunTest, RefusesAControlThatComesOutEmpty) {
+  ExpectRefused({"AutoSize=true", "WordWrap=false", "Padding=-2000", "Caption=x"});
+}
+
+TEST_F(RunTest, ReadsNothingTwice) {
+  ExpectRefused({"Caption=x", "--sheet", folder.File("s.json")});
+  ExpectRefused({"--caption-file", folder.File("c.txt"), "--sheet", folder.File("s.json")});
+}
+
+TEST_F(RunTest, HelpListsEveryPropertyThatCanBeGiven) {
+  EXPECT_EQ(Run({"--help"}), 0);
+  const std::string help = out.str();
+  for (const char* name : {"AutoSize", "Caption", "FontBold", "TextEffect", "effectHollow", "Left Justify",
+                           "Padding", "VerticalAlignment", "--scale"})
+    EXPECT_NE(help.find(name), std::string::npos) << name;
+  EXPECT_EQ(help.find("hwnd"), std::string::npos);
+  std::istringstream lines(help);
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 110u) << line;
+}
+
+TEST_F(RunTest, VersionIsThatOfTheLibrary) {
+  EXPECT_EQ(Run({"--version"}), 0);
+  EXPECT_EQ(out.str(), "marklet-render 3.0\n");
+}
+
+// --- Sheets -----------------------------------------------------------------------------------------------
+
+TEST_F(RunTest, RefusesBrokenSheets) {
+  const char* broken[] = {
+      "",
+      "{",
+      "[]",
+      "{}",
+      "7",
+      R"({"items": []})",
+      R"({"items": {}})",
+      R"({"items": [7]})",
+      R"({"items": [{"size": "10"}]})",
+      R"({"items": [{"size": [10, 10]}]})",
+      R"({"items": [{"colour": 1}]})",
+      R"({"items": [{"span": 0}]})",
+      R"({"items": [{"span": 1e3}]})",
+      R"({"items": [{"properties": []}]})",
+      R"({"items": [{"properties": {"Caption": null}}]})",
+      R"({"items": [{"properties": {"FontSize": 8.25}}]})",
+      R"({"items": [{"properties": {"Colour": 1}}]})",
+      R"({"items": [{"title": 5}]})",
+      R"({"columns": 0, "items": [{}]})",
+      R"({"columns": 99999999999999999999, "items": [{}]})",
+      R"({"columns": "3", "items": [{}]})",
+      R"({"margin": -1, "items": [{}]})",
+      R"({"background": "white", "items": [{}]})",
+      R"({"title": "x", "items": [{}]})",
+      "{\"items\": [{\"title\": \"\xFF\"}]}",
+  };
+  for (const char* json : broken) {
+    SCOPED_TRACE(json);
+    ExpectRefused({"--sheet", folder.Write("s.json", json)});
+  }
+}
+
+TEST_F(RunTest, ASheetsMessageNamesTheItem) {
+  const std::string file = folder.Write("s.json", R"({"items": [{}, {"spam": 2}]})");
+  EXPECT_EQ(RunTo("a.png", {"--sheet", file}), 2);
+  EXPECT_EQ(err.str(), "marklet-render: item 2: \"spam\" means nothing here\n");
+}
+
+TEST_F(RunTest, ASheetMayBeginWithAByteOrderMark) {
+  const std::string file = folder.Write("s.json", "\xEF\xBB\xBF{\"items\": [{}]}");
+  EXPECT_EQ(RunTo("a.png", {"--sheet", file}), 0) << err.str();
+}
+
+}  // namespace
+}  // namespace marklet
