@@ -96,10 +96,11 @@ TEST(TextLayout, RightToLeftStartsAtTheRight) {
 
 TEST(TextLayout, WrappedTextTakesMoreLinesAndStaysInside) {
   const PropertyTexts words = {{"Caption", "one two one two one two"}};
-  const Picture wide = Draw({300, 100}, words), narrow = Draw({60, 100}, words);
+  const Long two_words = Ink(kWide, {{"Caption", "one two"}}).right + 8;
+  const Picture wide = Draw({300, 100}, words), narrow = Draw({two_words, 100}, words);
   EXPECT_EQ(Bands(wide), 1);
   EXPECT_EQ(Bands(narrow), 3);
-  EXPECT_LT(Ink(narrow).right, 60);
+  EXPECT_LT(Ink(narrow).right, two_words - 1);
 }
 
 TEST(TextLayout, WithoutWordWrapALongLineIsCut) {
@@ -108,8 +109,11 @@ TEST(TextLayout, WithoutWordWrapALongLineIsCut) {
 }
 
 TEST(TextLayout, MarkupWrapsWhateverWordWrapSays) {
-  for (const char* wrap : {"true", "false"})
-    EXPECT_EQ(Bands(Draw({70, 100}, {{"Caption", "<b>one</b> two one two"}, {"WordWrap", wrap}})), 2) << wrap;
+  const Long two_words = Ink(kWide, {{"Caption", "<b>one</b> two "}}).right + 12;
+  for (const char* wrap : {"true", "false"}) {
+    const PropertyTexts markup = {{"Caption", "<b>one</b> two <b>one</b> two"}, {"WordWrap", wrap}};
+    EXPECT_EQ(Bands(Draw({two_words, 100}, markup)), 2) << wrap;
+  }
 }
 
 TEST(TextLayout, MarkupBreaksLinesAndParagraphs) {
