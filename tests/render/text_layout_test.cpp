@@ -19,8 +19,9 @@ struct Box {
 };
 
 Picture Draw(SIZE size, PropertyTexts properties, double scale = 1) {
-  properties.insert(properties.begin(),
-                    {{"BackColor", kPaper}, {"ForeColor", "#000000"}, {"FontSize", "12"}});
+  properties.insert(
+      properties.begin(),
+      {{"BackColor", kPaper}, {"ForeColor", "#000000"}, {"FontName", "DejaVu Sans"}, {"FontSize", "12"}});
   const ScaledScreen screen(scale);
   return PictureOf(RenderedControl(size, properties, scale).Surface());
 }
