@@ -26,7 +26,7 @@ struct SystemConfiguration {
   std::optional<OSVERSIONINFOA> version;
   std::map<std::string, bool, std::less<>> libraries;  // by name: whether LoadLibraryA finds it
   std::map<int, COLORREF> system_colours;              // by index
-  std::optional<Long> pixels_per_inch;  // of the screen and of memory contexts
+  std::optional<Long> pixels_per_inch;                 // of the screen and of memory contexts
 };
 SystemConfiguration& Configuration();
 
