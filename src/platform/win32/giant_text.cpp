@@ -14,10 +14,10 @@ struct Point {
 };
 using Contour = std::vector<Point>;
 
-constexpr int kDrawnHeight = 500;  // pixels at which the outlines are taken, to be magnified
+constexpr int kDrawnHeight = 2000;  // pixels at which the outlines are taken, to be scaled
 
-// The selected font at a smaller size. Null on failure; the caller deletes it.
-::HFONT SmallerFont(::HDC dc, int height) {
+// The selected font at that height. Null on failure; the caller deletes it.
+::HFONT OutlineFont(::HDC dc, int height) {
   ::LOGFONTW record{};
   if (!::GetObjectW(GetCurrentObject(dc, OBJ_FONT), sizeof record, &record)) return nullptr;
   record.lfHeight = MulDiv(record.lfHeight, kDrawnHeight, height);
@@ -87,18 +87,18 @@ bool Fill(::HDC dc, const std::vector<Contour>& contours) {
 
 bool FillGiantText(::HDC dc, int x, int y, std::u16string_view text, const ::RECT& clip) {
   TEXTMETRICW metrics{};
-  const ::HFONT smaller = GetTextMetricsW(dc, &metrics) ? SmallerFont(dc, metrics.tmHeight) : nullptr;
-  if (!smaller) return false;
-  const ::HGDIOBJ font = ::SelectObject(dc, smaller);
+  const ::HFONT other = GetTextMetricsW(dc, &metrics) ? OutlineFont(dc, metrics.tmHeight) : nullptr;
+  if (!other) return false;
+  const ::HGDIOBJ font = ::SelectObject(dc, other);
   const int mode = ::SetBkMode(dc, sdk::kTransparentMode);
-  TEXTMETRICW small{};
-  GetTextMetricsW(dc, &small);
+  TEXTMETRICW taken{};
+  GetTextMetricsW(dc, &taken);
   std::vector<Contour> contours = OutlinesOf(dc, text);
   ::SetBkMode(dc, mode);
   ::SelectObject(dc, font);
-  ::DeleteObject(smaller);
+  ::DeleteObject(other);
 
-  const double scale = static_cast<double>(metrics.tmHeight) / std::max<LONG>(small.tmHeight, 1);
+  const double scale = static_cast<double>(metrics.tmHeight) / std::max<LONG>(taken.tmHeight, 1);
   for (Contour& contour : contours) {
     for (Point& point : contour) point = {x + point.x * scale, y + point.y * scale};
     contour = ClipTo(std::move(contour), clip);
