@@ -67,6 +67,12 @@ bool LineTo(HDC dc, Long x, Long y);
 // The dotted frame that marks the focus: pixels on the rectangle's edge whose x + y is odd are inverted.
 bool DrawFocusRect(HDC dc, const RECT& rect);
 
+// Draws sides of a rectangle as a three-dimensional edge in the system's colours. Bits of `edge`: 1 raised
+// outer line, 2 sunken outer, 4 raised inner, 8 sunken inner. Of `flags`: 1 left, 2 top, 4 right, 8 bottom,
+// 0x800 fills the middle with the face colour, 0x2000 takes the width of the lines off the drawn sides of
+// `rect`.
+bool DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t flags);
+
 // Size and depth of any bitmap handle, as GetObjectA reports them.
 struct BITMAP {
   Long bmWidth = 0, bmHeight = 0;

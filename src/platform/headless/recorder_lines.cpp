@@ -29,6 +29,7 @@ constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms =
     {"MoveToEx", "-dd"},
     {"LineTo", "-dd"},
     {"DrawFocusRect", "-r"},
+    {"DrawEdge", "-rxx"},
     {"PixelsOf", "-"},
     {"GetObjectA", "o"},
     {"CreateFontIndirectW", "o"},

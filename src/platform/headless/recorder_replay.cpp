@@ -102,6 +102,7 @@ constexpr std::array<Repeat, static_cast<std::size_t>(Operation::kCount)> kRepea
     Again<MoveToEx>,
     Again<LineTo>,
     Again<DrawFocusRect>,
+    Again<DrawEdge>,
     Again<PixelsOf>,
     Again<GetObjectA>,
     Again<CreateFontIndirectW>,

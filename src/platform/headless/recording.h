@@ -29,6 +29,7 @@ enum class Operation : std::uint8_t {
   kMoveToEx,
   kLineTo,
   kDrawFocusRect,
+  kDrawEdge,
   kPixelsOf,
   kGetObjectA,
   kCreateFontIndirectW,

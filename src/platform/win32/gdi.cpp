@@ -149,6 +149,14 @@ bool DrawFocusRect(HDC dc, const RECT& rect) {
   return ::DeleteObject(brush);
 }
 
+bool DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t flags) {
+  if (!dc) return false;
+  ::RECT native = Native(Near(rect));
+  const bool drawn = ::DrawEdge(Native(dc), &native, edge, flags);
+  if (drawn && (flags & BF_ADJUST)) rect = {native.left, native.top, native.right, native.bottom};
+  return drawn;
+}
+
 bool GetObjectA(HBITMAP bitmap, BITMAP& result) {
   ::BITMAP native{};
   if (GetObjectType(Native(bitmap)) != OBJ_BITMAP ||
