@@ -1,4 +1,5 @@
 // The platform's own edge, in the system's colours.
+#include <algorithm>
 #include <array>
 
 #include "platform/edge_lines.h"
