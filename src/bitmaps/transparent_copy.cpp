@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstdint>
 
 #include "bitmaps/cdib24.h"
+#include "bitmaps/keyed_row.h"
 
 namespace marklet {
 namespace {
@@ -27,47 +29,10 @@ std::uint8_t* PixelAt(const PixelView& view, std::int64_t x, std::int64_t y) {
   return view.bits + (view.height - 1 - y) * view.stride + x * (view.bits_per_pixel / 8);
 }
 
-struct KeyBytes {
-  std::uint8_t blue, green, red;
-  explicit KeyBytes(COLORREF key)
-      : blue(static_cast<std::uint8_t>(BlueOf(key))),
-        green(static_cast<std::uint8_t>(GreenOf(key))),
-        red(static_cast<std::uint8_t>(RedOf(key))) {}
-};
-
-template <int FromBytes, int ToBytes>
-void CopyPixel(const std::uint8_t* in, std::uint8_t* out, const KeyBytes& key) {
-  const std::uint8_t blue = in[0], green = in[1], red = in[2];
-  if (blue == key.blue && green == key.green && red == key.red) return;
-  if constexpr (ToBytes == 4) out[3] = FromBytes == 4 ? in[3] : 0;
-  out[0] = blue, out[1] = green, out[2] = red;
-}
-
-template <int FromBytes, int ToBytes>
-void CopyRow(const std::uint8_t* in, std::uint8_t* out, std::int64_t count, bool backwards,
-             const KeyBytes& key) {
-  if (backwards) {
-    for (std::int64_t i = count - 1; i >= 0; --i) {
-      CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
-    }
-  } else {
-    for (std::int64_t i = 0; i < count; ++i) {
-      CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
-    }
-  }
-}
-
-using RowCopier = void (*)(const std::uint8_t*, std::uint8_t*, std::int64_t, bool, const KeyBytes&);
-
-RowCopier RowCopierFor(int from_bits, int to_bits) {
-  if (from_bits == 24) return to_bits == 24 ? CopyRow<3, 3> : CopyRow<3, 4>;
-  return to_bits == 24 ? CopyRow<4, 3> : CopyRow<4, 4>;
-}
-
 // Within one surface the walk starts at the end that the copy moves towards, so that each pixel is read
 // before it is overwritten.
 void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passage, COLORREF key) {
-  const RowCopier copy_row = RowCopierFor(from.bits_per_pixel, to.bits_per_pixel);
+  const KeyedRowCopier copy_row = KeyedRowCopierFor(from.bits_per_pixel, to.bits_per_pixel);
   const KeyBytes key_bytes(key);
   const bool upwards = passage.y > passage.source_y;
   const bool backwards = passage.x > passage.source_x && from.bits == to.bits;
