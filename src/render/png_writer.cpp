@@ -81,14 +81,14 @@ std::uint64_t Cost(const Bytes& filtered) {
 
 void AppendFiltered(Bytes& data, std::span<const std::uint8_t> row, std::span<const std::uint8_t> above) {
   Bytes best;
-  std::uint8_t best_filter = 0;
-  for (std::uint8_t filter = 0; filter < std::size(kPredictors); ++filter) {
+  std::size_t best_filter = 0;
+  for (std::size_t filter = 0; filter < std::size(kPredictors); ++filter) {
     Bytes filtered = Filter(kPredictors[filter], row, above);
     if (filter > 0 && Cost(filtered) >= Cost(best)) continue;
     best = std::move(filtered);
     best_filter = filter;
   }
-  data.push_back(best_filter);
+  data.push_back(static_cast<std::uint8_t>(best_filter));
   data.insert(data.end(), best.begin(), best.end());
 }
 

@@ -5,6 +5,7 @@
 #include <new>
 #include <ostream>
 
+#include "control/library.h"
 #include "platform/program.h"
 #include "platform/rounding.h"
 #include "render/files.h"
@@ -69,7 +70,7 @@ void Run(const std::vector<std::string>& arguments, std::ostream& out) {
   else if (options.reference)
     out << ReferenceText();
   else if (options.version)
-    out << "marklet-render " MARKLET_VERSION "\n";
+    out << "marklet-render " << library::kMajorVersion << '.' << library::kMinorVersion << '\n';
   else
     Render(options, out);
 }

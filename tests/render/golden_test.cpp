@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 std::vector<fs::path> InputsIn(const char* folder) {
   std::vector<fs::path> result;
   for (const fs::directory_entry& entry :
-       fs::recursive_directory_iterator(fs::path(MARKLET_GOLDEN) / folder)) {
+       fs::recursive_directory_iterator(fs::path(MARKLET_TESTS "/golden") / folder)) {
     const fs::path extension = entry.path().extension();
     if (extension == ".args" || extension == ".json") result.push_back(entry.path());
   }
@@ -102,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(All, TextGolden, ::testing::ValuesIn(InputsIn("text")),
 
 TEST(Golden, EveryPictureHasItsInput) {
   int pictures = 0;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(MARKLET_GOLDEN)) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(MARKLET_TESTS "/golden")) {
     if (entry.path().extension() != ".png") continue;
     ++pictures;
     fs::path args = entry.path(), json = entry.path();

@@ -45,7 +45,8 @@ COLORREF FakeHost::Pixel(Long x, Long y) {
   PixelView view;
   if (!PixelsOf(Surface().hDC(), view) || x < 0 || y < 0 || x >= view.width || y >= view.height)
     return CLR_INVALID;
-  const std::uint8_t* pixel = view.bits + (view.height - 1 - y) * view.stride + x * 3;
+  const std::uint8_t* pixel =
+      view.bits + std::ptrdiff_t{view.height - 1 - y} * view.stride + std::ptrdiff_t{x} * 3;
   return MakeRgb(pixel[2], pixel[1], pixel[0]);
 }
 
