@@ -26,8 +26,7 @@ class ClassFactory final : public ComObject<IClassFactory> {
 }  // namespace
 
 HRESULT CreateClassFactory(REFIID iid, void** object) {
-  ComPtr<IClassFactory> factory;
-  factory.Attach(new ClassFactory);
+  const auto factory = Adopt<IClassFactory>(new ClassFactory);
   return factory->QueryInterface(iid, object);
 }
 

@@ -101,8 +101,7 @@ void HostFont::Connect() {
       FAILED(
           container->FindConnectionPoint(__uuidof(IPropertyNotifySink), notifier_.ReleaseAndGetAddressOf())))
     return;
-  ComPtr<IPropertyNotifySink> listener;
-  listener.Attach(new FontListener(*object_.Get(), font_));
+  const auto listener = Adopt<IPropertyNotifySink>(new FontListener(*object_.Get(), font_));
   if (FAILED(notifier_->Advise(listener.Get(), &cookie_))) notifier_.Reset();
 }
 

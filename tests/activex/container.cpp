@@ -15,8 +15,10 @@ HWND CreateContainerWindow() {
   description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
   description.lpszClassName = kWindowClass;
   RegisterClassW(&description);
-  return CreateWindowExW(0, kWindowClass, L"", WS_POPUP | WS_VISIBLE, 100, 100, 400, 300, nullptr, nullptr,
-                         GetModuleHandleW(nullptr), nullptr);
+  const HWND window = CreateWindowExW(0, kWindowClass, L"", WS_POPUP, 100, 100, 400, 300, nullptr, nullptr,
+                                      GetModuleHandleW(nullptr), nullptr);
+  ShowWindow(window, SW_SHOWNOACTIVATE);
+  return window;
 }
 
 std::string Numbers(const char* name, const RECT& rect) {

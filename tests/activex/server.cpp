@@ -65,7 +65,8 @@ ComPtr<IUnknown> CreateControl() {
   ComPtr<IClassFactory> factory;
   ComPtr<IUnknown> control;
   EXPECT_EQ(S_OK, Server::Get().GetClassObject(kClassId, IID_PPV_ARGS(factory.GetAddressOf())));
-  if (factory && FAILED(factory->CreateInstance(nullptr, IID_PPV_ARGS(control.GetAddressOf())))) control.Reset();
+  if (factory && FAILED(factory->CreateInstance(nullptr, IID_PPV_ARGS(control.GetAddressOf()))))
+    control.Reset();
   EXPECT_TRUE(control) << "no control was made";
   return control;
 }
