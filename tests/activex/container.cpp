@@ -242,6 +242,7 @@ Container::Container() {
 Container::~Container() {
   on_call = nullptr;
   if (object_) Close();
+  site_->frame.active.Reset();  // of a control that was dropped while it had the user interface
   DestroyWindow(window_);
   EXPECT_EQ(0u, site_->references) << "references to the site are left";
   EXPECT_EQ(0u, site_->frame.references) << "references to the frame are left";

@@ -1,0 +1,101 @@
+// Many controls, one after the other and side by side, leave nothing behind.
+#include <memory>
+
+#include "activex/container.h"
+#include "support/gdi_handles.h"
+
+namespace ocx_test {
+namespace {
+
+constexpr int kWarmUp = 20, kCycles = 400;
+
+// Everything that takes handles or references: fonts, pictures, contexts, sinks, pictures drawn.
+void OneLife(int number) {
+  Container container;
+  container.Host();
+  const ComPtr<IDispatch> object = container.Dispatch();
+  Sink events, changes;
+  events.ConnectEvents(object.Get());
+  changes.ConnectChanges(object.Get());
+  PutText(object.Get(), L"Caption", L"<b>Bold</b> <f=DejaVu Serif>serif</f> <c=FF0000>red</c>");
+  PutNumber(object.Get(), L"TextEffect", number % 6);
+  PutNumber(object.Get(), L"FontSize", 8 + number % 5);
+  container.Activate(number % 2 ? OLEIVERB_UIACTIVATE : OLEIVERB_INPLACEACTIVATE);
+  UpdateWindow(container.ControlWindow());
+  SendMessageW(container.ControlWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(1, 1));
+  Variant font;
+  GetByName(object.Get(), L"Font", font);
+  PutByName(object.Get(), L"Font", font);
+  PutByName(object.Get(), L"AutoSize", Variant::Bool(true));
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const RECTL bounds = {0, 0, 10, 10};
+  As<IViewObject>(object)->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr,
+                                nullptr, 0);
+  DeleteDC(dc);
+  CONTROLINFO info = {};
+  info.cb = sizeof info;
+  As<IOleControl>(object)->GetControlInfo(&info);
+}
+
+TEST(Leaks, ALifeLeavesNoGdiHandleAndNoReference) {
+  for (int i = 0; i < kWarmUp; ++i) OneLife(i);
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kCycles; ++i) OneLife(i);
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+  EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
+}
+
+// The counter itself must be worth something.
+TEST(Leaks, TheCounterSeesAHandle) {
+  const int before = marklet::CountGdiHandles();
+  const HBRUSH brush = CreateSolidBrush(0x123456);
+  EXPECT_EQ(before + 1, marklet::CountGdiHandles());
+  DeleteObject(brush);
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+}
+
+// A setter called from outside paints at once, on a context that must be back when it returns.
+TEST(Leaks, ASetterGivesItsContextBack) {
+  Container container;
+  container.Host();
+  container.Activate();
+  const auto object = container.Dispatch();
+  PutNumber(object.Get(), L"TextEffect", 1);
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kCycles; ++i) PutNumber(object.Get(), L"TextEffect", i % 6);
+  EXPECT_GE(before + 2, marklet::CountGdiHandles());
+}
+
+TEST(Leaks, AnIdleControlHoldsNoDeviceContext) {
+  std::vector<std::unique_ptr<Container>> containers;
+  for (int i = 0; i < 30; ++i) {
+    containers.push_back(std::make_unique<Container>());
+    containers.back()->Host();
+    containers.back()->Activate();
+    PutText(containers.back()->Dispatch().Get(), L"Caption", L"idle");
+  }
+  for (const auto& container : containers) {
+    // A context of the window that is already lent out would make this one differ from a fresh one.
+    const HDC dc = GetDC(container->ControlWindow());
+    EXPECT_TRUE(dc);
+    EXPECT_EQ(GetStockObject(SYSTEM_FONT), GetCurrentObject(dc, OBJ_FONT)) << "a font is still selected";
+    ReleaseDC(container->ControlWindow(), dc);
+  }
+}
+
+TEST(Leaks, ManyControlsSideBySide) {
+  const int before = marklet::CountGdiHandles();
+  {
+    std::vector<ComPtr<IUnknown>> controls;
+    for (int i = 0; i < 1000; ++i) {
+      controls.push_back(CreateControl());
+      As<IPersistStreamInit>(controls.back())->InitNew();
+    }
+    EXPECT_EQ(S_FALSE, Server::Get().CanUnloadNow());
+  }
+  EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
+  EXPECT_GE(before + 2, marklet::CountGdiHandles());
+}
+
+}  // namespace
+}  // namespace ocx_test
