@@ -39,8 +39,8 @@ COLORREF SetBkColor(HDC dc, COLORREF colour);
 int SetBkMode(HDC dc, int mode);
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);  // returns the former value
 
-// Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide
-// and as high as any other.
+// Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide and as
+// high as any other.
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size);
 // The same for the first `count` bytes of a text in the system code page; `count` past its end is cut to its
 // end.
@@ -48,11 +48,11 @@ bool GetTextExtentPoint32A(HDC dc, std::string_view text, Long count, SIZE& size
 // The spacing of one character given by its code in the system code page. False for fonts without outlines.
 bool GetCharABCWidthsA(HDC dc, unsigned code, ABC& widths);
 
-// Draws a text in a rectangle and returns its height, 0 on failure. The flags are the DT_ constants; without
-// DT_SINGLELINE, CR and LF break lines, and with DT_WORDBREAK so do words that don't fit. Without DT_NOPREFIX
-// "&" underlines the character behind it and "&&" draws one. DT_WORD_ELLIPSIS ends a word that is too wide in
-// "...". Drawing is clipped to the rectangle. With DT_CALCRECT nothing is drawn: right and bottom of `rect`
-// are set to what would be.
+// Draws a text in a rectangle and returns its height, 0 on failure and for an empty text. The flags are the
+// DT_ constants; without DT_SINGLELINE, CR and LF break lines, and with DT_WORDBREAK so do words that don't
+// fit. Without DT_NOPREFIX "&" underlines the character behind it and "&&" draws one. DT_WORD_ELLIPSIS ends a
+// word that is too wide in "...". Drawing is clipped to the rectangle, and lines below it need not be laid
+// out. With DT_CALCRECT nothing is drawn: right and bottom of `rect` are set to what would be.
 int DrawTextW(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags);
 int DrawTextA(HDC dc, std::string_view text, RECT& rect, std::uint32_t flags);
 

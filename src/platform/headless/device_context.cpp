@@ -21,7 +21,7 @@ void Release(HGDIOBJ object) {
 // Two gigabytes at the most, as on every platform whose picture sizes are 32-bit numbers.
 std::int64_t StrideOf(Long width, Long height, int bits_per_pixel) {
   const std::int64_t stride = (std::int64_t{width} * (bits_per_pixel / 8) + 3) / 4 * 4;
-  return stride * height <= std::numeric_limits<Long>::max() ? stride : 0;
+  return stride <= std::numeric_limits<Long>::max() / height ? stride : 0;
 }
 
 }  // namespace

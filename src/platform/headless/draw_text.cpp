@@ -39,10 +39,9 @@ Unprefixed TakeOutPrefixes(std::u16string_view text, std::uint32_t flags) {
   if ((flags & DT_NOPREFIX) != 0 || text.find(u'&') == std::u16string_view::npos) return result;
   result.own.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == u'&') {
-      if (++i == text.size()) break;
-      if (text[i] != u'&') result.marks.push_back(result.own.size());
-    }
+    // The last character marks nothing, and so shows.
+    if (text[i] == u'&' && i + 1 < text.size() && text[++i] != u'&')
+      result.marks.push_back(result.own.size());
     result.own += text[i];
   }
   result.text = result.own;
@@ -62,7 +61,7 @@ class TextBox {
         cutter_(font_, text_.text, flags, rect_.Width()) {}
 
   void Run();
-  std::int64_t Bottom() const { return y_; }
+  std::int64_t Height() const { return lines_ * height_; }
   std::int64_t WidestLine() const { return widest_; }
 
  private:
@@ -80,7 +79,8 @@ class TextBox {
   const Long height_;
   const Unprefixed text_;
   LineCutter cutter_;
-  std::int64_t y_ = 0;
+  std::int64_t y_ = 0;      // of the line that is being laid out
+  std::int64_t lines_ = 0;  // laid out
   std::int64_t widest_ = 0;
 };
 
@@ -93,6 +93,7 @@ void TextBox::Run() {
     widest_ = std::max(widest_, line.width);
     if (!Has(DT_CALCRECT)) Draw(line);
     y_ += height_;
+    ++lines_;
     more = !last && !cutter_.Done();
   }
 }
@@ -129,25 +130,15 @@ void TextBox::Underscore(const CutLine& line, std::int64_t x, const Box& clip) c
   FillBox(dc_.surface, Intersect(clip, {from, top, to - 1, top + 1}), dc_.text_colour);
 }
 
-int EmptyText(Long height, RECT& rect, std::uint32_t flags) {
-  if ((flags & DT_CALCRECT) != 0) {
-    rect.right = rect.left;
-    rect.bottom = (flags & DT_SINGLELINE) != 0 ? Held(std::int64_t{rect.top} + height) : rect.top;
-  }
-  return height;
-}
-
 int DrawInRect(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags) {
-  if (dc == nullptr) return 0;
-  headless::Font& font = dc->SelectedFont();
-  if (text.empty()) return EmptyText(font.RealFace().Height(), rect, flags);
+  if (dc == nullptr || text.empty()) return 0;
   TextBox box(dc, text, rect, flags);
   box.Run();
   if ((flags & DT_CALCRECT) != 0) {
     rect.right = Held(rect.left + box.WidestLine());
-    rect.bottom = Held(box.Bottom());
+    rect.bottom = Held(rect.top + box.Height());
   }
-  return Held(box.Bottom() - rect.top);
+  return Held(box.Height());
 }
 
 }  // namespace

@@ -58,6 +58,21 @@ cairo_scaled_font_t* ScaledFont(PangoFont* font) {
   return pango_cairo_font_get_scaled_font(reinterpret_cast<PangoCairoFont*>(font));
 }
 
+// In ems.
+struct Proportions {
+  double ascent = 0.75, descent = 0.25;
+};
+
+Proportions ProportionsOf(PangoFontset* fontset) {
+  PangoFont* font = fontset != nullptr ? pango_fontset_get_font(fontset, 'x') : nullptr;
+  if (font == nullptr) return {};
+  cairo_font_extents_t extents{};
+  cairo_scaled_font_extents(ScaledFont(font), &extents);
+  g_object_unref(font);
+  if (extents.ascent + extents.descent <= 0) return {};
+  return {extents.ascent / kOutlineSize, extents.descent / kOutlineSize};
+}
+
 cairo_text_extents_t ExtentsOf(const Glyph& glyph) {
   cairo_glyph_t place = {glyph.index, 0, 0};
   cairo_text_extents_t extents{};
@@ -150,35 +165,28 @@ PangoContext* Face::ShapingContext() {
   return context;
 }
 
-// Height and advances in pixels come from the font at its size; a positive height is that of the cell, and
-// gives the em by the font's own proportion.
+void Face::LoadFonts(Long em, PangoContext* context) {
+  if (fontset_ != nullptr) g_object_unref(fontset_);
+  pango_font_description_set_absolute_size(description_, double{PANGO_SCALE} * em);
+  fontset_ =
+      pango_font_map_load_fontset(system_->Map(), context, description_, pango_language_from_string("en"));
+}
+
+// The height of a line follows from the outlines' proportions, without hints, which would add to it. A
+// positive height is that of the cell, and gives the em by the same proportions.
 void Face::Measure(const LOGFONTW& record) {
-  const auto load = [this](Long em, PangoContext* context) {
-    if (fontset_ != nullptr) g_object_unref(fontset_);
-    pango_font_description_set_absolute_size(description_, double{PANGO_SCALE} * em);
-    fontset_ =
-        pango_font_map_load_fontset(system_->Map(), context, description_, pango_language_from_string("en"));
-    cairo_font_extents_t extents{};
-    PangoFont* font = fontset_ != nullptr ? pango_fontset_get_font(fontset_, 'x') : nullptr;
-    if (font == nullptr) return extents;
-    cairo_scaled_font_extents(ScaledFont(font), &extents);
-    g_object_unref(font);
-    return extents;
-  };
-  const std::int64_t height = record.lfHeight == 0 ? kDefaultCell : record.lfHeight;
-  double em = static_cast<double>(-height);
-  if (height > 0) {
-    const cairo_font_extents_t outline = load(kOutlineSize, system_->Linear());
-    const double cell = outline.ascent + outline.descent;
-    em = static_cast<double>(height) * (cell > 0 ? kOutlineSize / cell : 1);
-  }
+  constexpr Long kLargestCell = 2 * kLargestEm;
+  LoadFonts(kOutlineSize, system_->Linear());
+  const Proportions proportions = ProportionsOf(fontset_);
+  const Long cell = record.lfHeight == 0 ? kDefaultCell : std::min(record.lfHeight, kLargestCell);
+  const double em = cell < 0 ? -double(cell) : cell / (proportions.ascent + proportions.descent);
   em_ = RoundHalfEven(std::clamp(em, 1.0, double{kLargestEm}));
-  const bool hinted = em_ <= kLargestHinted;
-  const cairo_font_extents_t extents =
-      load(hinted ? em_ : kOutlineSize, hinted ? system_->Hinted() : system_->Linear());
-  scale_ = hinted ? 1 : double(em_) / kOutlineSize;
-  ascent_ = RoundHalfEven(extents.ascent * scale_);
-  descent_ = RoundHalfEven(extents.descent * scale_);
+  descent_ = RoundHalfEven(proportions.descent * em_);
+  ascent_ = cell > 0 ? std::max(0, cell - descent_) : RoundHalfEven(proportions.ascent * em_);
+  if (em_ <= kLargestHinted)
+    LoadFonts(em_, system_->Hinted());
+  else
+    scale_ = double(em_) / kOutlineSize;
 }
 
 Glyph& Face::Find(std::u16string_view text, std::size_t& position) {

@@ -115,6 +115,7 @@ class Face {
 
   Glyph& Find(std::u16string_view text, std::size_t& position);
   Glyph& Resolve(char32_t c);
+  void LoadFonts(Long em, PangoContext* context);
   void Measure(const LOGFONTW& record);
   void MakeMask(const Glyph& glyph, int bytes_per_pixel, Glyph::Mask& mask);
   void DropMasks();

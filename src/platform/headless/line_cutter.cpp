@@ -117,13 +117,13 @@ CutLine LineCutter::WithEllipsis(std::size_t end) {
   return {shortened_, position_, kept - position_, WidthOf(font_, LineOf(shortened_))};
 }
 
-// CR, LF and CR LF end a line. One at the end of the text opens no further line.
+// A CR, an LF or a pair of both ends a line. At the end of the text it opens no further line.
 void LineCutter::Advance(std::size_t next) {
   position_ = next;
   if (position_ < paragraph_end_) return;
   if (position_ < text_.size()) {
     const char16_t end = text_[position_++];
-    if (position_ < text_.size() && end == u'\r' && text_[position_] == u'\n') ++position_;
+    if (position_ < text_.size() && IsLineEnd(text_[position_]) && text_[position_] != end) ++position_;
   }
   done_ = position_ >= text_.size();
   if (!done_) FindParagraphEnd();

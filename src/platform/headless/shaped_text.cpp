@@ -2,6 +2,7 @@
 
 #include <pango/pango.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
@@ -32,6 +33,26 @@ struct EncodedText {
   std::vector<std::size_t> units;
 };
 
+// From left to right: every stretch of items at a level or above is turned round, from the highest level down
+// to the lowest that runs from right to left. (Pango's own pango_reorder_items takes quadratic time.)
+std::vector<PangoItem*> InVisualOrder(const GList* logical) {
+  std::vector<PangoItem*> items;
+  int highest = 0;
+  for (const GList* node = logical; node != nullptr; node = node->next) {
+    items.push_back(static_cast<PangoItem*>(node->data));
+    highest = std::max<int>(highest, items.back()->analysis.level);
+  }
+  for (int level = highest; level > 0; --level) {
+    const auto below = [level](const PangoItem* item) { return item->analysis.level < level; };
+    for (auto end = items.begin(); end != items.end();) {
+      const auto start = std::find_if_not(end, items.end(), below);
+      end = std::find_if(start, items.end(), below);
+      std::reverse(start, end);
+    }
+  }
+  return items;
+}
+
 class Shaper {
  public:
   Shaper(Face& face, const TextLine& line) : face_(face), encoded_(line.text), rtl_(line.rtl) {
@@ -57,11 +78,11 @@ std::shared_ptr<const ShapedText> Shaper::Run() {
       pango_itemize_with_base_dir(face_.ShapingContext(), rtl_ ? PANGO_DIRECTION_RTL : PANGO_DIRECTION_LTR,
                                   encoded_.bytes.data(), 0, length, attributes, nullptr);
   pango_attr_list_unref(attributes);
-  GList* visual = pango_reorder_items(logical);
-  for (const GList* node = visual; node != nullptr; node = node->next)
-    ShapeItem(static_cast<PangoItem*>(node->data));
-  g_list_free(visual);
-  g_list_free_full(logical, [](void* item) { pango_item_free(static_cast<PangoItem*>(item)); });
+  for (PangoItem* item : InVisualOrder(logical)) {
+    ShapeItem(item);
+    pango_item_free(item);
+  }
+  g_list_free(logical);
   result_->width = static_cast<std::int64_t>(std::llround(pen_));
   return std::move(result_);
 }

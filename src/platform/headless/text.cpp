@@ -108,8 +108,9 @@ bool GetCharABCWidthsA(HDC dc, unsigned code, ABC& widths) {
   headless::Face& face = dc->SelectedFont().RealFace();
   face.ForEachGlyph(MultiByteToWideChar(CP_ACP, {&byte, 1}), [&](const headless::Glyph& glyph, std::size_t) {
     const headless::Ink ink = face.InkOf(glyph);
+    // The black box of a blank is one pixel.
     const bool blank = ink.right <= ink.left;
-    const Long lead = blank ? 0 : ink.left, box = blank ? glyph.advance : ink.right - ink.left;
+    const Long lead = blank ? 0 : ink.left, box = blank ? 1 : ink.right - ink.left;
     widths = {lead, static_cast<std::uint32_t>(box), glyph.advance - lead - box};
     return true;
   });
