@@ -124,10 +124,9 @@ void TextBox::Underscore(const CutLine& line, std::int64_t x, const Box& clip) c
   const auto behind = std::lower_bound(text_.marks.begin(), text_.marks.end(), line.start + line.kept);
   if (behind == text_.marks.begin() || *(behind - 1) < line.start) return;
   const std::size_t mark = *(behind - 1) - line.start;
-  const std::int64_t from = x + WidthOf(font_, {line.text.substr(0, mark)});
-  const std::int64_t to = x + WidthOf(font_, {line.text.substr(0, mark + 1)});
+  const headless::UnitSpan span = SpanOf(font_, {line.text, Has(DT_RTLREADING)}, mark);
   const std::int64_t top = y_ + font_.RealFace().Ascent() + 1;
-  FillBox(dc_.surface, Intersect(clip, {from, top, to - 1, top + 1}), dc_.text_colour);
+  FillBox(dc_.surface, Intersect(clip, {x + span.left, top, x + span.right - 1, top + 1}), dc_.text_colour);
 }
 
 int DrawInRect(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags) {

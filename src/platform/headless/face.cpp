@@ -33,10 +33,16 @@ constexpr Substitute kSubstitutes[] = {
     {u"Segoe UI", "Segoe UI,DejaVu Sans Condensed,sans"},
 };
 
+bool SameLetters(std::u16string_view a, std::u16string_view b) {
+  const auto lower = [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&lower](char16_t x, char16_t y) { return lower(x) == lower(y); });
+}
+
 // A comma would separate families, and a NUL would end the name.
 std::string FamiliesFor(std::u16string_view name) {
   for (const Substitute& substitute : kSubstitutes)
-    if (substitute.name == name) return substitute.families;
+    if (SameLetters(substitute.name, name)) return substitute.families;
   std::string families = ToUtf8(name.substr(0, name.find(u'\0')));
   std::replace(families.begin(), families.end(), ',', ' ');
   return families.empty() ? "sans" : families + ",sans";

@@ -15,7 +15,6 @@ PangoContext* MakeContext(PangoFontMap* map, cairo_hint_style_t style, cairo_hin
   cairo_font_options_destroy(options);
   pango_cairo_context_set_resolution(context, 96);
   pango_context_set_language(context, pango_language_from_string("en"));
-  pango_context_set_round_glyph_positions(context, metrics == CAIRO_HINT_METRICS_ON);
   return context;
 }
 

@@ -57,6 +57,7 @@ class Shaper {
  public:
   Shaper(Face& face, const TextLine& line) : face_(face), encoded_(line.text), rtl_(line.rtl) {
     result_->unit_widths.resize(line.text.size());
+    result_->unit_lefts.resize(line.text.size());
   }
   std::shared_ptr<const ShapedText> Run();
 
@@ -74,6 +75,8 @@ class Shaper {
 std::shared_ptr<const ShapedText> Shaper::Run() {
   const auto length = static_cast<int>(encoded_.bytes.size());
   PangoAttrList* attributes = pango_attr_list_new();
+  // As in plain text, letters that need no joining stand at their advances.
+  pango_attr_list_insert(attributes, pango_attr_font_features_new("kern=0,liga=0,clig=0"));
   GList* logical =
       pango_itemize_with_base_dir(face_.ShapingContext(), rtl_ ? PANGO_DIRECTION_RTL : PANGO_DIRECTION_LTR,
                                   encoded_.bytes.data(), 0, length, attributes, nullptr);
@@ -89,8 +92,9 @@ std::shared_ptr<const ShapedText> Shaper::Run() {
 
 void Shaper::ShapeItem(PangoItem* item) {
   PangoGlyphString* glyphs = pango_glyph_string_new();
-  pango_shape_full(encoded_.bytes.data() + item->offset, item->length, encoded_.bytes.data(),
-                   static_cast<int>(encoded_.bytes.size()), &item->analysis, glyphs);
+  const PangoShapeFlags flags = face_.Scale() == 1 ? PANGO_SHAPE_ROUND_POSITIONS : PANGO_SHAPE_NONE;
+  pango_shape_with_flags(encoded_.bytes.data() + item->offset, item->length, encoded_.bytes.data(),
+                         static_cast<int>(encoded_.bytes.size()), &item->analysis, glyphs, flags);
   for (int i = 0; i < glyphs->num_glyphs; ++i) Place(item, glyphs->glyphs[i], glyphs->log_clusters[i]);
   pango_glyph_string_free(glyphs);
 }
@@ -106,6 +110,7 @@ void Shaper::Place(PangoItem* item, const PangoGlyphInfo& info, int cluster) {
   }
   const std::size_t unit = encoded_.units[static_cast<std::size_t>(item->offset + cluster)];
   const std::int64_t before = std::llround(pen_);
+  if (result_->unit_widths[unit] == 0) result_->unit_lefts[unit] = before;
   pen_ += width;
   result_->unit_widths[unit] += static_cast<Long>(std::llround(pen_) - before);
 }

@@ -15,8 +15,9 @@ struct ShapedText {
     Glyph* glyph;  // of the face that the text was shaped for
     std::int64_t x, y;
   };
-  std::vector<Place> places;      // from the line's left end and baseline
-  std::vector<Long> unit_widths;  // by code unit, in the order of the text
+  std::vector<Place> places;             // from the line's left end and baseline
+  std::vector<Long> unit_widths;         // by code unit, in the order of the text
+  std::vector<std::int64_t> unit_lefts;  // where each begins, from the line's left end
   std::int64_t width = 0;
 };
 

@@ -69,6 +69,15 @@ void UnitWidths(Font& font, const TextLine& line, std::vector<Long>& widths) {
   });
 }
 
+UnitSpan SpanOf(Font& font, const TextLine& line, std::size_t unit) {
+  if (NeedsShaping(line)) {
+    const auto shaped = font.RealFace().Shaped(line);
+    const std::int64_t left = shaped->unit_lefts[unit];
+    return {left, left + shaped->unit_widths[unit]};
+  }
+  return {WidthOf(font, {line.text.substr(0, unit)}), WidthOf(font, {line.text.substr(0, unit + 1)})};
+}
+
 void DrawLine(const Canvas& canvas, Font& font, const TextLine& line, std::int64_t x, std::int64_t baseline,
               std::int64_t width) {
   if (canvas.clip.Empty()) return;
