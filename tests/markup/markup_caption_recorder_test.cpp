@@ -455,11 +455,7 @@ TEST_F(MarkupCaption, HandsATabGluedToAWordOver) {
 
 class MarkupOverhang : public MarkupCaption {
  protected:
-  MarkupOverhang() {
-    style_.Font = FontOf(30);
-    Recorder recorder;
-    recorder.Clear();
-  }
+  MarkupOverhang() { style_.Font = FontOf(30); }
   StdFont Italic() const { return *FontOf(30, true); }
 };
 
@@ -527,6 +523,20 @@ TEST_F(MarkupOverhang, OfAnEarlierWordCountsNearTheEnd) {
   EXPECT_EQ(runs_[3].rect.left - runs_[2].rect.left, canvas_.Measure(italic, u"y ").cx + last);
 }
 
+TEST_F(MarkupOverhang, OfAnEarlierWordDoesNotCountBeforeAnItalicTag) {
+  ASSERT_NE(canvas_.Trail(*FontOf(30), 'f'), 0);
+  Draw(u"<b></b>iff<u></u>ab<i>x</i>y");
+  ASSERT_EQ(runs_.size(), 4u);
+  EXPECT_EQ(runs_[2].rect.left - runs_[1].rect.left, Width(u"ab", 30)) << "too short to have one of its own";
+}
+
+TEST_F(MarkupOverhang, IsLeftOutBehindTheItalicCloser) {
+  ASSERT_NE(canvas_.Trail(*FontOf(30), 'f'), 0);
+  Draw(u"<i>a</i>off<x>");
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[2].rect.left - runs_[1].rect.left, Width(u"off", 30));
+}
+
 TEST_F(MarkupOverhang, NeedsItalicToBeOpenedByItsTag) {
   style_.Font = FontOf(30, true);  // an italic font isn't enough
   Draw(u"<b></b>off<x>");
@@ -588,6 +598,13 @@ TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
   ASSERT_EQ(runs_.size(), 2u);
   EXPECT_EQ(runs_[0].text, "<c=12> ");
   EXPECT_EQ(runs_[0].colour, "#112233");
+}
+
+TEST_F(MarkupCaption, ReadsSixCharactersOfAColourHashIncluded) {
+  const PlayedSystem without_shaping(generation::kNT4);
+  Draw(u"<b></b><c=#123456> x");  // a word of eleven characters that looks like a tag
+  ASSERT_EQ(runs_.size(), 1u);
+  EXPECT_EQ(runs_[0].colour, "#123405");
 }
 
 TEST_F(MarkupCaption, DrawsALinkBlueAndUnderlined) {
