@@ -45,6 +45,7 @@ void Marklet::InitProperties() {
   state_.ImageAlignment = 0;
   state_.ImagePixels = 16;
   state_.ImageSize = 0;
+  MatchAccessKeys();
 }
 
 // --- The property protocol --------------------------------------------------------------------------------
@@ -78,6 +79,9 @@ void Marklet::UpdateColorFlag() {
 void Marklet::UpdateAccessKeys(std::u16string_view text) {
   IgnoreErrors([&] { host_.PutAccessKeys(text.empty() ? std::u16string() : FindAccessKey(text)); });
 }
+
+// The caption was set while UseMnemonic still had its former value.
+void Marklet::MatchAccessKeys() { UpdateAccessKeys(state_.UseMnemonic ? state_.Caption : std::u16string()); }
 
 // --- Events that the host passes on -----------------------------------------------------------------------
 

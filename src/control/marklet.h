@@ -16,6 +16,7 @@
 #include "control/properties.h"
 #include "control/value.h"
 #include "imagelist/image_collection.h"
+#include "platform/property_bag.h"
 #include "platform/types.h"
 #include "platform/user_control.h"
 
@@ -63,6 +64,11 @@ class Marklet {
   // The defaults of a newly placed control.
   void InitProperties();
 
+  // Takes the state from a saved form, or writes it. Values that can't be had leave the field as it is.
+  // Change is raised once, before the images are there.
+  void ReadProperties(PropertyBag& bag);
+  void WriteProperties(PropertyBag& bag);
+
   // The public surface. A value of another type than the row's is ignored; setting a read-only property does
   // nothing.
   Value Get(const PropertyRow& row);
@@ -107,6 +113,11 @@ class Marklet {
  private:
   void RunSteps(const PropertyRow& row);
   void SetByName(std::string_view name, const Value& value);
+  void LoadProperty(PropertyBag& bag, std::string_view key);
+  void SaveProperty(PropertyBag& bag, std::string_view key);
+  void LoadImages(PropertyBag& bag);
+  void SaveImages(PropertyBag& bag);
+  void MatchAccessKeys();
   void FitToCaption();
   void LoadImageIntoList(std::u16string_view file, std::u16string_view key);
 

@@ -146,6 +146,40 @@ void StoreMousePointer(Marklet& control, const Value& value) {
   control.Host().PutMousePointer(std::get<Long>(value));
 }
 
+// --- Saved forms ------------------------------------------------------------------------------------------
+
+template <auto Number>
+BagValue Fixed(Marklet&) {
+  return Number;
+}
+BagValue NoText(Marklet&) { return std::u16string(); }
+BagValue AmbientBackColor(Marklet& control) {
+  return static_cast<Long>(control.Host().AmbientProperties().BackColor());
+}
+BagValue AmbientForeColor(Marklet& control) {
+  return static_cast<Long>(control.Host().AmbientProperties().ForeColor());
+}
+BagValue AmbientFont(Marklet& control) { return control.Host().AmbientProperties().Font(); }
+BagValue AmbientRightToLeft(Marklet& control) { return control.Host().AmbientProperties().RightToLeft(); }
+
+// The font as it was read, without a copy.
+void LoadFont(Marklet& control, const Value& value) { control.Host().PutFont(std::get<FontRef>(value)); }
+
+// A field that is saved and loaded as it stands.
+template <auto Field>
+constexpr SavedAs SavedField(std::string_view key, BagType type, BagValue (*fallback)(Marklet&)) {
+  return {key, type, fallback, GetField<Field>, StoreField<Field>};
+}
+// A property that is saved as it stands and loaded through its setter.
+constexpr SavedAs SavedBySetter(std::string_view key, BagType type, BagValue (*fallback)(Marklet&),
+                                Value (*get)(Marklet&)) {
+  return {key, type, fallback, get, nullptr};
+}
+
+// Fallbacks have the types that saved forms have always given them.
+constexpr std::int16_t kShortZero = 0, kShortOne = 1;
+constexpr Long kZero = 0, kOne = 1, kButtonShadow = static_cast<Long>(0x80000010);
+
 // --- The table --------------------------------------------------------------------------------------------
 
 using S = MarkletState;
@@ -160,7 +194,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Determines whether a control is automatically resized to display its entire contents.",
      .category = ";Behavior",
      .get = GetField<&S::AutoSize>,
-     .store = StoreField<&S::AutoSize>},
+     .store = StoreField<&S::AutoSize>,
+     .saved = SavedBySetter("AutoSize", BagType::Boolean, Fixed<false>, GetField<&S::AutoSize>)},
     {.name = "BackColor",
      .dispid = -501,
      .type = ValueType::Colour,
@@ -169,7 +204,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the background color used to display text and graphics in an object.",
      .category = ";Appearance",
      .get = GetField<&S::BackColor>,
-     .store = StoreField<&S::BackColor>},
+     .store = StoreField<&S::BackColor>,
+     .saved = SavedField<&S::BackColor>("BackColor", BagType::I4, AmbientBackColor)},
     // Announces the colour's name, and its own never: hosts rely on it.
     {.name = "BackStyle",
      .dispid = -502,
@@ -179,7 +215,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "BackColor",
      .help = "Indicates whether a control is transparent or opaque.",
      .get = GetField<&S::BackStyle>,
-     .store = StoreField<&S::BackStyle>},
+     .store = StoreField<&S::BackStyle>,
+     .saved = SavedField<&S::BackStyle>("BackStyle", BagType::I4, Fixed<kOne>)},
     {.name = "Appearance",
      .dispid = -520,
      .type = ValueType::Choice,
@@ -188,7 +225,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "Appearance",
      .help = "Returns/sets whether or not an object is painted at runtime with 3-D effects.",
      .get = GetField<&S::Appearance>,
-     .store = StoreAppearance},
+     .store = StoreAppearance,
+     .saved = SavedField<&S::Appearance>("Appearance", BagType::I4, Fixed<kShortOne>)},
     {.name = "BorderStyle",
      .dispid = -504,
      .type = ValueType::Choice,
@@ -197,7 +235,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "BorderStyle",
      .help = "Returns/sets the border style for an object.",
      .get = GetField<&S::BorderStyle>,
-     .store = StoreField<&S::BorderStyle>},
+     .store = StoreField<&S::BorderStyle>,
+     .saved = SavedField<&S::BorderStyle>("BorderStyle", BagType::I4, Fixed<kShortZero>)},
     {.name = "Caption",
      .dispid = -518,
      .type = ValueType::Text,
@@ -207,7 +246,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the text displayed in an object's title bar or below an object's icon.",
      .category = "prpTextEdit;Appearance",
      .get = GetDesignerText<&S::Caption>,
-     .store = StoreCaption},
+     .store = StoreCaption,
+     .saved = SavedBySetter("Caption", BagType::Bytes, NoText, GetField<&S::Caption>)},
     {.name = "Font",
      .dispid = -512,
      .type = ValueType::Font,
@@ -217,7 +257,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns a Font object.",
      .category = ";Font",
      .get = GetFont,
-     .store = StoreFont},
+     .store = StoreFont,
+     .saved = {"Font", BagType::Font, AmbientFont, GetFont, LoadFont}},
     {.name = "FontBold",
      .dispid = 0x6803006B,
      .type = ValueType::Boolean,
@@ -273,7 +314,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "ForeColor",
      .help = "Returns/sets the foreground color used to display text and graphics in an object.",
      .get = GetField<&S::ForeColor>,
-     .store = StoreField<&S::ForeColor>},
+     .store = StoreField<&S::ForeColor>,
+     .saved = SavedField<&S::ForeColor>("ForeColor", BagType::I4, AmbientForeColor)},
     {.name = "EffectColor",
      .dispid = 0x68030065,
      .type = ValueType::Colour,
@@ -281,7 +323,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "EffectColor",
      .description = "Returns/sets the color used to display special effects.",
      .get = GetField<&S::EffectColor>,
-     .store = StoreField<&S::EffectColor>},
+     .store = StoreField<&S::EffectColor>,
+     .saved = SavedField<&S::EffectColor>("EffectColor", BagType::I4, Fixed<kButtonShadow>)},
     {.name = "ImageKey",
      .dispid = 0x68030064,
      .type = ValueType::Text,
@@ -290,7 +333,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets a unique value representing the key of the image to use.",
      .category = ";Image",
      .get = GetField<&S::ImageKey>,
-     .store = StoreField<&S::ImageKey>},
+     .store = StoreField<&S::ImageKey>,
+     .saved = SavedField<&S::ImageKey>("ImageKey", BagType::Text, NoText)},
     // The announced name has a capital H that the property's own name has not.
     {.name = "ImageKeyhover",
      .dispid = 0x68030063,
@@ -301,7 +345,8 @@ constexpr PropertyRow kRows[] = {
          "Returns/sets a unique value representing the key of the image to use when the mouse hovers over "
          "the control.",
      .get = GetField<&S::ImageKeyhover>,
-     .store = StoreField<&S::ImageKeyhover>},
+     .store = StoreField<&S::ImageKeyhover>,
+     .saved = SavedField<&S::ImageKeyhover>("ImageKeyHover", BagType::Text, NoText)},
     {.name = "UseMnemonic",
      .dispid = 0x68030060,
      .type = ValueType::Boolean,
@@ -309,7 +354,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets a value that specifies whether an & in a control's Caption property defines an "
              "access key.",
      .get = GetField<&S::UseMnemonic>,
-     .store = StoreUseMnemonic},
+     .store = StoreUseMnemonic,
+     .saved = SavedField<&S::UseMnemonic>("UseMnemonic", BagType::Boolean, Fixed<true>)},
     // The announced name has a small t.
     {.name = "UniToolTipText",
      .dispid = 0x6803005F,
@@ -318,7 +364,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the Unicode text displayed when the mouse is paused over the control.",
      .category = "prpTextEdit;Misc",
      .get = GetDesignerText<&S::UniToolTipText>,
-     .store = StoreToolTip},
+     .store = StoreToolTip,
+     .saved = SavedBySetter("UniToolTipText", BagType::Bytes, NoText, GetField<&S::UniToolTipText>)},
     {.name = "TextEffect",
      .dispid = 0x6803005C,
      .type = ValueType::Choice,
@@ -327,7 +374,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "TextEffect",
      .description = "Returns/sets the type of effect to be applied to a control's text.",
      .get = GetField<&S::TextEffect>,
-     .store = StoreField<&S::TextEffect>},
+     .store = StoreField<&S::TextEffect>,
+     .saved = SavedField<&S::TextEffect>("TextEffect", BagType::I4, Fixed<kZero>)},
     {.name = "Enabled",
      .dispid = -514,
      .type = ValueType::Boolean,
@@ -335,7 +383,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "Enabled",
      .help = "Returns/sets a value that determines whether an object can respond to user-generated events.",
      .get = GetEnabled,
-     .store = StoreEnabled},
+     .store = StoreEnabled,
+     .saved = SavedBySetter("Enabled", BagType::Boolean, Fixed<true>, GetEnabled)},
     {.name = "WordWrap",
      .dispid = 0x6803005B,
      .type = ValueType::Boolean,
@@ -344,7 +393,8 @@ constexpr PropertyRow kRows[] = {
      .help = "Returns/sets a value that determines whether a control will wrap long lines of text to fit in "
              "the control.",
      .get = GetField<&S::WordWrap>,
-     .store = StoreField<&S::WordWrap>},
+     .store = StoreField<&S::WordWrap>,
+     .saved = SavedField<&S::WordWrap>("WordWrap", BagType::Boolean, Fixed<true>)},
     {.name = "ImageAlignment",
      .dispid = 0x6803005A,
      .type = ValueType::Choice,
@@ -353,7 +403,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "ImageAlignment",
      .help = "Returns/sets the alignment of the control's image.",
      .get = GetField<&S::ImageAlignment>,
-     .store = StoreField<&S::ImageAlignment>},
+     .store = StoreField<&S::ImageAlignment>,
+     .saved = SavedBySetter("ImageAlignment", BagType::I4, Fixed<kZero>, GetField<&S::ImageAlignment>)},
     {.name = "ImageSize",
      .dispid = 0x68030059,
      .type = ValueType::Choice,
@@ -362,7 +413,8 @@ constexpr PropertyRow kRows[] = {
      .announced = "ImageSize",
      .help = "Returns/sets the size of the image when rendered in the control.",
      .get = GetField<&S::ImageSize>,
-     .store = StoreImageSize},
+     .store = StoreImageSize,
+     .saved = SavedBySetter("ImageSize", BagType::I4, Fixed<kZero>, GetField<&S::ImageSize>)},
     {.name = "hwnd",
      .dispid = 0x68030058,
      .type = ValueType::Number,
@@ -388,14 +440,16 @@ constexpr PropertyRow kHiddenRows[] = {
      .steps = kSize | kRedraw,
      .announced = "Padding",
      .get = GetField<&S::Padding>,
-     .store = StoreField<&S::Padding>},
+     .store = StoreField<&S::Padding>,
+     .saved = SavedField<&S::Padding>("Padding", BagType::I4, Fixed<kShortZero>)},
     {.name = "RightToLeft",
      .dispid = 0x68030061,
      .type = ValueType::Boolean,
      .steps = kRedraw,
      .announced = "RightToLeft",
      .get = GetField<&S::RightToLeft>,
-     .store = StoreField<&S::RightToLeft>},
+     .store = StoreField<&S::RightToLeft>,
+     .saved = SavedField<&S::RightToLeft>("RightToLeft", BagType::Boolean, AmbientRightToLeft)},
     {.name = "Alignment",
      .dispid = 0x6803005E,
      .type = ValueType::Choice,
@@ -403,7 +457,8 @@ constexpr PropertyRow kHiddenRows[] = {
      .steps = kRedraw,
      .announced = "Alignment",
      .get = GetField<&S::Alignment>,
-     .store = StoreField<&S::Alignment>},
+     .store = StoreField<&S::Alignment>,
+     .saved = SavedField<&S::Alignment>("Alignment", BagType::I4, Fixed<kZero>)},
     {.name = "VerticalAlignment",
      .dispid = 0x6803005D,
      .type = ValueType::Choice,
@@ -411,7 +466,8 @@ constexpr PropertyRow kHiddenRows[] = {
      .steps = kRedraw,
      .announced = "VerticalAlignment",
      .get = GetField<&S::VerticalAlignment>,
-     .store = StoreField<&S::VerticalAlignment>},
+     .store = StoreField<&S::VerticalAlignment>,
+     .saved = SavedField<&S::VerticalAlignment>("VerticalAlignment", BagType::I4, Fixed<kZero>)},
 };
 
 constexpr Argument kLoadArguments[] = {{"sfile", ArgumentType::String}, {"sKey", ArgumentType::String}};
@@ -432,6 +488,13 @@ const PropertyRow* FindProperty(std::string_view name) {
   };
   const auto found = std::find_if(std::begin(kRows), std::end(kRows), same);
   return found == std::end(kRows) ? nullptr : found;
+}
+
+const PropertyRow* FindSaved(std::string_view key) {
+  for (const auto& rows : {Properties(), HiddenProperties()})
+    for (const PropertyRow& row : rows)
+      if (row.saved.key == key) return &row;
+  return nullptr;
 }
 
 bool HoldsType(const Value& value, ValueType type) {

@@ -1,5 +1,5 @@
 // The property table: one row a property, in the order of the interface's slots. Setters, getters, change
-// announcements, the type library, dispatch and the reference page are read off it.
+// announcements, the type library, dispatch, saved forms and the reference page are read off it.
 #pragma once
 
 #include <span>
@@ -7,6 +7,7 @@
 
 #include "control/library.h"
 #include "control/value.h"
+#include "platform/property_bag.h"
 
 namespace marklet {
 
@@ -40,6 +41,16 @@ enum SetterStep : unsigned {
   kRaiseChange = 16,  // the event Change
 };
 
+// How a property stands in a saved form.
+struct SavedAs {
+  std::string_view key;  // empty: not saved
+  BagType type = BagType::I4;
+  BagValue (*fallback)(Marklet&) = nullptr;  // what a bag may leave out, and what a missing key means
+  // The bare field, without a setter's steps and without what a getter shows in its place.
+  Value (*get)(Marklet&) = nullptr;
+  void (*store)(Marklet&, const Value&) = nullptr;  // null: a load goes through the setter
+};
+
 struct PropertyRow {
   std::string_view name;
   Long dispid = 0;
@@ -55,11 +66,14 @@ struct PropertyRow {
   // The storing itself, with what belongs to it before the steps. Called with a value of the row's type; null
   // when read only.
   void (*store)(Marklet&, const Value&) = nullptr;
+  SavedAs saved = {};
 };
 
 std::span<const PropertyRow> Properties();
 // By name, without regard to case; null when there is none.
 const PropertyRow* FindProperty(std::string_view name);
+// The row that is saved under a key, hidden ones included; null when there is none.
+const PropertyRow* FindSaved(std::string_view key);
 
 // Four more that no host can reach: their values come from saved forms alone. Their identifiers stay
 // unassigned in the type library.

@@ -9,20 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/gdi.h"
+#include "images/icon_bytes.h"
 #include "platform/types.h"
 
 namespace marklet {
 
-// What those who draw an image need of it.
-class KeyedImage {
- public:
-  virtual ~KeyedImage() = default;
-  // Draws the image with its top left corner at (x, y), in the edge length that `size_index` stands for.
-  virtual void Render(HDC dc, Long size_index, Long depth_index, Long x, Long y, bool enabled,
-                      OLE_COLOR background, Long further) = 0;
-};
-using ImageRef = std::shared_ptr<KeyedImage>;
+using ImageRef = std::shared_ptr<CIconBytes>;
 
 class ImageCollection {
  public:

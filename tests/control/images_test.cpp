@@ -13,7 +13,7 @@ using testing::HostedControl;
 using Log = FakeHost::Log;
 
 // An image that draws nothing and remembers how it was asked to.
-class AskedImage final : public KeyedImage {
+class AskedImage final : public CIconBytes {
  public:
   Log asked;
   void Render(HDC, Long size, Long depth, Long x, Long y, bool enabled, OLE_COLOR background,

@@ -38,7 +38,7 @@ TEST(InitProperties, RunsItsSettersInOrderAndAnnouncesNothingBeyondThem) {
                  "hDC", "PropertyChanged(BorderStyle)",        //
                  "hDC", "PropertyChanged(Caption)", "Change",  // no keys: UseMnemonic is set later
                  "Font", "hDC", "PropertyChanged(Font)",       //
-                 "Enabled(1)"}));
+                 "Enabled(1)", "AccessKeys()"}));              // they agree with the caption in the end
 }
 
 TEST(InitProperties, GivesEveryPropertyItsInitialValue) {

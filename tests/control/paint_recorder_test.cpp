@@ -152,7 +152,7 @@ TEST_F(PaintCalls, ABorderTakesTwoPixelsOnEachSideAndPaddingComesOnTop) {
   EXPECT_EQ(TextRect(), "[7,7,88,38]");
 }
 
-struct Blank final : KeyedImage {
+struct Blank final : CIconBytes {
   void Render(HDC, Long, Long, Long, Long, bool, OLE_COLOR, Long) override {}
 };
 

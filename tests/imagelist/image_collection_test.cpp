@@ -5,7 +5,7 @@
 namespace marklet {
 namespace {
 
-struct Blank final : KeyedImage {
+struct Blank final : CIconBytes {
   void Render(HDC, Long, Long, Long, Long, bool, OLE_COLOR, Long) override {}
 };
 ImageRef NewImage() { return std::make_shared<Blank>(); }
