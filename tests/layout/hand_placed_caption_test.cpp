@@ -221,7 +221,7 @@ constexpr const char16_t* kPieces[] = {u"<b>",
 
 std::u16string RandomCaption(std::mt19937& random) {
   std::u16string caption;
-  for (unsigned i = 4 + random() % 24; i != 0; --i) caption += kPieces[random() % std::size(kPieces)];
+  for (auto i = 4 + random() % 24; i != 0; --i) caption += kPieces[random() % std::size(kPieces)];
   return caption + u"</b>";  // a colour tag at the very end would be text
 }
 
