@@ -100,6 +100,8 @@ TEST_F(TextExtents, OfABlankHaveABlackBoxOfOnePixel) {
   EXPECT_EQ(widths.abcC, WidthOf(u" ") - 1);
 }
 
+// Within two pixels: a font may have bitmaps of its own for small sizes, which are narrower than its
+// outlines.
 TEST_F(TextExtents, SpacingsTellWhereTheInkLies) {
   picture_.Fill(0xFF);
   SetBkMode(picture_.Context(), 1);
@@ -110,8 +112,8 @@ TEST_F(TextExtents, SpacingsTellWhereTheInkLies) {
     const RECT ink = InkOf(picture_, 0xFFFFFF);
     ABC widths;
     ASSERT_TRUE(GetCharABCWidthsA(picture_.Context(), static_cast<unsigned>(letter), widths));
-    EXPECT_NEAR(ink.left, 10 + widths.abcA, 1) << letter;
-    EXPECT_NEAR(ink.right, 10 + widths.abcA + static_cast<Long>(widths.abcB), 1) << letter;
+    EXPECT_NEAR(ink.left, 10 + widths.abcA, 2) << letter;
+    EXPECT_NEAR(ink.right, 10 + widths.abcA + static_cast<Long>(widths.abcB), 2) << letter;
   }
 }
 
