@@ -1,5 +1,8 @@
 // The two lowest layers of the picture, and the test that notices a change of the system colours.
+#include <optional>
+
 #include "bitmaps/colour.h"
+#include "bitmaps/edge.h"
 #include "control/ignore_errors.h"
 #include "control/marklet.h"
 #include "platform/rounding.h"
@@ -20,15 +23,38 @@ void Marklet::DrawBackground(HDC dc, const RECT& rect) {
                WrapSub(rect.bottom, rect.top), false);
 }
 
+// The colour that the edge of an opaque control is shaded from: its parent's, where that can be had.
+OLE_COLOR Marklet::EdgeBaseColour() {
+  constexpr OLE_COLOR kButtonFace = 0x8000000F;
+  if (state_.BackStyle == 0) return kButtonFace;
+  std::optional<Long> colour;
+  IgnoreErrors([&] {
+    if (const auto parent = host_.Parent()) colour = parent->GetLong("BackColor");
+  });
+  return colour ? static_cast<OLE_COLOR>(*colour) : kButtonFace;
+}
+
 void Marklet::DrawBorder(HDC dc, const RECT& rect) {
-  if (state_.BorderStyle == 1) {
-    constexpr COLORREF kBlack = 0;
-    if (state_.Appearance != 1) FrameRectangle(dc, kBlack, rect.left, rect.top, rect.right, rect.bottom);
-    return;
-  }
-  // A control that would show nothing at all is outlined in the designer, so that it can be found.
+  if (state_.BorderStyle != 1)
+    DrawDesignersOutline(dc, rect);
+  else if (state_.Appearance != 1)
+    FrameRectangle(dc, MakeRgb(0, 0, 0), rect.left, rect.top, rect.right, rect.bottom);
+  else
+    DrawSunkenEdge(dc, rect);
+}
+
+// A control that would show nothing at all is outlined in the designer, so that it can be found.
+void Marklet::DrawDesignersOutline(HDC dc, const RECT& rect) {
   if (state_.Caption.empty() && state_.BackStyle == 0 && !host_.AmbientProperties().UserMode())
     DrawFocusRect(dc, rect);
+}
+
+void Marklet::DrawSunkenEdge(HDC dc, RECT rect) {
+  constexpr std::uint32_t kSunken = 10;  // outer and inner line
+  std::uint32_t all_sides = 15;
+  CEdge edge;
+  edge.PutBaseColor(EdgeBaseColour());
+  edge.DrawEdge(dc, rect, kSunken, all_sides);
 }
 
 }  // namespace marklet

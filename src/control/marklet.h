@@ -125,6 +125,9 @@ class Marklet {
   void BuildPicture(Long width, Long height);
   void DrawBackground(HDC dc, const RECT& rect);
   void DrawBorder(HDC dc, const RECT& rect);
+  void DrawDesignersOutline(HDC dc, const RECT& rect);
+  void DrawSunkenEdge(HDC dc, RECT rect);
+  OLE_COLOR EdgeBaseColour();
   void DrawImage(HDC dc, RECT& rect);
   void DrawCaption(HDC dc, RECT rect);
   ImageRef ShownImage() const;

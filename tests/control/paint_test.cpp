@@ -70,6 +70,56 @@ TEST_F(Paint, ABorderStyleOutOfRangeDrawsNoBorder) {
   EXPECT_EQ(host.Pixel(0, 0), 0x00C08040u);
 }
 
+// --- The three-dimensional border -------------------------------------------------------------------------
+
+constexpr COLORREF Grey(unsigned level) { return MakeRgb(level, level, level); }
+
+// What stands at a pixel of the edge around 100 by 50 pixels, drawn in turn left, top, right and bottom, each
+// line without its last pixel.
+COLORREF EdgeAt(Long x, Long y, COLORREF face, COLORREF dark, COLORREF light, COLORREF shadow) {
+  if (y == 49 && x >= 1) return light;
+  if (x == 99 && y <= 48) return light;
+  if (x == 0 || y == 0) return shadow;
+  if (y == 48 && x >= 2) return face;
+  if (x == 98 && y >= 2) return face;
+  return dark;
+}
+
+void ExpectEdge(FakeHost& host, COLORREF face, COLORREF dark, COLORREF light, COLORREF shadow) {
+  for (Long y = 0; y < 50; ++y)
+    for (Long x = 0; x < 100; ++x) {
+      const bool inside = x >= 2 && x < 98 && y >= 2 && y < 48;
+      if (inside) continue;
+      ASSERT_EQ(host.Pixel(x, y), EdgeAt(x, y, face, dark, light, shadow)) << x << "," << y;
+    }
+}
+
+TEST_F(Paint, AThreeDimensionalBorderIsShadedFromTheParentsColour) {
+  host.parent = std::make_shared<testing::FakeParent>();
+  host.parent->back_color = static_cast<Long>(Grey(100));
+  hosted.Set("BorderStyle", Long{1});
+  ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
+  EXPECT_EQ(host.Pixel(2, 2), 0x00C08040u) << "the control's own colour inside";
+}
+
+TEST_F(Paint, ATransparentControlsBorderIsShadedFromTheButtonFace) {
+  Configuration().system_colours[15] = Grey(100);
+  host.parent = std::make_shared<testing::FakeParent>();
+  host.parent->back_color = Long{0x0000FF};
+  hosted.Set("BackStyle", Long{0});
+  hosted.Set("BorderStyle", Long{1});
+  ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
+}
+
+TEST_F(Paint, AParentWithoutAColourGivesTheButtonFaceToo) {
+  Configuration().system_colours[15] = Grey(100);
+  for (const bool parent : {false, true}) {
+    host.parent = parent ? std::make_shared<testing::FakeParent>() : nullptr;
+    hosted.Set("BorderStyle", Long{1});
+    ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
+  }
+}
+
 // --- The designer's outline -------------------------------------------------------------------------------
 
 bool AnyInkOnTheEdge(FakeHost& host) {

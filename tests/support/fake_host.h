@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,15 @@ struct FakeAmbient final : Ambient {
   bool RightToLeft() override { return right_to_left; }
 };
 
+// A parent with one member, BackColor, or none.
+struct FakeParent final : NamedMembers {
+  std::optional<Long> back_color;
+  std::optional<Long> GetLong(std::string_view name) override {
+    return name == "BackColor" ? back_color : std::nullopt;
+  }
+  bool PutLong(std::string_view, Long) override { return false; }
+};
+
 // The log holds, in call order:
 //   "hDC"                    its context asked for: once by each measurement and once by each paint
 //   "PropertyChanged(Name)"  with nothing between the brackets for no name
@@ -42,6 +52,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
   double scale_width = 100, scale_height = 50;  // pixels
   double twips_per_pixel = 15;
   HWND window = nullptr;
+  std::shared_ptr<FakeParent> parent;
   bool has_surface = true;  // whether there is a context to paint on
 
   bool enabled = true;
@@ -87,7 +98,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
   std::u16string AccessKeys() override { return access_keys; }
   void PutAccessKeys(std::u16string keys) override;
   HWND ContainerHwnd() override { return nullptr; }
-  std::shared_ptr<NamedMembers> Parent() override { return nullptr; }
+  std::shared_ptr<NamedMembers> Parent() override { return parent; }
   std::shared_ptr<NamedMembers> Extender() override { return nullptr; }
   void PropertyChanged(std::string_view name) override;
 
