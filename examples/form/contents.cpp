@@ -78,8 +78,10 @@ bool ShowsAnEffect(const Cell& cell) {
 std::vector<Property> WithDefaults(const Cell& cell) {
   std::vector<Property> all;
   if (ShowsAnEffect(cell)) {
-    all = {
-        {L"BackColor", kButtonFace}, {L"FontSize", LONG{20}}, {L"FontBold", true}, {L"Caption", L"Marklet"}};
+    all = {{L"BackColor", LONG{RGB(0xD4, 0xD0, 0xC8)}},
+           {L"FontSize", LONG{20}},
+           {L"FontBold", true},
+           {L"Caption", L"Marklet"}};
   }
   all.insert(all.end(), cell.properties.begin(), cell.properties.end());
   return all;
