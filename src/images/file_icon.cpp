@@ -1,0 +1,128 @@
+#include "images/file_icon.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+#include <utility>
+
+#include "platform/file.h"
+
+namespace marklet {
+namespace {
+
+constexpr std::size_t kHeaderBytes = 6, kEntryBytes = 16;
+constexpr Long kIconType = 1;  // a cursor file has 2
+
+std::uint32_t ReadNumber(std::span<const std::uint8_t> file, std::size_t offset, int bytes) {
+  std::uint32_t number = 0;
+  for (int i = bytes; i-- > 0;) number = number << 8 | file[offset + static_cast<std::size_t>(i)];
+  return number;
+}
+
+// Zeroed pixels of 32 bits in a context of their own.
+class Canvas {
+ public:
+  Canvas(Long width, Long height) : dc_(CreateCompatibleDC(nullptr)), width_(width), height_(height) {
+    std::uint8_t* bits = nullptr;
+    if (dc_ != nullptr) bitmap_ = CreateDIBSection(dc_, width, height, 32, bits);
+    if (bitmap_ == nullptr) return;
+    former_ = SelectObject(dc_, bitmap_);
+    view_ = {bits, width, height, width * 4, 32};
+  }
+  ~Canvas() {
+    SelectObject(dc_, former_);
+    DeleteObject(bitmap_);
+    DeleteDC(dc_);
+  }
+  Canvas(const Canvas&) = delete;
+  Canvas& operator=(const Canvas&) = delete;
+
+  bool Exists() const { return bitmap_ != nullptr; }
+  const PixelView& View() const { return view_; }
+  void CopyTo(HDC dc, Long x, Long y, std::uint32_t rop) const {
+    BitBlt(dc, x, y, width_, height_, dc_, 0, 0, rop);
+  }
+
+ private:
+  HDC dc_ = nullptr;
+  HBITMAP bitmap_ = nullptr;
+  HGDIOBJ former_ = nullptr;
+  PixelView view_;
+  Long width_, height_;
+};
+
+void Stretch(const PixelView& from, const PixelView& to) {
+  const auto row_of = [](const PixelView& view, Long y) {
+    return view.bits + static_cast<std::ptrdiff_t>(view.height - 1 - y) * view.stride;
+  };
+  const auto source = [](Long at, Long source_size, Long size) {
+    return static_cast<std::ptrdiff_t>(std::int64_t{at} * source_size / size);
+  };
+  for (Long y = 0; y < to.height; ++y) {
+    const std::uint8_t* in = row_of(from, static_cast<Long>(source(y, from.height, to.height)));
+    std::uint8_t* out = row_of(to, y);
+    for (Long x = 0; x < to.width; ++x, out += 4)
+      std::memcpy(out, in + source(x, from.width, to.width) * 4, 4);
+  }
+}
+
+}  // namespace
+
+bool CFileIcon::OpenIcon(std::u16string_view path) {
+  std::vector<std::uint8_t> file;
+  ReadWholeFile(path, file);  // what can't be read is an empty file
+  return OpenIconBytes(std::move(file));
+}
+
+bool CFileIcon::OpenIconBytes(std::vector<std::uint8_t> file) {
+  entries_.clear();
+  file_ = std::move(file);
+  if (ReadEntries()) return true;
+  entries_ = {};
+  file_ = {};
+  return false;
+}
+
+// The data stay where they are: entries may share them, so that a small file can't ask for much memory.
+bool CFileIcon::ReadEntries() {
+  const std::span<const std::uint8_t> file = file_;
+  if (file.size() < kHeaderBytes) return false;
+  const auto count = static_cast<std::int16_t>(ReadNumber(file, 4, 2));
+  if (ReadNumber(file, 0, 2) != 0 || ReadNumber(file, 2, 2) != kIconType || count < 1) return false;
+  if (static_cast<std::size_t>(count) > (file.size() - kHeaderBytes) / kEntryBytes) return false;
+  entries_.reserve(static_cast<std::size_t>(count));
+  for (std::size_t at = kHeaderBytes; std::ssize(entries_) < count; at += kEntryBytes) {
+    const std::size_t size = ReadNumber(file, at + 8, 4), offset = ReadNumber(file, at + 12, 4);
+    if (size != 0 && (offset > file.size() || size > file.size() - offset)) return false;
+    entries_.push_back({file[at], file[at + 1], size != 0 ? offset : 0, size});
+  }
+  return true;
+}
+
+CFileIcon::Entry CFileIcon::EntryAt(Long index) const {
+  return index >= 1 && index <= ImageCount() ? entries_[static_cast<std::size_t>(index) - 1] : Entry{};
+}
+
+IconDib CFileIcon::ImageOf(const Entry& entry) const {
+  return IconDib(std::span(file_).subspan(entry.offset, entry.size));
+}
+
+Long CFileIcon::ImageWidth(Long index) const { return EntryAt(index).width; }
+Long CFileIcon::ImageHeight(Long index) const { return EntryAt(index).height; }
+Long CFileIcon::ImageBitCount(Long index) const { return ImageOf(EntryAt(index)).BitCount(); }
+
+void CFileIcon::DrawImage(HDC dc, Long index, bool mask, Long x, Long y, Long width, Long height,
+                          std::uint32_t rop) const {
+  const Entry entry = EntryAt(index);
+  const Canvas canvas(entry.width, entry.height);
+  if (!canvas.Exists()) return;
+  const IconDib image = ImageOf(entry);
+  mask ? image.PaintMask(canvas.View()) : image.PaintColour(canvas.View());
+  if (width == 0 && height == 0) return canvas.CopyTo(dc, x, y, rop);
+  const Canvas stretched(width != 0 ? width : entry.width, height != 0 ? height : entry.height);
+  if (!stretched.Exists()) return;
+  Stretch(canvas.View(), stretched.View());
+  stretched.CopyTo(dc, x, y, rop);
+}
+
+}  // namespace marklet
