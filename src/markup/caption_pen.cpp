@@ -1,6 +1,5 @@
 #include "markup/caption_pen.h"
 
-#include "markup/font_colour_tags.h"
 #include "markup/saturate.h"
 #include "platform/gdi.h"
 #include "text/emit_text_run.h"
@@ -8,16 +7,18 @@
 
 namespace marklet {
 
-CaptionPen::CaptionPen(HDC context, const RECT& caption_rect, const CaptionStyle& style)
+CaptionPen::CaptionPen(HDC context, std::u16string_view caption, const RECT& caption_rect,
+                       const CaptionStyle& style)
     : dc(context),
       rect(caption_rect),
       Alignment(style.Alignment),
       shaping(UniscribeAvailable()),
+      tokens(TokenizeMarkup(caption, &token_memory)),
       PenX(caption_rect.left),
       PenY(caption_rect.top),
       AvailableWidth(SaturatingAdd(caption_rect.right, -std::int64_t{caption_rect.left})),
-      RunStyle(style),
-      RunFont(CloneFont(style.Font)) {
+      RunStyle(style) {
+  if (style.Font) RunFont = *style.Font;
   RunStyle.Alignment = 0;
   RunStyle.SingleLine = true;
   RunStyle.VerticalAlignment = 3;
@@ -25,12 +26,6 @@ CaptionPen::CaptionPen(HDC context, const RECT& caption_rect, const CaptionStyle
     StartLineAtRight();
     PenX = LineStart;
   }
-}
-
-SIZE CaptionPen::Measure(std::u16string_view text) const {
-  SIZE size;
-  GetTextExtentPoint32W(dc, text, size);
-  return size;
 }
 
 void CaptionPen::SelectRunFont() const {

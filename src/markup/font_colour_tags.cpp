@@ -26,19 +26,7 @@ unsigned ReadPair(std::u16string_view pair) {
 
 }  // namespace
 
-FontRef CloneFont(const FontRef& source) {
-  if (!source) return nullptr;
-  auto clone = std::make_shared<StdFont>();
-  clone->PutBold(source->Bold());
-  clone->PutCharset(source->Charset());
-  clone->PutItalic(source->Italic());
-  clone->PutName(source->Name());
-  clone->PutSize(source->Size());
-  clone->PutStrikethrough(source->Strikethrough());
-  clone->PutUnderline(source->Underline());
-  clone->PutWeight(source->Weight());  // behind Bold, so that a weight other than the two usual ones survives
-  return clone;
-}
+FontRef CloneFont(const FontRef& source) { return source ? std::make_shared<StdFont>(*source) : nullptr; }
 
 COLORREF ParseColorTag(std::u16string_view value) {
   // Only the first six characters that are no "#" count.

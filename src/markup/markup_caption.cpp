@@ -21,9 +21,8 @@ void ObeyOrPlace(CaptionPen& pen, std::u16string_view token) {
 constexpr std::u16string_view kSentinel[] = {u"<sub>", u"</sub>"};
 
 void DrawTokens(HDC dc, std::u16string_view caption, const RECT& rect, const CaptionStyle& style) {
-  CaptionPen pen(dc, rect, style);
-  // Cut apart from the sentinel, which comes out as its two tags whatever follows it.
-  pen.tokens = TokenizeMarkup(caption);
+  // The caption is cut apart from the sentinel, which comes out as its two tags whatever follows it.
+  CaptionPen pen(dc, caption, rect, style);
   for (const std::u16string_view token : kSentinel) ObeyOrPlace(pen, token);
   for (; pen.index < pen.tokens.size(); ++pen.index) ObeyOrPlace(pen, pen.tokens[pen.index]);
 }

@@ -120,8 +120,8 @@ void CloseSubscript(CaptionPen& pen) {
   pen.SubscriptDrop = 0;
 }
 
-void SetFontName(CaptionPen& pen, std::u16string name) {
-  pen.RunFont->PutName(std::move(name));
+void SetFontName(CaptionPen& pen, std::u16string_view name) {
+  pen.RunFont->PutName(name);
   pen.SelectRunFont();
 }
 
@@ -150,6 +150,11 @@ void OpenFont(CaptionPen& pen, std::u16string_view token) {
 struct FixedTag {
   std::u16string_view token;
   void (*obey)(CaptionPen&);
+
+  // Tags of a length differ in the last letter before the ">", which is looked at first.
+  bool Spells(std::u16string_view text) const {
+    return text.size() == token.size() && text[text.size() - 2] == token[token.size() - 2] && text == token;
+  }
 };
 
 constexpr FixedTag kFixedTags[] = {
@@ -198,7 +203,7 @@ bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
     return true;
   }
   for (const FixedTag& tag : kFixedTags) {
-    if (tag.token == token) {
+    if (tag.Spells(token)) {
       tag.obey(pen);
       return true;
     }

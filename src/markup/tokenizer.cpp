@@ -9,21 +9,26 @@
 namespace marklet {
 namespace {
 
+constexpr bool IsAsciiLetter(char16_t ch) { return static_cast<unsigned>((ch | 0x20) - u'a') < 26; }
+
 // The word being built is always a stretch of the text up to the read position, so its start says it all.
 class Tokenizer {
  public:
-  Tokenizer(std::u16string_view text, bool shaping)
-      : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)) {
+  Tokenizer(std::u16string_view text, bool shaping, std::pmr::memory_resource* memory)
+      : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)), tokens_(memory) {
     constexpr std::size_t kUsualLength = 4;  // of a word or tag, at the least
     tokens_.reserve(text.size() / kUsualLength + 1);
   }
 
-  std::vector<std::u16string_view> Run() {
+  Tokens Run() {
     for (std::size_t at = 0; at < text_.size();) {
-      if (text_[at] == u'<') {
+      const char16_t ch = text_[at];
+      if (IsAsciiLetter(ch)) {  // nearly every character, and never a place to cut
+        ++at;
+      } else if (ch == u'<') {
         at += TakeTag(at);
       } else {
-        if (breaks_.Contains(text_[at])) TakeSeparator(at);
+        if (breaks_.Contains(ch)) TakeSeparator(at);
         ++at;
       }
     }
@@ -90,7 +95,7 @@ class Tokenizer {
   std::size_t word_ = 0;  // where the word being built starts
   bool close_known_ = false;
   std::size_t close_ = 0;
-  std::vector<std::u16string_view> tokens_;
+  Tokens tokens_;
 };
 
 }  // namespace
@@ -107,10 +112,10 @@ bool HasMarkup(std::u16string_view text) {
   return false;
 }
 
-std::vector<std::u16string_view> TokenizeMarkup(std::u16string_view text) {
-  if (text.empty()) return {};
+Tokens TokenizeMarkup(std::u16string_view text, std::pmr::memory_resource* memory) {
+  if (text.empty()) return Tokens(memory);
   // Asked once a caption: without shaping each question looks for the library again.
-  return Tokenizer(text, UniscribeAvailable()).Run();
+  return Tokenizer(text, UniscribeAvailable(), memory).Run();
 }
 
 bool IsBreakCharacter(char16_t ch) {

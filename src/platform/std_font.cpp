@@ -35,18 +35,22 @@ class Family final : public LocalCounted {
 
   Family(std::u16string name, std::uint8_t charset) : name_(std::move(name)), charset_(charset) {}
 
+  const std::u16string& Name() const { return name_; }
+  std::uint8_t Charset() const { return charset_; }
+
   // Empty when the platform can't make the font.
   LocalRef Find(const Style& style) {
     std::size_t i = 0;
     while (i < fonts_.size() && fonts_[i].style != style) ++i;
     if (i == fonts_.size()) return Add(style);
-    if (i == 0) return fonts_[0].handle;
+    if (i < kNearFront) return fonts_[i].handle;
     std::swap(fonts_[i], fonts_[i - 1]);  // what is asked for again moves to the front
     return fonts_[i - 1].handle;
   }
 
  private:
   static constexpr std::size_t kMostStyles = 64;
+  static constexpr std::size_t kNearFront = 6;  // as many as one caption has, as a rule
 
   struct Entry {
     Style style;
@@ -78,40 +82,53 @@ class Family final : public LocalCounted {
 constexpr double kLargestSize = 32767;
 constexpr std::size_t kMostFamilies = 64;
 
+// Orders families by what they are made from, so that looking for one needs no copy of the name.
+struct ByTypeface {
+  using is_transparent = void;
+  using Typeface = std::pair<std::u16string_view, std::uint8_t>;
+  bool operator()(const Typeface& a, const Typeface& b) const { return a < b; }
+};
+
 // This thread's.
-LocalRef FamilyOf(const std::u16string& name, std::uint8_t charset) {
-  thread_local std::map<std::pair<std::u16string, std::uint8_t>, LocalRef> families;
-  const std::pair key(name, charset);
-  if (const auto found = families.find(key); found != families.end()) return found->second;
+LocalRef FamilyOf(std::u16string_view name, std::uint8_t charset) {
+  thread_local std::map<std::pair<std::u16string, std::uint8_t>, LocalRef, ByTypeface> families;
+  const ByTypeface::Typeface typeface(name, charset);
+  if (const auto found = families.find(typeface); found != families.end()) return found->second;
   if (families.size() == kMostFamilies) families.clear();
-  return families[key] = LocalRef(new Family(name, charset));
+  std::u16string own_name(name);
+  LocalRef family(new Family(own_name, charset));
+  families.emplace(std::pair(std::move(own_name), charset), family);
+  return family;
 }
 
-// The em height of a size in points, negative as the record wants it; halves round up.
-Long HeightOf(double points) {
+Family& In(const LocalRef& family) { return static_cast<Family&>(*family.Get()); }
+
+// The em height of a size in ten-thousandths of a point, negative as the record wants it; halves round up.
+Long HeightOf(Long size) {
+  constexpr std::int64_t kUnitsPerInch = 720000;
   const UnrecordedScope own_call;
-  const double pixels = std::floor(points * PixelsPerInch(nullptr) / 72.0 + 0.5);
-  return -static_cast<Long>(std::clamp(pixels, 0.0, double{std::numeric_limits<Long>::max()}));
-}
-
-double HeldSize(double points) {
-  if (std::isnan(points)) return 0;
-  return std::nearbyint(std::clamp(points, 0.0, kLargestSize) * 10000.0) / 10000.0;
+  const std::int64_t pixels =
+      (2 * std::int64_t{size} * PixelsPerInch(nullptr) + kUnitsPerInch) / (2 * kUnitsPerInch);
+  return -static_cast<Long>(std::clamp<std::int64_t>(pixels, 0, std::numeric_limits<Long>::max()));
 }
 
 }  // namespace
 
-StdFont::StdFont() : name_(u"Tahoma"), size_(8.25), weight_(400) {}
+StdFont::StdFont() : family_(FamilyOf(u"Tahoma", 0)) {}
 
-void StdFont::PutName(std::u16string name) {
-  if (name == name_) return;
-  name_ = std::move(name);
-  family_ = {};
+const std::u16string& StdFont::Name() const { return In(family_).Name(); }
+
+std::uint8_t StdFont::Charset() const { return In(family_).Charset(); }
+
+void StdFont::PutName(std::u16string_view name) {
+  if (name == Name()) return;
+  family_ = FamilyOf(name, Charset());
   handle_ = {};
 }
 
 void StdFont::PutSize(double points) {
-  size_ = HeldSize(points);
+  const double held = std::isnan(points) ? 0 : std::clamp(points, 0.0, kLargestSize);
+  size_ = static_cast<Long>(std::lrint(held * kSizeUnits));
   handle_ = {};
 }
 
@@ -138,16 +155,13 @@ void StdFont::PutStrikethrough(bool strikethrough) {
 }
 
 void StdFont::PutCharset(std::uint8_t charset) {
-  charset_ = charset;
-  family_ = {};
+  family_ = FamilyOf(Name(), charset);
   handle_ = {};
 }
 
 HFONT StdFont::hFont() const {
   if (handle_.Get() == nullptr) {
-    if (family_.Get() == nullptr) family_ = FamilyOf(name_, charset_);
-    auto& family = static_cast<Family&>(*family_.Get());
-    handle_ = family.Find({HeightOf(size_), weight_, italic_, underline_, strikethrough_});
+    handle_ = In(family_).Find({HeightOf(size_), weight_, italic_, underline_, strikethrough_});
   }
   const auto* handle = static_cast<const Handle*>(handle_.Get());
   return handle != nullptr ? handle->font : nullptr;

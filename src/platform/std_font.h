@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/local_ref.h"
 #include "platform/types.h"
@@ -11,22 +12,22 @@
 namespace marklet {
 
 // A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
-// holds the same object sees every change. Handles come from a cache of this thread: setting a property and
-// reading hFont again is cheap when that combination has been used before.
+// holds the same object sees every change; a copy is a font of its own. Handles come from a cache of this
+// thread: setting a property and reading hFont again is cheap when that combination has been used before.
 class StdFont {
  public:
   StdFont();  // Tahoma, 8.25 points, regular
 
-  const std::u16string& Name() const { return name_; }
-  double Size() const { return size_; }  // points
+  const std::u16string& Name() const;
+  double Size() const { return size_ / kSizeUnits; }  // points
   bool Bold() const { return weight_ > 550; }
   Long Weight() const { return weight_; }
   bool Italic() const { return italic_; }
   bool Underline() const { return underline_; }
   bool Strikethrough() const { return strikethrough_; }
-  std::uint8_t Charset() const { return charset_; }
+  std::uint8_t Charset() const;
 
-  void PutName(std::u16string name);
+  void PutName(std::u16string_view name);
   // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767.
   void PutSize(double points);
   void PutBold(bool bold);  // sets Weight to 700 or 400
@@ -42,14 +43,16 @@ class StdFont {
   HFONT hFont() const;
 
  private:
-  std::u16string name_;
-  double size_;
-  Long weight_;
+  static constexpr double kSizeUnits = 10000;  // a point
+
+  // The typeface: name, charset and the list of handles. Shared by the fonts of this thread that have it, so
+  // that a copy of a font costs no allocation.
+  LocalRef family_;
+  Long size_ = 82500;
+  Long weight_ = 400;
   bool italic_ = false, underline_ = false, strikethrough_ = false;
-  std::uint8_t charset_ = 0;
-  // The list of handles for this name and charset, and the handle. Empty when a property they depend on has
-  // changed since the last look-up.
-  mutable LocalRef family_, handle_;
+  // Empty when a property has changed since the last look-up.
+  mutable LocalRef handle_;
 };
 
 using FontRef = std::shared_ptr<StdFont>;

@@ -98,6 +98,24 @@ TEST(StdFont, CopiedGoesItsOwnWay) {
   EXPECT_EQ(font.hFont(), regular);
 }
 
+TEST(StdFont, CopiedKeepsTypefaceAndCharset) {
+  StdFont font;
+  font.PutName(u"A typeface with a long name");
+  font.PutCharset(161);
+  StdFont copy = font;
+  font.PutName(u"Verdana");
+  font.PutCharset(0);
+  EXPECT_EQ(copy.Name(), u"A typeface with a long name");
+  EXPECT_EQ(copy.Charset(), 161);
+}
+
+TEST(StdFont, TakesItsOwnNameAgain) {
+  StdFont font;
+  font.PutName(u"Verdana");
+  font.PutName(font.Name());
+  EXPECT_EQ(font.Name(), u"Verdana");
+}
+
 TEST(StdFont, OfElevenPixelsIsEightAndAQuarterPointsAt96PerInch) {
   if (PixelsPerInch(nullptr) != 96) GTEST_SKIP() << "the screen has another resolution";
   Picture picture(8, 8);
