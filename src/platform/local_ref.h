@@ -37,6 +37,8 @@ class LocalRef {
     if (object_ != nullptr) ++object_->references_;
   }
   void Release() const {
+    // The analyzer loses count where one object is held twice.
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete)
     if (object_ != nullptr && --object_->references_ == 0) delete object_;
   }
 
