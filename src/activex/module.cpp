@@ -29,7 +29,7 @@ bool ModuleIsUnused() { return references == 0; }
 }  // namespace marklet::activex
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
-  // Thread notifications stay on: the runtime in this module ends its per-thread values with them.
+  // Thread notifications stay on: the per-thread values end with them.
   if (reason == DLL_PROCESS_ATTACH) marklet::activex::instance = instance;
   return TRUE;
 }

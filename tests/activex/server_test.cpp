@@ -44,30 +44,6 @@ TEST(ServerModule, StaysWhileAnythingIsInUse) {
   EXPECT_EQ(S_OK, server.CanUnloadNow());
 }
 
-TEST(ServerModule, CanBeUnloadedAndLoadedAgain) {
-  // A copy, since the module of the other tests stays.
-  const std::wstring copy = FolderOfProgram() + L"\\unload_test.ocx";
-  ASSERT_TRUE(CopyFileW(ServerPath().c_str(), copy.c_str(), FALSE));
-  for (int i = 0; i < 3; ++i) {
-    const HMODULE module = LoadLibraryW(copy.c_str());
-    ASSERT_TRUE(module);
-    const auto get = reinterpret_cast<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(
-        reinterpret_cast<void (*)()>(GetProcAddress(module, "DllGetClassObject")));
-    const auto can_unload = reinterpret_cast<HRESULT(WINAPI*)()>(
-        reinterpret_cast<void (*)()>(GetProcAddress(module, "DllCanUnloadNow")));
-    {
-      ComPtr<IClassFactory> factory;
-      ASSERT_EQ(S_OK, get(kClassId, IID_PPV_ARGS(factory.GetAddressOf())));
-      ComPtr<IUnknown> control;
-      ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_PPV_ARGS(control.GetAddressOf())));
-      PutText(As<IDispatch>(control).Get(), L"Caption", L"again");
-    }
-    EXPECT_EQ(S_OK, can_unload());
-    FreeLibrary(module);
-  }
-  DeleteFileW(copy.c_str());
-}
-
 // The names of the modules in the import directory of a loaded image.
 std::vector<std::string> Imports(HMODULE module) {
   const auto* base = reinterpret_cast<const BYTE*>(module);

@@ -1,0 +1,124 @@
+// The server goes when nothing of it is in use, and takes everything with it: from threads that end, from
+// threads that go on, and from those that use it while others let go.
+#include "activex/container.h"
+#include "activex/server_copy.h"
+#include "support/gdi_handles.h"
+
+namespace ocx_test {
+namespace {
+
+constexpr int kRounds = 5;
+
+// A control's life from the copy: all that leaves something with its thread, fonts above all.
+void UseControl(const ServerCopy& server) {
+  Container container;
+  const ComPtr<IUnknown> control = server.CreateControl();
+  container.HostObject(control);
+  EXPECT_EQ(S_OK, As<IPersistStreamInit>(control)->InitNew());
+  EXPECT_EQ(S_OK, container.Activate());
+  const auto object = container.Dispatch();
+  PutText(object.Get(), L"Caption", L"<b>Bold</b> <i>italic</i> <f=DejaVu Serif>serif</f>");
+  PutNumber(object.Get(), L"FontSize", 11);
+  EXPECT_TRUE(UpdateWindow(container.ControlWindow()));
+  PumpMessages();
+  container.Close();
+}
+
+// The whole stay of a host thread that lets the server go before it ends.
+void LoadUseAndUnload(ServerCopy& server) {
+  const Apartment apartment;
+  ASSERT_TRUE(server.Load());
+  UseControl(server);
+  EXPECT_EQ(S_OK, server.CanUnloadNow());
+  server.Unload();
+}
+
+// The program's own server comes first, on the thread of the tests.
+class Unloading : public ::testing::Test {
+ protected:
+  void SetUp() override { Server::Get(); }
+};
+
+TEST_F(Unloading, LeavesNothingOfItsThreadsThatEnd) {
+  ServerCopy server(L"unload_threads.ocx");
+  ASSERT_TRUE(RunOnThread([&] { LoadUseAndUnload(server); }));
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kRounds; ++i) {
+    ASSERT_TRUE(RunOnThread([&] { LoadUseAndUnload(server); })) << "the thread never ended";
+    EXPECT_FALSE(server.IsLoaded());
+  }
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+}
+
+TEST_F(Unloading, GoesAtOnceFromAThreadThatGoesOn) {
+  ServerCopy server(L"unload_here.ocx");
+  LoadUseAndUnload(server);
+  EXPECT_FALSE(server.IsLoaded());
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kRounds; ++i) {
+    LoadUseAndUnload(server);
+    EXPECT_FALSE(server.IsLoaded());
+  }
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+}
+
+TEST_F(Unloading, AThreadThatEndsWhileTheServerStaysLeavesNothing) {
+  ServerCopy server(L"unload_stays.ocx");
+  ASSERT_TRUE(server.Load());
+  const auto use = [&] {
+    const Apartment apartment;
+    UseControl(server);
+  };
+  ASSERT_TRUE(RunOnThread(use));
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kRounds; ++i) ASSERT_TRUE(RunOnThread(use));
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+}
+
+// A thread that goes on after another one has let the server go for it: the fonts that the server kept for it
+// go too.
+TEST_F(Unloading, TakesWhatItKeptForThreadsThatGoOn) {
+  ServerCopy server(L"unload_elsewhere.ocx");
+  const auto unload_elsewhere = [&] {
+    ASSERT_TRUE(server.Load());
+    UseControl(server);
+    EXPECT_EQ(S_OK, server.CanUnloadNow());
+    ASSERT_TRUE(RunOnThread([&] { server.Unload(); }));
+    EXPECT_FALSE(server.IsLoaded());
+  };
+  unload_elsewhere();
+  const int before = marklet::CountGdiHandles();
+  for (int i = 0; i < kRounds; ++i) unload_elsewhere();
+  EXPECT_EQ(before, marklet::CountGdiHandles());
+}
+
+TEST_F(Unloading, AThreadUsesControlsWhileAnotherLetsGo) {
+  ServerCopy server(L"unload_shared.ocx");
+  for (int i = 0; i < kRounds; ++i) {
+    Signal in_use, let_go;
+    ASSERT_TRUE(server.Load());
+    HostThread other([&] {
+      const Apartment apartment;
+      ASSERT_TRUE(server.Load());
+      const ComPtr<IUnknown> control = server.CreateControl();
+      in_use.Give();
+      EXPECT_TRUE(let_go.Wait());
+      UseControl(server);
+    });
+    ASSERT_TRUE(in_use.Wait());
+    UseControl(server);
+    EXPECT_EQ(S_FALSE, server.CanUnloadNow()) << "the other thread has a control";
+    server.Unload();
+    EXPECT_TRUE(server.IsLoaded());
+    let_go.Give();
+    ASSERT_TRUE(other.Join());
+    EXPECT_EQ(S_OK, server.CanUnloadNow());
+    server.Unload();
+    EXPECT_FALSE(server.IsLoaded());
+  }
+}
+
+}  // namespace
+}  // namespace ocx_test
