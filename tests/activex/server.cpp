@@ -24,8 +24,8 @@ std::wstring FolderOfProgram() {
   return text.substr(0, text.find_last_of(L'\\'));
 }
 
-std::wstring ServerPath() { return Below(SERVER_PATH); }
-std::wstring ScriptsPath() { return Below(SCRIPTS_PATH); }
+std::wstring ServerPath() { return Below(MARKLET_SERVER); }
+std::wstring ScriptsPath() { return Below(MARKLET_SCRIPTS); }
 
 Variant Variant::Bool(bool value) {
   Variant result;
