@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "activex/window.h"
+
 namespace marklet::activex {
 namespace {
 
@@ -28,8 +30,10 @@ bool ModuleIsUnused() { return references == 0; }
 
 }  // namespace marklet::activex
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* process_ends) {
   // Thread notifications stay on: the per-thread values end with them.
   if (reason == DLL_PROCESS_ATTACH) marklet::activex::instance = instance;
+  // The system keeps the classes of modules that have gone.
+  if (reason == DLL_PROCESS_DETACH && !process_ends) marklet::activex::UnregisterWindowClass();
   return TRUE;
 }

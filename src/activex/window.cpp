@@ -76,6 +76,8 @@ const ControlWindow::Route ControlWindow::kRoutes[] = {
     {WM_NCDESTROY, &ControlWindow::OnLast},
 };
 
+void UnregisterWindowClass() { ::UnregisterClassW(kClassName, ModuleInstance()); }
+
 // --- The window -------------------------------------------------------------------------------------------
 
 ControlWindow::~ControlWindow() {

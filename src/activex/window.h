@@ -60,4 +60,7 @@ class ControlWindow {
   bool swallow_click_ = false;  // the release behind a double click is no click
 };
 
+// Before the module goes. There is no window left then.
+void UnregisterWindowClass();
+
 }  // namespace marklet::activex

@@ -8,6 +8,7 @@ namespace ocx_test {
 namespace {
 
 constexpr int kRounds = 5;
+constexpr wchar_t kWindowClass[] = L"zvsMarklet.Marklet";
 
 // A control's life from the copy: all that leaves something with its thread, fonts above all.
 void UseControl(const ServerCopy& server) {
@@ -118,6 +119,18 @@ TEST_F(Unloading, AThreadUsesControlsWhileAnotherLetsGo) {
     server.Unload();
     EXPECT_FALSE(server.IsLoaded());
   }
+}
+
+TEST_F(Unloading, TakesItsWindowClass) {
+  ServerCopy server(L"unload_class.ocx");
+  WNDCLASSEXW description = {};
+  description.cbSize = sizeof description;
+  ASSERT_TRUE(server.Load());
+  UseControl(server);
+  EXPECT_TRUE(GetClassInfoExW(server.Module(), kWindowClass, &description));
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+  EXPECT_FALSE(GetClassInfoExW(server.Module(), kWindowClass, &description));
 }
 
 }  // namespace
