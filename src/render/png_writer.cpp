@@ -1,33 +1,16 @@
 #include "render/png_writer.h"
 
-#include <array>
 #include <cstdlib>
 #include <span>
 #include <string_view>
 
+#include "platform/crc32.h"
 #include "render/deflate.h"
 
 namespace marklet {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr std::array<std::uint32_t, 256> MakeCrcTable() {
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t i = 0; i < 256; ++i) {
-    std::uint32_t value = i;
-    for (int bit = 0; bit < 8; ++bit) value = value & 1 ? 0xEDB88320u ^ value >> 1 : value >> 1;
-    table[i] = value;
-  }
-  return table;
-}
-constexpr auto kCrcTable = MakeCrcTable();
-
-std::uint32_t Crc32(std::span<const std::uint8_t> bytes) {
-  std::uint32_t crc = 0xFFFFFFFFu;
-  for (const std::uint8_t byte : bytes) crc = kCrcTable[(crc ^ byte) & 0xFF] ^ crc >> 8;
-  return ~crc;
-}
 
 void Append32(Bytes& bytes, std::uint32_t value) {
   for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
