@@ -7,6 +7,7 @@
 
 #include "control/ignore_errors.h"
 #include "control/marklet.h"
+#include "control/text_bytes.h"
 
 namespace marklet {
 namespace {
@@ -25,27 +26,6 @@ constexpr std::string_view kReadBeforeImages[] = {
     "UseMnemonic",       "Padding",    "Enabled",   "WordWrap",      "EffectColor",
     "VerticalAlignment", "TextEffect", "ImageSize", "ImageAlignment"};
 constexpr std::string_view kReadBehindImages[] = {"ImageKey", "ImageKeyHover"};
-
-// --- Texts ------------------------------------------------------------------------------------------------
-
-// Texts are saved as their code units, low byte first, so that no code page can touch them.
-ByteArray BytesOf(std::u16string_view text) {
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(text.size() * 2);
-  for (const char16_t unit : text) {
-    bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF));
-    bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
-  }
-  return OneDimension(std::move(bytes));
-}
-
-// An odd byte at the end is half a character and is dropped.
-std::u16string TextOf(const ByteArray& array) {
-  std::u16string text(array.bytes.size() / 2, u'\0');
-  for (std::size_t i = 0; i < text.size(); ++i)
-    text[i] = static_cast<char16_t>(array.bytes[2 * i] | array.bytes[2 * i + 1] << 8);
-  return text;
-}
 
 // --- Values -----------------------------------------------------------------------------------------------
 
@@ -70,7 +50,7 @@ Value FromBag(const BagValue& value) {
       [](const auto& held) -> Value {
         using Held = std::decay_t<decltype(held)>;
         if constexpr (std::is_same_v<Held, ByteArray>)
-          return TextOf(held);
+          return TextOf(held.bytes);
         else if constexpr (std::is_same_v<Held, std::int16_t>)
           return static_cast<Long>(held);
         else
@@ -166,7 +146,7 @@ void Marklet::WriteProperties(PropertyBag& bag) {
 // --- Images -----------------------------------------------------------------------------------------------
 
 // The count says how many images to look for, and may say anything. A saved form has no gaps: where this many
-// in a row aren't there, none follow.
+// aren't there, the count is wrong.
 void Marklet::LoadImages(PropertyBag& bag) {
   constexpr Long kMostAbsent = 100;
   Long count = 0;
@@ -180,7 +160,7 @@ void Marklet::LoadImages(PropertyBag& bag) {
   for (Long i = 1; i <= count && absent < kMostAbsent; ++i) {
     IgnoreErrors([&] {
       const auto image = std::make_shared<CIconBytes>();
-      absent = ReadImage(bag, i, *image) ? 0 : absent + 1;
+      if (!ReadImage(bag, i, *image)) ++absent;
       if (state_.Images) state_.Images->Add(image->Key(), image);  // a key that is taken keeps its image
     });
   }

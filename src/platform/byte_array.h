@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/rounding.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -17,9 +18,9 @@ struct ByteArray {
   std::vector<Bound> bounds;        // the first dimension runs fastest in memory; none for no array at all
   std::vector<std::uint8_t> bytes;  // as many as the counts multiply to
 
-  // Of the first dimension; -1 when there is no array, and for an array without elements.
+  // Of the first dimension; -1 when there is no array.
   Long UpperBound() const {
-    return bounds.empty() || bytes.empty() ? -1 : bounds.front().lower + bounds.front().count - 1;
+    return bounds.empty() ? -1 : WrapAdd(bounds.front().lower, WrapSub(bounds.front().count, 1));
   }
   friend bool operator==(const ByteArray&, const ByteArray&) = default;
 };

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -392,6 +393,27 @@ TEST(Persistence, ACellOfOneByteDoesNotSurvive) {
   HostedControl loaded;
   loaded.control.ReadProperties(bag);
   EXPECT_EQ(loaded.State().Images->Item(u"a")->GetBytes(0, 4), ByteArray());
+}
+
+// What counts is the first dimension's upper bound, not whether there is anything in it.
+TEST(Persistence, ACellIsKeptByItsFirstDimensionsUpperBound) {
+  const std::pair<ByteArray, bool> cells[] = {
+      {{{{0, 4}, {0, 0}}, {}}, true},
+      {{{{0, 0}, {0, 4}}, {}}, false},
+      {{{{5, 1}}, {1}}, true},
+      {{{{-5, 3}}, {1, 2, 3}}, false},
+      {{{{0, 1}, {0, 2}}, {1, 2}}, false},
+      {{{{std::numeric_limits<Long>::min(), 0}}, {}}, true},  // wraps around to the largest of all
+  };
+  for (const auto& [cell, kept] : cells) {
+    HostedControl hosted;
+    MemoryBag bag;
+    bag.Put("NumOfIconBytes", Long{1});
+    bag.Put("IcoBytesKey_1", std::u16string(u"a"));
+    bag.Put("IconBytesJ7K0_1", cell);
+    hosted.control.ReadProperties(bag);
+    EXPECT_EQ(hosted.State().Images->Item(1)->GetBytes(7, 0), kept ? cell : ByteArray()) << cell.UpperBound();
+  }
 }
 
 TEST(Persistence, ASecondImageUnderAKeyIsNotInTheList) {
