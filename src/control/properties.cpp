@@ -8,9 +8,9 @@
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "markup/font_colour_tags.h"
+#include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"
-#include "text/os_tests.h"
 #include "text/string_helpers.h"
 
 namespace marklet {

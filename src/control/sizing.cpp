@@ -1,10 +1,10 @@
 // AutoSize, and what a resize does to the finished picture.
 #include "control/ignore_errors.h"
 #include "control/marklet.h"
+#include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"
 #include "platform/text.h"
-#include "text/os_tests.h"
 #include "text/string_helpers.h"
 
 namespace marklet {

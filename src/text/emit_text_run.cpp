@@ -1,10 +1,10 @@
 #include "text/emit_text_run.h"
 
+#include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "text/manual_text.h"
-#include "text/os_tests.h"
 #include "text/shaping.h"
 #include "text/string_helpers.h"
 

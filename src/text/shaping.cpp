@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/os_tests.h"
 #include "platform/system.h"
 #include "platform/uniscribe.h"
-#include "text/os_tests.h"
 
 namespace marklet {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "text/emit_text_run.h"
-#include "text/os_tests.h"
 #include "text/shaping.h"
 #include "text/string_helpers.h"
 

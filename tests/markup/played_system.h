@@ -1,8 +1,8 @@
 // Plays another generation of the operating system for as long as the object lives.
 #pragma once
 
+#include "platform/os_tests.h"
 #include "platform/system.h"
-#include "text/os_tests.h"
 #include "text/shaping.h"
 
 namespace marklet {

@@ -5,8 +5,8 @@
 
 #include <ostream>
 
+#include "platform/os_tests.h"
 #include "platform/system.h"
-#include "text/os_tests.h"
 #include "text/shaping.h"
 
 namespace marklet {

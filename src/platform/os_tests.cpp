@@ -1,4 +1,4 @@
-#include "text/os_tests.h"
+#include "platform/os_tests.h"
 
 #include "platform/system.h"
 

@@ -1,4 +1,4 @@
-// The tests of the operating system on which the choice of text route depends.
+// The tests of the operating system on which the choice of text route, and that of compositing, depends.
 //
 // Each answer but IsNT4OrLater's is cached once per thread. ForgetOsTests empties the caches, for tests that
 // change the configured system.
