@@ -117,11 +117,11 @@ class BilinearStrip {
 }  // namespace
 
 bool CDib24::BilinearInto(CDib24& destination, COLORREF key) const {
-  if (bits_ == nullptr || destination.bits_ == nullptr || &destination == this) return false;
+  if (Bits() == nullptr || destination.Bits() == nullptr || &destination == this) return false;
   GdiFlush();
-  const PixelRows from{bits_, width_, height_, bytes_per_scan_line_};
-  const PixelRows to{destination.bits_, destination.width_, destination.height_,
-                     destination.bytes_per_scan_line_};
+  const PixelRows from{Bits(), Width(), Height(), BytesPerScanLine()};
+  const PixelRows to{destination.Bits(), destination.Width(), destination.Height(),
+                     destination.BytesPerScanLine()};
   const float row_step = StepOf(from.height, to.height);
   for (Long begin = 0; begin < to.width; begin += kStripColumns) {
     BilinearStrip strip(from, to, begin, key);

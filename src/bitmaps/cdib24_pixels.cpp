@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "bitmaps/cdib24.h"
+#include "bitmaps/nearest_axis.h"
 #include "bitmaps/pixel_rows.h"
 #include "platform/rounding.h"
 
@@ -24,18 +25,6 @@ const std::array<std::uint8_t, 3 * 255 + 1>& Means() {
 bool IsKeyPixel(const std::uint8_t* pixel) {
   return pixel[0] == kKeyBytes[0] && pixel[1] == kKeyBytes[1] && pixel[2] == kKeyBytes[2];
 }
-
-// Source positions of ResampleNearest.
-class NearestAxis {
- public:
-  NearestAxis(Long source_size, Long destination_size)
-      : last_(source_size - 1), ratio_(destination_size > 1 ? last_ / (destination_size - 1.0) : 0.0) {}
-  Long At(Long position) const { return std::min(RoundHalfEven(position * ratio_), last_); }
-
- private:
-  Long last_;
-  double ratio_;
-};
 
 void NearestStrip(const PixelRows& source, const PixelRows& destination, Long begin) {
   const Long count = std::min(kStripColumns, destination.width - begin);
@@ -67,13 +56,13 @@ void NearestStrip(const PixelRows& source, const PixelRows& destination, Long be
 
 void CDib24::Grayscale(COLORREF& key) {
   if (key == CLR_INVALID) key = KeyColour;
-  if (bits_ == nullptr) return;
+  if (Bits() == nullptr) return;
   GdiFlush();
   const auto& means = Means();
-  const PixelRows pixels{bits_, width_, height_, bytes_per_scan_line_};
-  for (Long y = 0; y < height_; ++y) {
+  const PixelRows pixels{Bits(), Width(), Height(), BytesPerScanLine()};
+  for (Long y = 0; y < Height(); ++y) {
     std::uint8_t* pixel = pixels.Row(y);
-    const std::uint8_t* end = pixel + static_cast<std::ptrdiff_t>(width_) * kBytesPerPixel;
+    const std::uint8_t* end = pixel + static_cast<std::ptrdiff_t>(Width()) * kBytesPerPixel;
     for (; pixel != end; pixel += kBytesPerPixel) {
       // Always KeyColour's own bytes, never the argument's: images mark their transparent pixels with these.
       if (IsKeyPixel(pixel)) continue;
@@ -86,10 +75,10 @@ void CDib24::Grayscale(COLORREF& key) {
 std::unique_ptr<CDib24> CDib24::ResampleNearest(Long new_width, Long new_height) const {
   auto resampled = std::make_unique<CDib24>();
   if (!resampled->Create(new_width, new_height)) return nullptr;
-  if (bits_ == nullptr) return resampled;
+  if (Bits() == nullptr) return resampled;
   GdiFlush();
-  const PixelRows from{bits_, width_, height_, bytes_per_scan_line_};
-  const PixelRows to{resampled->bits_, new_width, new_height, resampled->bytes_per_scan_line_};
+  const PixelRows from{Bits(), Width(), Height(), BytesPerScanLine()};
+  const PixelRows to{resampled->Bits(), new_width, new_height, resampled->BytesPerScanLine()};
   for (Long begin = 0; begin < new_width; begin += kStripColumns) NearestStrip(from, to, begin);
   return resampled;
 }

@@ -186,7 +186,7 @@ TEST(CDib24Handles, BlitsCarryTheirNumbersAndOperation) {
   surface.PaintTo(other.hDC(), 1, 2, -1, -1, 0, 0, SRCCOPY);
   surface.AlphaPaint(other.hDC(), 1, 2, 3, -4, 5, 6, 77, true);
   EXPECT_EQ(recorder.Lines(), (Lines{"BitBlt(0,0,3,4,1,2,0x8800C6)", "BitBlt(1,2,3,4,5,6,0x660046)",
-                                     "BitBlt(1,2,5,3,0,0,0xCC0020)", "AlphaBlend(1,2,3,3,5,6,77,1)"}));
+                                     "BitBlt(1,2,5,3,0,0,0xCC0020)", "AlphaBlend(1,2,3,3,5,6,3,3,77,1)"}));
 }
 
 TEST(CDib24Handles, ResizeKeyedWithTheSameSizeIsOneBlit) {

@@ -157,7 +157,7 @@ TEST_P(AlphaBlendOnto, FollowsTheFormulaButForItsRoundings) {
     const auto constant = static_cast<std::uint8_t>(round == 0 ? 0 : round == 1 ? 255 : random());
     const bool use_alpha = random() % 2 == 0;
     const std::vector<COLORREF> before = to.Colours();
-    ASSERT_TRUE(AlphaBlend(to.Context(), 0, 0, 16, 16, from.Context(), 0, 0, constant, use_alpha));
+    ASSERT_TRUE(AlphaBlend(to.Context(), 0, 0, 16, 16, from.Context(), 0, 0, 16, 16, constant, use_alpha));
     for (Long y = 0; y < 16; ++y)
       for (Long x = 0; x < 16; ++x) {
         const COLORREF d = before[static_cast<std::size_t>(y * 16 + x)], s = from.Pixel(x, y),
@@ -178,39 +178,65 @@ TEST(AlphaBlend, IsExactAtTheEndsOfTheScale) {
   to.FillRandomly(random);
   from.FillRandomly(random);
   const std::vector<COLORREF> before = to.Colours();
-  AlphaBlend(to.Context(), 0, 0, 8, 8, from.Context(), 0, 0, 0, false);
+  AlphaBlend(to.Context(), 0, 0, 8, 8, from.Context(), 0, 0, 8, 8, 0, false);
   EXPECT_EQ(to.Colours(), before);
-  AlphaBlend(to.Context(), 0, 0, 8, 8, from.Context(), 0, 0, 255, false);
+  AlphaBlend(to.Context(), 0, 0, 8, 8, from.Context(), 0, 0, 8, 8, 255, false);
   EXPECT_EQ(to.Colours(), from.Colours());
 }
 
 TEST(AlphaBlend, LeavesOutWhatLiesOutsideTheDestination) {
   Picture to(4, 4), from(8, 8, 32);
   from.Fill(0xFF);
-  EXPECT_TRUE(AlphaBlend(to.Context(), -2, 3, 8, 8, from.Context(), 0, 0, 255, true));
+  EXPECT_TRUE(AlphaBlend(to.Context(), -2, 3, 8, 8, from.Context(), 0, 0, 8, 8, 255, true));
   EXPECT_EQ(InkOf(to, 0), (RECT{0, 3, 4, 4}));
 }
 
 TEST(AlphaBlend, RefusesToReadOutsideTheSource) {
   Picture to(4, 4), from(4, 4, 32);
   from.Fill(0xFF);
-  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 5, 4, from.Context(), 0, 0, 255, true));
-  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 2, 2, from.Context(), 3, 0, 255, true));
-  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 2, 2, from.Context(), -1, 0, 255, true));
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 5, 4, from.Context(), 0, 0, 5, 4, 255, true));
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 2, 2, from.Context(), 3, 0, 2, 2, 255, true));
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 2, 2, from.Context(), -1, 0, 2, 2, 255, true));
   EXPECT_EQ(InkOf(to, 0), RECT{});
 }
 
 TEST(AlphaBlend, RefusesAlphaFromASourceThatHasNone) {
   Picture to(4, 4), from(4, 4, 24);
   from.Fill(0xFF);
-  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 255, true));
-  EXPECT_TRUE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 255, false));
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 4, 255, true));
+  EXPECT_TRUE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 4, 255, false));
+}
+
+TEST(AlphaBlend, SamplesTheNearestPixelWhereSizesDiffer) {
+  std::mt19937 random(5);
+  Picture to(6, 6), from(8, 8, 32);
+  to.FillRandomly(random);
+  from.FillRandomly(random);
+  const std::vector<COLORREF> before = to.Colours();
+  ASSERT_TRUE(AlphaBlend(to.Context(), 1, -2, 4, 6, from.Context(), 3, 2, 2, 3, 255, false));
+  for (Long y = 0; y < 6; ++y)
+    for (Long x = 0; x < 6; ++x) {
+      const bool inside = x >= 1 && x < 5 && y < 4;
+      EXPECT_EQ(to.Pixel(x, y), inside ? from.Pixel(3 + (x - 1) / 2, 2 + (y + 2) / 2)
+                                       : before[static_cast<std::size_t>(y * 6 + x)])
+          << x << ", " << y;
+    }
+}
+
+TEST(AlphaBlend, OfNothingDrawsNothing) {
+  Picture to(4, 4), from(4, 4, 32);
+  from.Fill(0xFF);
+  AlphaBlend(to.Context(), 0, 0, 0, 4, from.Context(), 0, 0, 4, 4, 255, false);
+  AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 0, 255, false);
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, -1, 4, 255, false));
+  EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, -4, 4, from.Context(), 0, 0, 4, 4, 255, false));
+  EXPECT_EQ(InkOf(to, 0), RECT{});
 }
 
 TEST(AlphaBlend, NeedsTwoContexts) {
   Picture picture(4, 4, 32);
-  EXPECT_FALSE(AlphaBlend(nullptr, 0, 0, 4, 4, picture.Context(), 0, 0, 255, true));
-  EXPECT_FALSE(AlphaBlend(picture.Context(), 0, 0, 4, 4, nullptr, 0, 0, 255, true));
+  EXPECT_FALSE(AlphaBlend(nullptr, 0, 0, 4, 4, picture.Context(), 0, 0, 4, 4, 255, true));
+  EXPECT_FALSE(AlphaBlend(picture.Context(), 0, 0, 4, 4, nullptr, 0, 0, 4, 4, 255, true));
 }
 
 }  // namespace

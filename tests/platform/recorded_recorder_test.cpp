@@ -68,11 +68,11 @@ TEST_F(Recorded, ContextsAreLeftOut) {
   const HDC dc = CreateCompatibleDC(Context());
   DeleteDC(dc);
   BitBlt(Context(), 1, 2, 3, 4, source_.Context(), 5, 6, SRCCOPY);
-  AlphaBlend(Context(), 0, 0, 3, 4, source_.Context(), 5, 6, 200, true);
+  AlphaBlend(Context(), 0, 0, 3, 4, source_.Context(), 5, 6, 7, 8, 200, true);
   MoveToEx(Context(), -1, 2);
   LineTo(Context(), 3, -4);
   EXPECT_EQ(recorder.Lines(), (Lines{"CreateCompatibleDC()", "DeleteDC()", "BitBlt(1,2,3,4,5,6,0xCC0020)",
-                                     "AlphaBlend(0,0,3,4,5,6,200,1)", "MoveToEx(-1,2)", "LineTo(3,-4)"}));
+                                     "AlphaBlend(0,0,3,4,5,6,7,8,200,1)", "MoveToEx(-1,2)", "LineTo(3,-4)"}));
 }
 
 TEST_F(Recorded, ObjectsTellWhatTheyAre) {
@@ -238,7 +238,7 @@ TEST_F(Refused, CallsFailAsTheirContractsSay) {
   EXPECT_EQ(SelectObject(Context(), picture_.Bitmap()), nullptr);
   EXPECT_FALSE(DeleteObject(picture_.Bitmap()));
   EXPECT_FALSE(BitBlt(Context(), 0, 0, 1, 1, source_.Context(), 0, 0, SRCCOPY));
-  EXPECT_FALSE(AlphaBlend(Context(), 0, 0, 1, 1, source_.Context(), 0, 0, 255, false));
+  EXPECT_FALSE(AlphaBlend(Context(), 0, 0, 1, 1, source_.Context(), 0, 0, 1, 1, 255, false));
   EXPECT_EQ(CreateSolidBrush(0), nullptr);
   EXPECT_FALSE(FillRect(Context(), rect, nullptr));
   EXPECT_EQ(CreatePen(1, 0), nullptr);

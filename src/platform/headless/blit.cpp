@@ -137,8 +137,8 @@ void MixPixel(std::uint8_t* to, int to_bytes, const std::uint8_t* from, unsigned
 }
 
 bool InsideSource(const Surface& from, Long source_x, Long source_y, Long width, Long height) {
-  return source_x >= 0 && source_y >= 0 && std::int64_t{source_x} + width <= from.width &&
-         std::int64_t{source_y} + height <= from.height;
+  return width >= 0 && height >= 0 && source_x >= 0 && source_y >= 0 &&
+         std::int64_t{source_x} + width <= from.width && std::int64_t{source_y} + height <= from.height;
 }
 
 }  // namespace
@@ -158,22 +158,26 @@ bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source
 }
 
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
-                Long source_y, std::uint8_t constant_alpha, bool use_source_alpha) {
+                Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
+                bool use_source_alpha) {
   if (Refused(Operation::kAlphaBlend, destination, x, y, width, height, source, source_x, source_y,
-              constant_alpha, use_source_alpha))
+              source_width, source_height, constant_alpha, use_source_alpha))
     return false;
   if (destination == nullptr || source == nullptr || width < 0 || height < 0) return false;
   const Surface &to = destination->surface, &from = source->surface;
-  if (!InsideSource(from, source_x, source_y, width, height)) return false;
+  if (!InsideSource(from, source_x, source_y, source_width, source_height)) return false;
   if (use_source_alpha && from.bytes_per_pixel != 4) return false;
   if (to.bits == nullptr || to.bits == from.bits) return to.bits == nullptr;
-  const Clipped area = ClipToBoth(to, x, y, width, height, from, source_x, source_y);
+  if (source_width == 0 || source_height == 0) return true;
   const auto blend = use_source_alpha ? BlendPixel : MixPixel;
-  for (std::int64_t row = 0; row < area.height; ++row) {
-    std::uint8_t* d = to.At(area.x, area.y + row);
-    const std::uint8_t* s = from.At(area.source_x, area.source_y + row);
-    for (std::int64_t i = 0; i < area.width; ++i, d += to.bytes_per_pixel, s += from.bytes_per_pixel)
-      blend(d, to.bytes_per_pixel, s, constant_alpha);
+  const Box area = Intersect({x, y, std::int64_t{x} + width, std::int64_t{y} + height}, to.Bounds());
+  for (std::int64_t row = area.top; row < area.bottom; ++row) {
+    std::uint8_t* d = to.At(area.left, row);
+    const std::int64_t source_row = source_y + (row - y) * source_height / height;
+    for (std::int64_t column = area.left; column < area.right; ++column, d += to.bytes_per_pixel) {
+      const std::int64_t source_column = source_x + (column - x) * source_width / width;
+      blend(d, to.bytes_per_pixel, from.At(source_column, source_row), constant_alpha);
+    }
   }
   return true;
 }

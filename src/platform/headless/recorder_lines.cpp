@@ -22,7 +22,7 @@ constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms =
     {"SelectObject", "-o"},
     {"DeleteObject", "o"},
     {"BitBlt", "-dddd-ddx"},
-    {"AlphaBlend", "-dddd-dddd"},
+    {"AlphaBlend", "-dddd-dddddd"},
     {"CreateSolidBrush", "c"},
     {"FillRect", "-ro"},
     {"CreatePen", "dc"},

@@ -108,12 +108,13 @@ bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source
 }
 
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
-                Long source_y, std::uint8_t constant_alpha, bool use_source_alpha) {
+                Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
+                bool use_source_alpha) {
   if (!destination || !source) return false;
   const BLENDFUNCTION blend = {AC_SRC_OVER, 0, constant_alpha,
                                static_cast<BYTE>(use_source_alpha ? AC_SRC_ALPHA : 0)};
-  return ::AlphaBlend(Native(destination), x, y, width, height, Native(source), source_x, source_y, width,
-                      height, blend);
+  return ::AlphaBlend(Native(destination), x, y, width, height, Native(source), source_x, source_y,
+                      source_width, source_height, blend);
 }
 
 HBRUSH CreateSolidBrush(COLORREF colour) { return Wrap(::CreateSolidBrush(colour)); }
