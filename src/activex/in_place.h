@@ -20,6 +20,9 @@ class InPlace {
   HRESULT Hide();
   bool IsActive() const { return state_ == State::Active; }
 
+  // Where the container has put the window, in pixels of its client area.
+  const ::RECT& Position() const { return position_; }
+
   // Asks the container for another size at the same place.
   void RequestSize(::SIZE size);
   ::HWND Window() const;

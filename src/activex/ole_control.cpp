@@ -34,6 +34,16 @@ HRESULT OleControlFace::GetControlInfo(CONTROLINFO* info) {
   });
 }
 
+// Colours, font, name and direction are what a new control and a saved one begin with, and are asked for
+// then. DISPID_UNKNOWN says that any may have changed.
+HRESULT OleControlFace::OnAmbientPropertyChange(DISPID id) {
+  if (id != DISPID_AMBIENT_USERMODE && id != DISPID_UNKNOWN) return S_OK;
+  return Call([this] {
+    control_.host.UserModeMayHaveChanged();
+    return S_OK;
+  });
+}
+
 HRESULT OleControlFace::FreezeEvents(BOOL freeze) {
   control_.events.Freeze(freeze != FALSE);
   return S_OK;

@@ -14,7 +14,7 @@ class OleControlFace final : public Face<IOleControl> {
   STDMETHODIMP OnMnemonic(LPMSG) override {
     return S_OK;
   }  // no event: what follows is the host's focus logic
-  STDMETHODIMP OnAmbientPropertyChange(DISPID) override { return S_OK; }  // they are asked for at every use
+  STDMETHODIMP OnAmbientPropertyChange(DISPID id) override;
   STDMETHODIMP FreezeEvents(BOOL freeze) override;
 
  private:

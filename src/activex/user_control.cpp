@@ -5,6 +5,27 @@
 #include "platform/rounding.h"
 
 namespace marklet::activex {
+namespace {
+
+// The control's place in its container, for a host that adds nothing around the control.
+class Place final : public NamedMembers {
+ public:
+  explicit Place(const ::RECT& place) : place_(place) {}
+
+  std::optional<Long> GetLong(std::string_view name) override {
+    if (name == "Left") return place_.left;
+    if (name == "Top") return place_.top;
+    if (name == "Width") return place_.right - place_.left;
+    if (name == "Height") return place_.bottom - place_.top;
+    return std::nullopt;
+  }
+  bool PutLong(std::string_view, Long) override { return false; }
+
+ private:
+  ::RECT place_;  // pixels
+};
+
+}  // namespace
 
 OleUserControl::OleUserControl(ControlObject& control)
     : control_(control), ambient_(control.site), last_size_(control.extent.Pixels()) {}
@@ -58,7 +79,16 @@ void OleUserControl::PutEnabled(bool enabled) {
 }
 
 void OleUserControl::EnableWindow() {
-  if (control_.window.Handle()) ::EnableWindow(control_.window.Handle(), enabled_ || !ambient_.UserMode());
+  user_mode_ = ambient_.UserMode();
+  if (control_.window.Handle()) ::EnableWindow(control_.window.Handle(), enabled_ || !user_mode_);
+}
+
+void OleUserControl::UserModeMayHaveChanged() {
+  const bool before = user_mode_;
+  EnableWindow();
+  if (user_mode_ == before) return;
+  control_.marklet.RedrawNow();
+  control_.view.NotifyChange();
 }
 
 // There is always a font: Nothing leaves the one that stands.
@@ -82,7 +112,9 @@ HWND OleUserControl::ContainerHwnd() {
 
 std::shared_ptr<NamedMembers> OleUserControl::Parent() { return MembersOf(control_.site.Container()); }
 std::shared_ptr<NamedMembers> OleUserControl::Extender() {
-  return MembersOf(control_.site.ExtendedControl());
+  if (auto members = MembersOf(control_.site.ExtendedControl())) return members;
+  if (!control_.in_place.IsActive()) return nullptr;
+  return std::make_shared<Place>(control_.in_place.Position());
 }
 
 void OleUserControl::PropertyChanged(std::string_view name) {

@@ -52,6 +52,8 @@ class OleUserControl final : public UserControl {
   void Resized();
   // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
   void EnableWindow();
+  // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
+  void UserModeMayHaveChanged();
 
  private:
   void RequestSize(::SIZE size);
@@ -60,6 +62,7 @@ class OleUserControl final : public UserControl {
   SiteAmbient ambient_;
   ::SIZE last_size_ = {};
   bool enabled_ = true;
+  bool user_mode_ = true;  // as the window knows it
   FontRef font_ = std::make_shared<StdFont>();
   OLE_COLOR back_color_ = 0x8000000F;
   HostObjectRef mouse_icon_;

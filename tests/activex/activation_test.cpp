@@ -1,5 +1,6 @@
 // In-place activation, sizes and painting, in our own container.
 #include <cmath>
+#include <memory>
 
 #include "activex/container.h"
 
@@ -338,6 +339,39 @@ TEST_F(Activation, PaintsOnThePaintMessage) {
   ReleaseDC(window_, dc);
 }
 
+// What WM_PRINT asks for comes in the same picture as what is on the window.
+TEST_F(Activation, PrintsWhatItsWindowShows) {
+  Activate();
+  PutNumber(object_.Get(), L"BackColor", 0x0000FF);
+  PutText(object_.Get(), L"Caption", L"<b>M</b>M");
+  for (const UINT message : {WM_PRINT, WM_PRINTCLIENT}) {
+    Picture picture(200, 60);
+    SendMessageW(window_, message, reinterpret_cast<WPARAM>(picture.Dc()), PRF_CLIENT | PRF_ERASEBKGND);
+    const HDC dc = GetDC(window_);
+    int different = 0;
+    for (int y = 0; y < 60; ++y)
+      for (int x = 0; x < 200; ++x) {
+        const DWORD shown = GetPixel(dc, x, y);  // 0xBBGGRR
+        different += picture.At(x, y) != ((shown & 0xFF) << 16 | (shown & 0xFF00) | shown >> 16);
+      }
+    ReleaseDC(window_, dc);
+    EXPECT_EQ(0, different) << "message " << message;
+    EXPECT_GT(picture.Count(0xFF0000), 10000);
+    EXPECT_LT(picture.Count(0xFF0000), 200 * 60);
+  }
+}
+
+TEST_F(Activation, PrintsAtTheOriginOfTheContext) {
+  Activate();
+  MakeRed();
+  Picture picture(200, 60);
+  SetViewportOrgEx(picture.Dc(), 30, 20, nullptr);
+  SendMessageW(window_, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.Dc()), PRF_CLIENT);
+  EXPECT_EQ(kUntouched, picture.At(29, 20));
+  EXPECT_EQ(kUntouched, picture.At(30, 19));
+  EXPECT_EQ(0xFF0000u, picture.At(30, 20));
+}
+
 TEST_F(Activation, NeverErases) {
   Activate();
   Picture picture(200, 60);
@@ -550,6 +584,72 @@ TEST(AmbientProperties, HaveDefaultsWhereTheHostHasNone) {
   EXPECT_EQ(82500, size.int64);
   PutText(object.Get(), L"Caption", L"\x0391");
   EXPECT_EQ(L"\x0391", GetText(object.Get(), L"Caption")) << "run mode";
+}
+
+class ChangingAmbients : public Activation {
+ protected:
+  void Tell(DISPID id) { EXPECT_EQ(S_OK, As<IOleControl>(object_)->OnAmbientPropertyChange(id)); }
+};
+
+TEST_F(ChangingAmbients, ADesignerTakesTheMouseOfADisabledControlAndGivesItBack) {
+  for (const DISPID id : {DISPID{DISPID_AMBIENT_USERMODE}, DISPID{DISPID_UNKNOWN}}) {
+    container_.ambients.user_mode = true;
+    ASSERT_EQ(S_OK, container_.Activate());
+    object_ = container_.Dispatch();
+    window_ = container_.ControlWindow();
+    Tell(id);
+    EXPECT_EQ(S_OK, PutByName(object_.Get(), L"Enabled", Variant::Bool(false)));
+    EXPECT_FALSE(IsWindowEnabled(window_));
+    container_.ambients.user_mode = false;
+    EXPECT_FALSE(IsWindowEnabled(window_)) << "nobody has said so yet";
+    Tell(id);
+    EXPECT_TRUE(IsWindowEnabled(window_));
+    container_.ambients.user_mode = true;
+    Tell(DISPID_AMBIENT_BACKCOLOR);
+    EXPECT_TRUE(IsWindowEnabled(window_)) << "that was another property";
+    Tell(id);
+    EXPECT_FALSE(IsWindowEnabled(window_));
+    EXPECT_EQ(S_OK, PutByName(object_.Get(), L"Enabled", Variant::Bool(true)));
+  }
+}
+
+TEST_F(ChangingAmbients, TheDesignersOutlineComesAndGoes) {
+  Activate();
+  PutNumber(object_.Get(), L"BackStyle", 0);
+  PutText(object_.Get(), L"Caption", L"");
+  const auto print = [&] {
+    auto picture = std::make_unique<Picture>(200, 60);
+    SendMessageW(window_, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture->Dc()), PRF_CLIENT);
+    return picture;
+  };
+  const auto differ = [](const Picture& a, const Picture& b) {
+    int count = 0;
+    for (int x = 0; x < 200; ++x) count += a.At(x, 0) != b.At(x, 0);
+    return count;
+  };
+  const auto run = print();
+  container_.ambients.user_mode = false;
+  Tell(DISPID_AMBIENT_USERMODE);
+  EXPECT_EQ(100, differ(*run, *print())) << "every other pixel of the edge";
+  container_.ambients.user_mode = true;
+  Tell(DISPID_AMBIENT_USERMODE);
+  EXPECT_EQ(0, differ(*run, *print()));
+}
+
+TEST_F(ChangingAmbients, OthersAreTheNextNewControlsDefaults) {
+  Activate();
+  container_.ambients.back_color = 0x112233;
+  container_.ambients.fore_color = 0x332211;
+  container_.ambients.display_name = L"later";
+  container_.ambients.font = AmbientFont();
+  Tell(DISPID_UNKNOWN);
+  EXPECT_EQ(static_cast<long>(0x8000000F), GetNumber(object_.Get(), L"BackColor"));
+  EXPECT_EQ(L"Tahoma", GetText(object_.Get(), L"FontName"));
+  EXPECT_EQ(S_OK, As<IPersistStreamInit>(container_.Object())->InitNew());
+  EXPECT_EQ(0x112233, GetNumber(object_.Get(), L"BackColor"));
+  EXPECT_EQ(0x332211, GetNumber(object_.Get(), L"ForeColor"));
+  EXPECT_EQ(L"later", GetText(object_.Get(), L"Caption"));
+  EXPECT_EQ(L"DejaVu Serif", GetText(object_.Get(), L"FontName"));
 }
 
 TEST(AmbientProperties, ADesignerGetsAPlaceholderForUnicodeTexts) {
