@@ -518,7 +518,7 @@ TEST_F(Activation, QuickActivationDoesItAllAtOnce) {
   answer.cbSize = sizeof answer;
   const auto quick = As<IQuickActivate>(control);
   ASSERT_EQ(S_OK, quick->QuickActivate(&container, &answer));
-  EXPECT_EQ(131473u, answer.dwMiscStatus);
+  EXPECT_EQ(139665u, answer.dwMiscStatus);
   EXPECT_NE(0u, answer.dwEventCookie);
   EXPECT_NE(0u, answer.dwPropNotifyCookie);
   PutText(As<IDispatch>(control).Get(), L"Caption", L"connected");

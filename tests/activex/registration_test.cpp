@@ -59,7 +59,7 @@ void ExpectRegistered(HKEY hive) {
   expect(key + L"\\ProgID|", L"zvsMarklet.Marklet");
   expect(key + L"\\InprocServer32|", ServerPath());
   expect(key + L"\\InprocServer32|ThreadingModel", L"Apartment");
-  expect(key + L"\\MiscStatus\\1|", L"131473");
+  expect(key + L"\\MiscStatus\\1|", L"139665");
   expect(key + L"\\ToolboxBitmap32|", ServerPath() + L", 101");
   expect(key + L"\\TypeLib|", L"{8F6B874C-6DE0-4902-A016-DBCDD8F272C1}");
   expect(key + L"\\Version|", L"3.0");

@@ -178,9 +178,10 @@ TEST(ControlIdentity, ReportsHowItWantsToBeHosted) {
   DWORD status = 0;
   const auto object = As<IOleObject>(CreateControl());
   ASSERT_EQ(S_OK, object->GetMiscStatus(DVASPECT_CONTENT, &status));
-  EXPECT_EQ(static_cast<DWORD>(OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
-                               OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST),
-            status);
+  EXPECT_EQ(
+      static_cast<DWORD>(OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
+                         OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_ACTSLIKELABEL | OLEMISC_SETCLIENTSITEFIRST),
+      status);
   LPOLESTR type = nullptr;
   ASSERT_EQ(S_OK, object->GetUserType(USERCLASSTYPE_FULL, &type));
   EXPECT_STREQ(L"Marklet", type);
