@@ -23,7 +23,7 @@ Control::Control(HWND window, const RECT& place) {
   Check(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&object_)));
   Check(object_.As(&properties_));
   Check(object_.As(&in_place_));
-  site_.Attach(new Site(window, place));
+  site_ = new Site(window, place);
   site_->Attach(in_place_.Get());
 
   // A control that is told its site first knows its ambient properties when it takes its first values.

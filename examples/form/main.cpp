@@ -22,7 +22,8 @@ namespace form {
 namespace {
 
 LRESULT CALLBACK FormProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  if (message == WM_DESTROY) {
+  // The controls leave the window before it goes.
+  if (message == WM_CLOSE) {
     PostQuitMessage(0);
     return 0;
   }
@@ -73,16 +74,19 @@ int Show(const std::wstring& picture_file) {
   for (const Item& item : Contents()) controls.push_back(Place(window, item));
   ShowWindow(window, SW_SHOW);
   UpdateWindow(window);
+  int result = 0;
   if (picture_file.empty()) {
     HandleMessages();
-    return 0;
+  } else {
+    HandleMessagesFor(500);
+    if (!SavePicture(window, picture_file)) {
+      std::fwprintf(stderr, L"form: can't write %ls\n", picture_file.c_str());
+      result = 1;
+    }
   }
-  HandleMessagesFor(500);
-  const bool saved = SavePicture(window, picture_file);
-  if (!saved) std::fwprintf(stderr, L"form: can't write %ls\n", picture_file.c_str());
   controls.clear();
   DestroyWindow(window);
-  return saved ? 0 : 1;
+  return result;
 }
 
 int Run(const std::vector<std::wstring>& arguments) {

@@ -9,7 +9,8 @@
 
 namespace form {
 
-// The client site of one control. Counts its own references; lives as long as the control holds it.
+// The client site of one control. It begins without a reference: assign it to a ComPtr, which counts the
+// first one. It lives as long as anybody holds it.
 class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
  public:
   // `window` is where the control's window goes, `place` where in it, in pixels.
@@ -66,7 +67,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleCon
  private:
   ~Site() = default;
 
-  ULONG references_ = 1;
+  ULONG references_ = 0;
   HWND window_;
   RECT place_;
   IOleInPlaceObject* control_ = nullptr;
