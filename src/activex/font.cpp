@@ -77,7 +77,7 @@ class FontListener final : public ComObject<IPropertyNotifySink> {
 FontRef FontFromObject(IUnknown* object) {
   ComPtr<IFont> source;
   if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(source.GetAddressOf())))) return nullptr;
-  const auto font = std::make_shared<StdFont>();
+  auto font = std::make_shared<StdFont>();
   CopyFont(*source.Get(), *font);
   return font;
 }

@@ -1,5 +1,7 @@
 #include "activex/pointer.h"
 
+#include <bit>
+
 #include "activex/value_conversion.h"
 
 namespace marklet::activex {
@@ -33,7 +35,7 @@ LPCWSTR SystemCursor(Long number) {
   OLE_HANDLE handle = 0;
   if (FAILED(picture->get_Type(&type)) || type != PICTYPE_ICON || FAILED(picture->get_Handle(&handle)))
     return nullptr;
-  return reinterpret_cast<::HCURSOR>(static_cast<ULONG_PTR>(handle));
+  return std::bit_cast<::HCURSOR>(ULONG_PTR{handle});
 }
 
 }  // namespace

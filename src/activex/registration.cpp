@@ -93,7 +93,7 @@ class Key {
   Key(const Key&) = delete;
   Key& operator=(const Key&) = delete;
   HKEY* Out() { return &key_; }
-  operator HKEY() const { return key_; }
+  HKEY Get() const { return key_; }
 
  private:
   HKEY key_ = nullptr;
@@ -111,7 +111,7 @@ HRESULT WriteRow(HKEY root, const Row& row) {
       ::RegCreateKeyExW(root, row.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.Out(), nullptr);
   if (status == ERROR_SUCCESS) {
     const auto bytes = static_cast<DWORD>((row.value.size() + 1) * sizeof(wchar_t));
-    status = ::RegSetValueExW(key, row.name.c_str(), 0, REG_SZ,
+    status = ::RegSetValueExW(key.Get(), row.name.c_str(), 0, REG_SZ,
                               reinterpret_cast<const BYTE*>(row.value.c_str()), bytes);
   }
   return HRESULT_FROM_WIN32(static_cast<unsigned long>(status));
@@ -127,7 +127,7 @@ bool HasSubkeys(HKEY root, const std::wstring& path) {
   Key key;
   DWORD count = 0;
   return ::RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, key.Out()) == ERROR_SUCCESS &&
-         ::RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
+         ::RegQueryInfoKeyW(key.Get(), nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
                             nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
          count != 0;
 }
@@ -141,7 +141,9 @@ HRESULT RemoveLibrary(HKEY root, const Names& names) {
   bool shared = false;
   for (const wchar_t* locale : kLocales) {
     const std::wstring key = names.version_key + L"\\" + locale;
-    note(DeleteTree(root, key + L"\\" + kSystem));
+    std::wstring own = key;
+    own.append(L"\\").append(kSystem);
+    note(DeleteTree(root, own));
     shared = shared || HasSubkeys(root, key);
   }
   if (shared) return result;
@@ -162,7 +164,7 @@ HRESULT RegisterServer(RegistrationScope scope) {
   AddClassRows(names, module, rows);
   AddLibraryRows(names, module, rows);
   for (const Row& row : rows) {
-    result = WriteRow(root, row);
+    result = WriteRow(root.Get(), row);
     if (FAILED(result)) {
       UnregisterServer(scope);
       return SELFREG_E_CLASS;
@@ -179,10 +181,10 @@ HRESULT UnregisterServer(RegistrationScope scope) {
   std::vector<std::wstring> trees = {names.class_key, names.prog_id};
   for (const Identity* identity : kInterfaces) trees.push_back(InterfaceKey(*identity));
   for (const std::wstring& tree : trees) {
-    const HRESULT step = DeleteTree(root, tree);
+    const HRESULT step = DeleteTree(root.Get(), tree);
     if (FAILED(step)) result = step;
   }
-  const HRESULT step = RemoveLibrary(root, names);
+  const HRESULT step = RemoveLibrary(root.Get(), names);
   return FAILED(step) ? step : result;
 }
 

@@ -1,6 +1,7 @@
 #include "activex/window.h"
 
 #include <array>
+#include <bit>
 
 #include "activex/control_object.h"
 #include "activex/module.h"
@@ -146,11 +147,11 @@ void ControlWindow::ReleaseContext() {
 
 LRESULT CALLBACK ControlWindow::Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_NCCREATE) {
-    auto* self = static_cast<ControlWindow*>(reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
+    auto* self = static_cast<ControlWindow*>(std::bit_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
     self->window_ = window;
     ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
   }
-  auto* self = reinterpret_cast<ControlWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+  auto* self = std::bit_cast<ControlWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
   if (!self) return ::DefWindowProcW(window, message, wparam, lparam);
   const Entry entry(self->control_);
   LRESULT result = 0;
@@ -183,7 +184,7 @@ LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
 }
 
 LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
-  control_.marklet.PaintControl(Wrap(reinterpret_cast<::HDC>(wparam)));
+  control_.marklet.PaintControl(Wrap(std::bit_cast<::HDC>(wparam)));
   return 0;
 }
 

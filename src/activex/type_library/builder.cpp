@@ -24,7 +24,7 @@ std::string Describe(std::string_view what, HRESULT result) {
 class Name {
  public:
   explicit Name(std::string_view ascii) : text_(Wide(ascii)) {}
-  operator wchar_t*() { return text_.data(); }
+  wchar_t* Get() { return text_.data(); }
 
  private:
   std::wstring text_;
@@ -65,15 +65,15 @@ Builder::Builder(SYSKIND kind, const std::wstring& path) {
   Check(::LoadTypeLib(L"stdole2.tlb", std_ole_.GetAddressOf()), "stdole2.tlb");
   Check(library_->SetGuid(ParseGuid(library::kGuid)), "library GUID");
   Check(library_->SetVersion(library::kMajorVersion, library::kMinorVersion), "library version");
-  Check(library_->SetName(Name(library::kName)), "library name");
-  Check(library_->SetDocString(Name(library::kHelp)), "library help");
+  Check(library_->SetName(Name(library::kName).Get()), "library name");
+  Check(library_->SetDocString(Name(library::kHelp).Get()), "library help");
   Check(library_->SetLcid(library::kLocale), "library locale");
   Check(library_->SetLibFlags(LIBFLAG_FCONTROL), "library flags");
 }
 
 Builder::Com<ICreateTypeInfo> Builder::Create(const Identity& identity, TYPEKIND kind, unsigned short flags) {
   Com<ICreateTypeInfo> info;
-  Check(library_->CreateTypeInfo(Name(identity.name), kind, info.GetAddressOf()), identity.name);
+  Check(library_->CreateTypeInfo(Name(identity.name).Get(), kind, info.GetAddressOf()), identity.name);
   Check(info->SetGuid(ParseGuid(identity.guid)), identity.name);
   Check(info->SetVersion(kind == TKIND_ENUM ? 0 : 1, 0), identity.name);
   if (flags) Check(info->SetTypeFlags(flags), identity.name);
@@ -105,17 +105,18 @@ Builder::Com<ITypeInfo> Builder::OwnType(std::string_view guid) {
 void Builder::AddEnumeration(const Enumeration& enumeration) {
   const Com<ICreateTypeInfo> info = Create({enumeration.name, enumeration.guid}, TKIND_ENUM, 0);
   unsigned index = 0;
+  MEMBERID id = 0x40000000;  // where compilers of type libraries begin to number
   for (const EnumMember& member : enumeration.members) {
     VARIANT value;
     value.vt = VT_I4;
     value.lVal = member.value;
     VARDESC variable = {};
-    variable.memid = static_cast<MEMBERID>(0x40000000 + index);  // as compilers of type libraries number them
+    variable.memid = id++;
     variable.varkind = VAR_CONST;
     variable.elemdescVar.tdesc.vt = VT_I4;
     variable.lpvarValue = &value;
     Check(info->AddVarDesc(index, &variable), member.name);
-    Check(info->SetVarName(index, Name(member.name)), member.name);
+    Check(info->SetVarName(index, Name(member.name).Get()), member.name);
     ++index;
   }
   Finish(*info.Get());
@@ -173,11 +174,12 @@ void Builder::AddFunction(ICreateTypeInfo& info, unsigned index, const Member& m
   Check(info.AddFuncDesc(index, &function), member.name);
 
   std::vector<LPOLESTR> name_pointers;
+  name_pointers.reserve(names.size());
   for (std::wstring& name : names) name_pointers.push_back(name.data());
   // An accessor that shares its DISPID with an earlier one has that one's name.
   Check(info.SetFuncAndParamNames(index, name_pointers.data(), static_cast<UINT>(name_pointers.size())),
         member.name);
-  if (!member.help.empty()) Check(info.SetFuncDocString(index, Name(member.help)), member.name);
+  if (!member.help.empty()) Check(info.SetFuncDocString(index, Name(member.help).Get()), member.name);
 }
 
 ITypeInfo* Builder::AddInterface(const Identity& identity, unsigned short flags,
