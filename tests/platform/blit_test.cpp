@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -26,7 +26,7 @@ COLORREF Combined(std::uint32_t rop, COLORREF d, COLORREF s) {
 }
 
 // What a copy must give: every source pixel is read before any is written.
-std::vector<COLORREF> ExpectedCopy(const Picture& to, const Picture& from, const Area& area,
+std::vector<COLORREF> ExpectedCopy(const TestPicture& to, const TestPicture& from, const Area& area,
                                    std::uint32_t rop) {
   std::vector<COLORREF> result = to.Colours();
   for (Long y = 0; y < to.Height(); ++y)
@@ -40,7 +40,7 @@ std::vector<COLORREF> ExpectedCopy(const Picture& to, const Picture& from, const
   return result;
 }
 
-bool Copy(const Picture& to, const Picture& from, const Area& area, std::uint32_t rop) {
+bool Copy(const TestPicture& to, const TestPicture& from, const Area& area, std::uint32_t rop) {
   return BitBlt(to.Context(), area.x, area.y, area.width, area.height, from.Context(), area.source_x,
                 area.source_y, rop);
 }
@@ -61,7 +61,7 @@ class BitBltBetween : public testing::TestWithParam<Depths> {};
 
 TEST_P(BitBltBetween, CombinesWhatLiesOnBoth) {
   std::mt19937 random(1);
-  Picture to(19, 13, GetParam().to), from(16, 21, GetParam().from);
+  TestPicture to(19, 13, GetParam().to), from(16, 21, GetParam().from);
   for (int round = 0; round < 400; ++round) {
     to.FillRandomly(random);
     from.FillRandomly(random);
@@ -83,7 +83,7 @@ class BitBltWithin : public testing::TestWithParam<int> {};
 
 TEST_P(BitBltWithin, OverlapsWithoutReadingWhatItWrote) {
   std::mt19937 random(2);
-  Picture picture(19, 13, GetParam());
+  TestPicture picture(19, 13, GetParam());
   for (int round = 0; round < 400; ++round) {
     picture.FillRandomly(random);
     const Area area = RandomArea(random);
@@ -97,14 +97,14 @@ TEST_P(BitBltWithin, OverlapsWithoutReadingWhatItWrote) {
 INSTANTIATE_TEST_SUITE_P(Depths, BitBltWithin, testing::Values(24, 32));
 
 TEST(BitBlt, CarriesAlphaBetweenFourBytePixels) {
-  Picture to(2, 1, 32), from(2, 1, 32);
+  TestPicture to(2, 1, 32), from(2, 1, 32);
   from.Fill(0x80);
   EXPECT_TRUE(Copy(to, from, {0, 0, 2, 1, 0, 0}, SRCCOPY));
   EXPECT_EQ(to.At(1, 0)[3], 0x80);
 }
 
 TEST(BitBlt, StandsTheEndsOfTheNumbers) {
-  Picture to(4, 4), from(4, 4);
+  TestPicture to(4, 4), from(4, 4);
   from.Fill(0x77);
   EXPECT_TRUE(Copy(to, from, {kMin, kMin, kMax, kMax, kMax, kMax}, SRCCOPY));
   EXPECT_TRUE(Copy(to, from, {kMax, kMax, kMax, kMax, 0, 0}, SRCCOPY));
@@ -115,14 +115,14 @@ TEST(BitBlt, StandsTheEndsOfTheNumbers) {
 }
 
 TEST(BitBlt, FromTheLowestCoordinatesOnStaysInPlace) {
-  Picture to(4, 4), from(4, 4);
+  TestPicture to(4, 4), from(4, 4);
   from.Fill(0x77);
   EXPECT_TRUE(Copy(to, from, {-1000, -1000, 1002, 1003, -1000, -1000}, SRCCOPY));
   EXPECT_EQ(InkOf(to, 0), (RECT{0, 0, 2, 3}));
 }
 
 TEST(BitBlt, NeedsTwoContexts) {
-  Picture picture(4, 4);
+  TestPicture picture(4, 4);
   EXPECT_FALSE(BitBlt(nullptr, 0, 0, 4, 4, picture.Context(), 0, 0, SRCCOPY));
   EXPECT_FALSE(BitBlt(picture.Context(), 0, 0, 4, 4, nullptr, 0, 0, SRCCOPY));
 }
@@ -133,7 +133,7 @@ double Blended(double d, double s, double alpha, double constant) {
 }
 
 // A pixel whose channels don't exceed its alpha.
-void FillPremultiplied(Picture& picture, std::mt19937& random) {
+void FillPremultiplied(TestPicture& picture, std::mt19937& random) {
   for (Long y = 0; y < picture.Height(); ++y)
     for (Long x = 0; x < picture.Width(); ++x) {
       std::uint8_t* pixel = picture.At(x, y);
@@ -150,7 +150,7 @@ class AlphaBlendOnto : public testing::TestWithParam<int> {};
 
 TEST_P(AlphaBlendOnto, FollowsTheFormulaButForItsRoundings) {
   std::mt19937 random(3);
-  Picture to(16, 16, GetParam()), from(16, 16, 32);
+  TestPicture to(16, 16, GetParam()), from(16, 16, 32);
   for (int round = 0; round < 60; ++round) {
     to.FillRandomly(random);
     FillPremultiplied(from, random);
@@ -174,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(Depths, AlphaBlendOnto, testing::Values(24, 32));
 
 TEST(AlphaBlend, IsExactAtTheEndsOfTheScale) {
   std::mt19937 random(4);
-  Picture to(8, 8), from(8, 8, 32);
+  TestPicture to(8, 8), from(8, 8, 32);
   to.FillRandomly(random);
   from.FillRandomly(random);
   const std::vector<COLORREF> before = to.Colours();
@@ -185,14 +185,14 @@ TEST(AlphaBlend, IsExactAtTheEndsOfTheScale) {
 }
 
 TEST(AlphaBlend, LeavesOutWhatLiesOutsideTheDestination) {
-  Picture to(4, 4), from(8, 8, 32);
+  TestPicture to(4, 4), from(8, 8, 32);
   from.Fill(0xFF);
   EXPECT_TRUE(AlphaBlend(to.Context(), -2, 3, 8, 8, from.Context(), 0, 0, 8, 8, 255, true));
   EXPECT_EQ(InkOf(to, 0), (RECT{0, 3, 4, 4}));
 }
 
 TEST(AlphaBlend, RefusesToReadOutsideTheSource) {
-  Picture to(4, 4), from(4, 4, 32);
+  TestPicture to(4, 4), from(4, 4, 32);
   from.Fill(0xFF);
   EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 5, 4, from.Context(), 0, 0, 5, 4, 255, true));
   EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 2, 2, from.Context(), 3, 0, 2, 2, 255, true));
@@ -201,7 +201,7 @@ TEST(AlphaBlend, RefusesToReadOutsideTheSource) {
 }
 
 TEST(AlphaBlend, RefusesAlphaFromASourceThatHasNone) {
-  Picture to(4, 4), from(4, 4, 24);
+  TestPicture to(4, 4), from(4, 4, 24);
   from.Fill(0xFF);
   EXPECT_FALSE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 4, 255, true));
   EXPECT_TRUE(AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 4, 255, false));
@@ -209,7 +209,7 @@ TEST(AlphaBlend, RefusesAlphaFromASourceThatHasNone) {
 
 TEST(AlphaBlend, SamplesTheNearestPixelWhereSizesDiffer) {
   std::mt19937 random(5);
-  Picture to(6, 6), from(8, 8, 32);
+  TestPicture to(6, 6), from(8, 8, 32);
   to.FillRandomly(random);
   from.FillRandomly(random);
   const std::vector<COLORREF> before = to.Colours();
@@ -224,7 +224,7 @@ TEST(AlphaBlend, SamplesTheNearestPixelWhereSizesDiffer) {
 }
 
 TEST(AlphaBlend, OfNothingDrawsNothing) {
-  Picture to(4, 4), from(4, 4, 32);
+  TestPicture to(4, 4), from(4, 4, 32);
   from.Fill(0xFF);
   AlphaBlend(to.Context(), 0, 0, 0, 4, from.Context(), 0, 0, 4, 4, 255, false);
   AlphaBlend(to.Context(), 0, 0, 4, 4, from.Context(), 0, 0, 4, 0, 255, false);
@@ -234,7 +234,7 @@ TEST(AlphaBlend, OfNothingDrawsNothing) {
 }
 
 TEST(AlphaBlend, NeedsTwoContexts) {
-  Picture picture(4, 4, 32);
+  TestPicture picture(4, 4, 32);
   EXPECT_FALSE(AlphaBlend(nullptr, 0, 0, 4, 4, picture.Context(), 0, 0, 4, 4, 255, true));
   EXPECT_FALSE(AlphaBlend(picture.Context(), 0, 0, 4, 4, nullptr, 0, 0, 4, 4, 255, true));
 }

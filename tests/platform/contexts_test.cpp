@@ -1,7 +1,7 @@
 // Contexts, what is selected in them, and handles that aren't there.
 #include <limits>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -17,7 +17,7 @@ TEST(Contexts, StandOnNoPixelsAtFirst) {
 }
 
 TEST(Contexts, ShowThePixelsOfTheSelectedBitmap) {
-  Picture picture(5, 3);
+  TestPicture picture(5, 3);
   PixelView view;
   ASSERT_TRUE(PixelsOf(picture.Context(), view));
   EXPECT_EQ(view.bits, picture.At(0, 2));
@@ -28,7 +28,7 @@ TEST(Contexts, ShowThePixelsOfTheSelectedBitmap) {
 }
 
 TEST(Contexts, GiveBackWhatWasSelectedBefore) {
-  Picture picture(4, 4);
+  TestPicture picture(4, 4);
   const HBRUSH first = CreateSolidBrush(1), second = CreateSolidBrush(2);
   const HGDIOBJ original = SelectObject(picture.Context(), first);
   EXPECT_NE(original, nullptr);
@@ -39,7 +39,7 @@ TEST(Contexts, GiveBackWhatWasSelectedBefore) {
 }
 
 TEST(Contexts, KeepABitmapToThemselves) {
-  Picture picture(4, 4);
+  TestPicture picture(4, 4);
   const HDC other = CreateCompatibleDC(nullptr);
   EXPECT_EQ(SelectObject(other, picture.Bitmap()), nullptr);
   EXPECT_TRUE(DeleteDC(other));
@@ -100,7 +100,7 @@ TEST(Handles, OfAnotherKindAreNoBitmaps) {
 }
 
 TEST(Modes, ReturnTheirFormerValue) {
-  Picture picture(4, 4);
+  TestPicture picture(4, 4);
   const HDC dc = picture.Context();
   EXPECT_EQ(SetBkMode(dc, 1), 2);
   EXPECT_EQ(SetBkMode(dc, 2), 1);

@@ -1,7 +1,7 @@
 // DrawTextW: each layout is compared with the same lines put at worked out points by TextOutW.
 #include <limits>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -12,7 +12,7 @@ constexpr Long kWidth = 240, kHeight = 120;
 class TextBoxes : public testing::Test {
  protected:
   TextBoxes() {
-    for (Picture* picture : {&picture_, &expected_}) {
+    for (TestPicture* picture : {&picture_, &expected_}) {
       picture->Fill(0xFF);
       LOGFONTW record;
       record.lfHeight = -13;
@@ -43,7 +43,7 @@ class TextBoxes : public testing::Test {
     EXPECT_EQ(picture_.Colours(), expected_.Colours());
   }
   Long Baseline(std::u16string_view text) {
-    Picture scratch(kWidth, kHeight);
+    TestPicture scratch(kWidth, kHeight);
     scratch.Fill(0xFF);
     LOGFONTW record;
     record.lfHeight = -13;
@@ -69,7 +69,7 @@ class TextBoxes : public testing::Test {
     return (rect.bottom - rect.top) / height_;
   }
 
-  Picture picture_{kWidth, kHeight}, expected_{kWidth, kHeight};
+  TestPicture picture_{kWidth, kHeight}, expected_{kWidth, kHeight};
   RECT clip_;
   Long height_ = 0;
 };

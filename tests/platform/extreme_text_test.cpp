@@ -2,8 +2,8 @@
 #include <chrono>
 #include <limits>
 
-#include "platform/picture.h"
 #include "platform/std_font.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -31,7 +31,7 @@ class ExtremeText : public testing::Test {
       }
   }
 
-  Picture picture_{100, 60};
+  TestPicture picture_{100, 60};
   StdFont font_;
   HGDIOBJ former_ = SelectObject(Context(), font_.hFont());
 };

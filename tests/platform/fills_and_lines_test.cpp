@@ -1,7 +1,7 @@
 // Fills, lines and the focus frame against loops that decide pixel by pixel.
 #include <limits>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -29,7 +29,7 @@ class FillRectOnDepth : public testing::TestWithParam<int> {};
 
 TEST_P(FillRectOnDepth, FillsLeftAndTopUpToRightAndBottom) {
   std::mt19937 random(1);
-  Picture picture(kWidth, kHeight, GetParam());
+  TestPicture picture(kWidth, kHeight, GetParam());
   for (int round = 0; round < 300; ++round) {
     picture.FillRandomly(random);
     std::vector<COLORREF> expected = picture.Colours();
@@ -50,7 +50,7 @@ TEST_P(FillRectOnDepth, FillsLeftAndTopUpToRightAndBottom) {
 INSTANTIATE_TEST_SUITE_P(Depths, FillRectOnDepth, testing::Values(24, 32));
 
 TEST(FillRect, ClearsTheAlphaOfFourBytePixels) {
-  Picture picture(4, 4, 32);
+  TestPicture picture(4, 4, 32);
   picture.Fill(0xFF);
   const HBRUSH brush = CreateSolidBrush(0x123456);
   FillRect(picture.Context(), {0, 0, 2, 4}, brush);
@@ -60,7 +60,7 @@ TEST(FillRect, ClearsTheAlphaOfFourBytePixels) {
 }
 
 TEST(FillRect, NeedsAContextAndABrush) {
-  Picture picture(4, 4);
+  TestPicture picture(4, 4);
   const HBRUSH brush = CreateSolidBrush(0xFFFFFF);
   EXPECT_FALSE(FillRect(nullptr, {0, 0, 4, 4}, brush));
   EXPECT_FALSE(FillRect(picture.Context(), {0, 0, 4, 4}, nullptr));
@@ -89,7 +89,7 @@ class Lines : public testing::Test {
   }
 
   static constexpr COLORREF kColour = 0x0000FF;
-  Picture picture_{kWidth, kHeight};
+  TestPicture picture_{kWidth, kHeight};
   HPEN pen_;
   HGDIOBJ former_;
 };
@@ -158,7 +158,7 @@ bool OnEdge(const RECT& rect, Long x, Long y) {
 
 TEST(DrawFocusRect, InvertsTheEdgesPixelsWhoseCoordinatesHaveAnOddSum) {
   std::mt19937 random(2);
-  Picture picture(kWidth, kHeight);
+  TestPicture picture(kWidth, kHeight);
   for (int round = 0; round < 200; ++round) {
     picture.FillRandomly(random);
     std::vector<COLORREF> expected = picture.Colours();
@@ -176,7 +176,7 @@ TEST(DrawFocusRect, InvertsTheEdgesPixelsWhoseCoordinatesHaveAnOddSum) {
 
 TEST(DrawFocusRect, TwiceLeavesNoTrace) {
   std::mt19937 random(3);
-  Picture picture(kWidth, kHeight);
+  TestPicture picture(kWidth, kHeight);
   picture.FillRandomly(random);
   const std::vector<COLORREF> before = picture.Colours();
   DrawFocusRect(picture.Context(), {2, 1, 15, 12});
@@ -186,7 +186,7 @@ TEST(DrawFocusRect, TwiceLeavesNoTrace) {
 }
 
 TEST(DrawFocusRect, ReachesToTheEndsOfTheNumbers) {
-  Picture picture(kWidth, kHeight);
+  TestPicture picture(kWidth, kHeight);
   EXPECT_TRUE(DrawFocusRect(picture.Context(), {kMin, 3, kMax, 6}));
   EXPECT_EQ(picture.Pixel(0, 3), 0xFFFFFFu);
   EXPECT_EQ(picture.Pixel(1, 3), 0u);

@@ -1,7 +1,7 @@
 // How text looks with the pinned fonts.
 #include <set>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 #include "platform/uniscribe.h"
 
 namespace marklet {
@@ -45,7 +45,7 @@ class Glyphs : public testing::Test {
     return ink;
   }
 
-  Picture picture_{240, 40};
+  TestPicture picture_{240, 40};
 };
 
 TEST_F(Glyphs, StandOneAfterTheOther) {
@@ -61,7 +61,7 @@ TEST_F(Glyphs, StandOneAfterTheOther) {
 
 TEST_F(Glyphs, OfEveryDepthAreTheSame) {
   const std::vector<COLORREF> three_bytes = Drawn(u"Total \u05E9\u05DC \u4E2D");
-  Picture deep(240, 40, 32);
+  TestPicture deep(240, 40, 32);
   deep.Fill(0xFF);
   deep.UseFont(Record());
   SetBkMode(deep.Context(), 1);

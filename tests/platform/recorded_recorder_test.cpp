@@ -2,9 +2,9 @@
 #include <stdexcept>
 
 #include "platform/headless/recorder.h"
-#include "platform/picture.h"
 #include "platform/std_font.h"
 #include "platform/system.h"
+#include "platform/test_picture.h"
 #include "platform/uniscribe.h"
 
 namespace marklet {
@@ -16,7 +16,7 @@ class Recorded : public testing::Test {
  protected:
   HDC Context() const { return picture_.Context(); }
 
-  Picture picture_{20, 10}, source_{30, 40, 32};
+  TestPicture picture_{20, 10}, source_{30, 40, 32};
 };
 
 TEST_F(Recorded, CallsAreLinesInTheirOrder) {
@@ -287,7 +287,7 @@ TEST_F(Refused, CallsMustHaveANameThatExists) {
 }
 
 TEST(Replay, DrawsTheSameAgain) {
-  Picture picture(60, 20);
+  TestPicture picture(60, 20);
   Recorder recorder;
   const auto paint = [&picture] {
     const HBRUSH brush = CreateSolidBrush(0xC0FFFF);
@@ -315,7 +315,7 @@ TEST(Replay, DrawsTheSameAgain) {
 }
 
 TEST(Replay, MakesContextsAndBitmapsOfItsOwn) {
-  Picture picture(20, 10);
+  TestPicture picture(20, 10);
   const Recorder recorder;
   std::uint8_t* bits = nullptr;
   const HDC scratch = CreateCompatibleDC(nullptr);
@@ -335,7 +335,7 @@ TEST(Replay, MakesContextsAndBitmapsOfItsOwn) {
 
 // The leak checker watches this one.
 TEST(Replay, OwnsWhatTheProgramKept) {
-  Picture picture(20, 10);
+  TestPicture picture(20, 10);
   const Recorder recorder;
   std::uint8_t* bits = nullptr;
   const HDC kept = CreateCompatibleDC(nullptr);
@@ -351,7 +351,7 @@ TEST(Replay, OwnsWhatTheProgramKept) {
 }
 
 TEST(Replay, LeavesOutWhatWasMadeToFail) {
-  Picture picture(20, 10);
+  TestPicture picture(20, 10);
   const HBRUSH brush = CreateSolidBrush(0x00FF00);
   Recorder recorder;
   recorder.Fail("FillRect", 1);

@@ -3,8 +3,8 @@
 #include <limits>
 #include <thread>
 
-#include "platform/picture.h"
 #include "platform/system.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -118,7 +118,7 @@ TEST(StdFont, TakesItsOwnNameAgain) {
 
 TEST(StdFont, OfElevenPixelsIsEightAndAQuarterPointsAt96PerInch) {
   if (PixelsPerInch(nullptr) != 96) GTEST_SKIP() << "the screen has another resolution";
-  Picture picture(8, 8);
+  TestPicture picture(8, 8);
   LOGFONTW record;
   record.lfHeight = -11;
   record.lfFaceName = u"Tahoma";
@@ -136,7 +136,7 @@ TEST(StdFont, OfElevenPixelsIsEightAndAQuarterPointsAt96PerInch) {
 // A caption can name any number of typefaces and sizes; the handles of those out of use must not pile up, nor
 // that of one still in use go.
 TEST(StdFont, OutlivesAThousandOthers) {
-  Picture picture(8, 8);
+  TestPicture picture(8, 8);
   StdFont kept;
   kept.PutSize(20);
   const HGDIOBJ former = SelectObject(picture.Context(), kept.hFont());
@@ -161,7 +161,7 @@ TEST(StdFont, OfAnotherThreadGoesWithIt) {
   const StdFont here;
   const HFONT handle = here.hFont();
   std::thread([] {
-    Picture picture(20, 20);
+    TestPicture picture(20, 20);
     const StdFont font;
     const HGDIOBJ former = SelectObject(picture.Context(), font.hFont());
     EXPECT_GT(picture.Extent(u"Total").cx, 0);

@@ -1,7 +1,7 @@
 // TextOutW and ExtTextOutW: alignment, background, clip.
 #include <limits>
 
-#include "platform/picture.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -12,7 +12,7 @@ constexpr Long kMin = std::numeric_limits<Long>::min(), kMax = std::numeric_limi
 class TextAtPoint : public testing::TestWithParam<int> {
  protected:
   TextAtPoint() {
-    for (Picture* picture : {&picture_, &expected_}) {
+    for (TestPicture* picture : {&picture_, &expected_}) {
       picture->Fill(0xFF);
       LOGFONTW record;
       record.lfHeight = -13;
@@ -30,7 +30,7 @@ class TextAtPoint : public testing::TestWithParam<int> {
     EXPECT_EQ(picture_.Colours(), expected_.Colours());
   }
 
-  Picture picture_{120, 60, GetParam()}, expected_{120, 60, GetParam()};
+  TestPicture picture_{120, 60, GetParam()}, expected_{120, 60, GetParam()};
   SIZE size_;
 };
 
@@ -110,7 +110,7 @@ TEST_P(TextAtPoint, IsCutAtTheEdgesOfThePicture) {
   for (const Long x : {-10, -3, 100, 118})
     for (const Long y : {-9, -2, 50, 58}) EXPECT_TRUE(TextOutW(Context(), x, y, u"Total"));
   // A piece of the same text on a larger picture.
-  Picture larger(320, 260, GetParam());
+  TestPicture larger(320, 260, GetParam());
   larger.Fill(0xFF);
   LOGFONTW record;
   record.lfHeight = -13;

@@ -1,8 +1,8 @@
 // Widths and heights of text, whatever the font looks like.
 #include <limits>
 
-#include "platform/picture.h"
 #include "platform/system.h"
+#include "platform/test_picture.h"
 
 namespace marklet {
 namespace {
@@ -20,7 +20,7 @@ class TextExtents : public testing::Test {
   }
   Long WidthOf(std::u16string_view text) const { return picture_.Extent(text).cx; }
 
-  Picture picture_{64, 32};
+  TestPicture picture_{64, 32};
 };
 
 TEST_F(TextExtents, AreTheSumsOfTheirCharacters) {

@@ -14,23 +14,23 @@
 
 namespace marklet {
 
-class Picture {
+class TestPicture {
  public:
-  Picture(Long width, Long height, int depth = 24)
+  TestPicture(Long width, Long height, int depth = 24)
       : width_(width), height_(height), bytes_(depth / 8), stride_((width * (depth / 8) + 3) / 4 * 4) {
     dc_ = CreateCompatibleDC(nullptr);
     bitmap_ = CreateDIBSection(dc_, width, height, depth, bits_);
     former_ = SelectObject(dc_, bitmap_);
   }
-  ~Picture() {
+  ~TestPicture() {
     if (former_font_ != nullptr) SelectObject(dc_, former_font_);
     SelectObject(dc_, former_);
     DeleteObject(bitmap_);
     DeleteDC(dc_);
     for (const HFONT font : fonts_) DeleteObject(font);
   }
-  Picture(const Picture&) = delete;
-  Picture& operator=(const Picture&) = delete;
+  TestPicture(const TestPicture&) = delete;
+  TestPicture& operator=(const TestPicture&) = delete;
 
   HDC Context() const { return dc_; }
   HBITMAP Bitmap() const { return bitmap_; }
@@ -92,7 +92,7 @@ class Picture {
 };
 
 // The box around all pixels that aren't of the background; empty (all 0) when there are none.
-inline RECT InkOf(const Picture& picture, COLORREF background) {
+inline RECT InkOf(const TestPicture& picture, COLORREF background) {
   RECT ink{picture.Width(), picture.Height(), 0, 0};
   for (Long y = 0; y < picture.Height(); ++y)
     for (Long x = 0; x < picture.Width(); ++x) {
