@@ -21,38 +21,36 @@ char16_t FoldCase(char16_t ch) {
   return ch;
 }
 
-bool SameKey(std::u16string_view a, std::u16string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return FoldCase(x) == FoldCase(y); });
-}
-
 }  // namespace
 
-std::vector<ImageCollection::Entry>::const_iterator ImageCollection::Find(std::u16string_view key) const {
-  return std::find_if(entries_.begin(), entries_.end(),
-                      [key](const Entry& entry) { return SameKey(entry.key, key); });
+bool ImageCollection::LessWithoutCase::operator()(std::u16string_view a, std::u16string_view b) const {
+  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                      [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });
 }
 
 bool ImageCollection::Add(std::u16string key, ImageRef image) {
-  if (Find(key) != entries_.end()) return false;
-  entries_.push_back({std::move(key), std::move(image)});
-  return true;
+  // So that nothing fails behind the insertion.
+  if (order_.size() == order_.capacity()) order_.reserve(2 * order_.size() + 1);
+  const auto [place, is_new] = keys_.try_emplace(std::move(key), std::move(image));
+  if (is_new) order_.push_back(place);
+  return is_new;
 }
 
 ImageRef ImageCollection::Item(std::u16string_view key) const {
-  const auto found = Find(key);
-  return found == entries_.end() ? nullptr : found->image;
+  const auto found = keys_.find(key);
+  return found == keys_.end() ? nullptr : found->second;
 }
 
 ImageRef ImageCollection::Item(Long position) const {
   if (position < 1 || position > Count()) return nullptr;
-  return entries_[static_cast<std::size_t>(position) - 1].image;
+  return order_[static_cast<std::size_t>(position) - 1]->second;
 }
 
 bool ImageCollection::Remove(std::u16string_view key) {
-  const auto found = Find(key);
-  if (found == entries_.end()) return false;
-  entries_.erase(found);
+  const auto found = keys_.find(key);
+  if (found == keys_.end()) return false;
+  order_.erase(std::find(order_.begin(), order_.end(), Keys::const_iterator(found)));
+  keys_.erase(found);
   return true;
 }
 

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace marklet {
 namespace {
 
@@ -58,6 +64,63 @@ TEST(ImageCollection, RemovalClosesTheGap) {
   EXPECT_FALSE(images.Remove(u"A"));
   EXPECT_EQ(images.Item(1), second);
   EXPECT_EQ(images.Count(), 1);
+}
+
+TEST(ImageCollection, AKeyIsFreeAgainAfterItsRemovalAndJoinsAtTheEnd) {
+  ImageCollection images;
+  const ImageRef again = NewImage();
+  images.Add(u"a", NewImage());
+  images.Add(u"b", NewImage());
+  images.Remove(u"a");
+  EXPECT_TRUE(images.Add(u"A", again));
+  EXPECT_EQ(images.Item(2), again);
+  EXPECT_EQ(images.Item(u"a"), again);
+}
+
+TEST(ImageCollection, AKeyThatBeginsAnotherIsAKeyOfItsOwn) {
+  ImageCollection images;
+  EXPECT_TRUE(images.Add(u"", NewImage()));
+  EXPECT_TRUE(images.Add(u"a", NewImage()));
+  EXPECT_TRUE(images.Add(std::u16string(u"a\0", 2), NewImage()));
+  EXPECT_EQ(images.Count(), 3);
+}
+
+// Held against a list that is searched from its beginning.
+TEST(ImageCollection, BehavesAsAListThroughAnyCalls) {
+  std::mt19937 random(3);
+  ImageCollection images;
+  std::vector<std::pair<char16_t, ImageRef>> list;  // by lower-case letter
+  for (int step = 0; step < 5000; ++step) {
+    const char16_t letter = static_cast<char16_t>(u'a' + random() % 20);
+    const std::u16string key(1, static_cast<char16_t>(letter - (random() % 2 ? 32 : 0)));
+    const auto place =
+        std::find_if(list.begin(), list.end(), [&](const auto& item) { return item.first == letter; });
+    const bool is_there = place != list.end();
+    ASSERT_EQ(images.Item(key), is_there ? place->second : nullptr);
+    if (random() % 2) {
+      const ImageRef image = NewImage();
+      ASSERT_EQ(images.Add(key, image), !is_there);
+      if (!is_there) list.emplace_back(letter, image);
+    } else {
+      ASSERT_EQ(images.Remove(key), is_there);
+      if (is_there) list.erase(place);
+    }
+    ASSERT_EQ(images.Count(), static_cast<Long>(list.size()));
+    for (std::size_t i = 0; i < list.size(); ++i)
+      ASSERT_EQ(images.Item(static_cast<Long>(i + 1)), list[i].second);
+  }
+}
+
+TEST(ImageCollection, ManyImagesAreAddedAndFoundInTheTimeThatTheirKeysTake) {
+  ImageCollection images;
+  const ImageRef image = NewImage();
+  const auto key = [](int i) {
+    const std::string digits = std::to_string(i);
+    return u"Image" + std::u16string(digits.begin(), digits.end());
+  };
+  constexpr int kMany = 100'000;  // searched one by one, these would take minutes
+  for (int i = 0; i < kMany; ++i) ASSERT_TRUE(images.Add(key(i), image));
+  for (int i = 0; i < kMany; ++i) ASSERT_EQ(images.Item(key(i)), image);
 }
 
 }  // namespace
