@@ -10,4 +10,8 @@ namespace marklet {
 // Tokenizer and interpreter of captions.
 void FuzzMarkup(std::span<const std::uint8_t> input);
 
+// Saved forms, as bytes and as a host's property bag.
+void FuzzSavedForm(std::span<const std::uint8_t> input);
+void FuzzPropertyBag(std::span<const std::uint8_t> input);
+
 }  // namespace marklet

@@ -1,8 +1,6 @@
 // Captions of any kind through tokenizer and interpreter, on any generation of the system, in any rectangle
 // and font. The tokens are held against the naive tokenizer of the tests.
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string>
@@ -10,6 +8,7 @@
 #include "fuzz/failing_calls.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/input_reader.h"
+#include "fuzz/require.h"
 #include "markup/markup_caption.h"
 #include "markup/tokenizer.h"
 #include "platform/gdi.h"
@@ -59,12 +58,6 @@ constexpr std::string_view kOperations[] = {"",
                                             "CreatePen",
                                             "TextOutW",
                                             "PixelsOf"};
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 void CheckTokens(const std::u16string& caption, bool shaping) {
   std::vector<std::u16string> tokens;

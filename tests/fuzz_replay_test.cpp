@@ -41,7 +41,9 @@ TEST_P(FuzzReplay, EndsOnEveryInput) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, FuzzReplay, testing::Values(Fuzzer{"markup", FuzzMarkup}),
+INSTANTIATE_TEST_SUITE_P(, FuzzReplay,
+                         testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"saved_form", FuzzSavedForm},
+                                         Fuzzer{"property_bag", FuzzPropertyBag}),
                          [](const auto& fuzzer) { return std::string(fuzzer.param.name); });
 
 }  // namespace
