@@ -101,7 +101,7 @@ class BilinearStrip {
   }
 
   // A strip begins a pair for each of its columns at most twice.
-  static constexpr std::size_t kSlots = 4 * kStripColumns;
+  static constexpr std::size_t kSlots = std::size_t{4} * kStripColumns;
 
   PixelRows source_, destination_;
   Long begin_, count_;

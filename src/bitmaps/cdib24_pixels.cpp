@@ -40,7 +40,7 @@ void NearestStrip(const PixelRows& source, const PixelRows& destination, Long be
     const std::uint8_t* in = source.Row(rows.At(y));
     std::uint8_t* out = destination.Row(y) + static_cast<std::ptrdiff_t>(begin) * kBytesPerPixel;
     if (in == former_in) {
-      std::memcpy(out, former_out, static_cast<std::size_t>(count * kBytesPerPixel));
+      std::memcpy(out, former_out, static_cast<std::size_t>(count) * kBytesPerPixel);
     } else {
       std::uint8_t* pixel = out;
       for (Long i = 0; i < count; ++i, pixel += kBytesPerPixel) {

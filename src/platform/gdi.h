@@ -21,7 +21,7 @@ bool DeleteDC(HDC dc);
 // bitmap. Null on failure: a width or height below 1, or no memory.
 HBITMAP CreateDIBSection(HDC dc, Long width, Long height, int bits_per_pixel, std::uint8_t*& bits);
 
-// Selects a bitmap, brush, font or pen and returns the one that was selected before; null on failure.
+// Selects a bitmap, brush, font or pen and returns the former one; null if that is gone, or on failure.
 HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
 bool DeleteObject(HGDIOBJ object);
 

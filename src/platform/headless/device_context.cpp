@@ -13,9 +13,12 @@ using headless::Operation;
 using headless::Refused;
 using Kind = GdiObjectHandle::Kind;
 
-void Release(HGDIOBJ object) {
+// Null when that was the last use of an object that its owner has deleted.
+HGDIOBJ Release(HGDIOBJ object) {
   --object->selections;
-  if (object->deleted && object->selections == 0) delete object;
+  if (!object->deleted || object->selections > 0) return object;
+  delete object;
+  return nullptr;
 }
 
 // Two gigabytes at the most, as on every platform whose picture sizes are 32-bit numbers.
@@ -70,8 +73,7 @@ HGDIOBJ DeviceContextHandle::Select(HGDIOBJ object) {
   if (former == object) return former;
   if (object->kind == Kind::kBitmap && object->selections > 0 && !object->stock) return nullptr;
   Hold(object);
-  Release(former);
-  return former;
+  return Release(former);
 }
 
 COLORREF DeviceContextHandle::PenColour() const {

@@ -137,7 +137,7 @@ std::size_t Spread(const Coverage& drawn, const Ink& part, int bytes_per_pixel, 
   mask.coverage = {mask.memory.get(), width, height, stride, bytes_per_pixel};
   for (Long y = 0; y < height; ++y)
     for (Long x = 0; x < width; ++x)
-      std::fill_n(mask.memory.get() + y * stride + x * bytes_per_pixel, 3,
+      std::fill_n(mask.memory.get() + y * stride + std::ptrdiff_t{x} * bytes_per_pixel, 3,
                   drawn.rows[(part.top + y) * drawn.stride + part.left + x]);
   return bytes;
 }

@@ -42,6 +42,7 @@ class Player {
 struct OptionalRect {
   RECT rect;
   bool null;
+  // NOLINTNEXTLINE(google-explicit-constructor): it is passed on as the argument
   operator const RECT*() const { return null ? nullptr : &rect; }
 };
 

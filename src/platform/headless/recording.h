@@ -58,17 +58,17 @@ extern constinit thread_local Recording* active_recording;  // null without a re
 struct Argument {
   enum class Kind : std::uint8_t { kContext, kNumber, kObject, kRect, kText, kBytes, kFont };
 
-  Argument(HDC dc) : kind(Kind::kContext), handle(dc) {}
-  Argument(HGDIOBJ object) : kind(Kind::kObject), handle(object) {}
-  Argument(bool value) : kind(Kind::kNumber), number(value) {}
-  Argument(std::uint8_t value) : kind(Kind::kNumber), number(value) {}
-  Argument(std::int32_t value) : kind(Kind::kNumber), number(value) {}
-  Argument(std::uint32_t value) : kind(Kind::kNumber), number(value) {}
-  Argument(const RECT& value) : kind(Kind::kRect), rect(&value) {}
-  Argument(const RECT* value) : kind(Kind::kRect), rect(value) {}  // may be null
-  Argument(std::u16string_view value) : kind(Kind::kText), text(value) {}
-  Argument(std::string_view value) : kind(Kind::kBytes), bytes(value) {}
-  Argument(const LOGFONTW& value) : kind(Kind::kFont), font(&value) {}
+  explicit Argument(HDC dc) : kind(Kind::kContext), handle(dc) {}
+  explicit Argument(HGDIOBJ object) : kind(Kind::kObject), handle(object) {}
+  explicit Argument(bool value) : kind(Kind::kNumber), number(value) {}
+  explicit Argument(std::uint8_t value) : kind(Kind::kNumber), number(value) {}
+  explicit Argument(std::int32_t value) : kind(Kind::kNumber), number(value) {}
+  explicit Argument(std::uint32_t value) : kind(Kind::kNumber), number(value) {}
+  explicit Argument(const RECT& value) : kind(Kind::kRect), rect(&value) {}
+  explicit Argument(const RECT* value) : kind(Kind::kRect), rect(value) {}  // may be null
+  explicit Argument(std::u16string_view value) : kind(Kind::kText), text(value) {}
+  explicit Argument(std::string_view value) : kind(Kind::kBytes), bytes(value) {}
+  explicit Argument(const LOGFONTW& value) : kind(Kind::kFont), font(&value) {}
 
   Kind kind;
   union {

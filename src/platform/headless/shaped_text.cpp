@@ -108,7 +108,8 @@ void Shaper::Place(PangoItem* item, const PangoGlyphInfo& info, int cluster) {
     result_->places.push_back({&glyph, std::llround(pen_ + info.geometry.x_offset * pixel),
                                std::llround(info.geometry.y_offset * pixel)});
   }
-  const std::size_t unit = encoded_.units[static_cast<std::size_t>(item->offset + cluster)];
+  const std::size_t unit =
+      encoded_.units[static_cast<std::size_t>(item->offset) + static_cast<std::size_t>(cluster)];
   const std::int64_t before = std::llround(pen_);
   if (result_->unit_widths[unit] == 0) result_->unit_lefts[unit] = before;
   pen_ += width;
