@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
+
+#include "png/lanes.h"
 
 namespace marklet::png {
 namespace {
@@ -12,106 +13,267 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "pixels are handled as 32-bit numbers, blue lowest");
 
-constexpr std::uint32_t kOpaque = 0xFF000000;
-constexpr std::size_t kPixelBytes = 4;
-
+inline std::uint32_t LoadPixel(const std::uint8_t* from) {
+  std::uint32_t pixel;
+  std::memcpy(&pixel, from, sizeof pixel);
+  return pixel;
+}
 inline void StorePixel(std::uint8_t* to, std::uint32_t pixel) { std::memcpy(to, &pixel, sizeof pixel); }
 
-// ---- spreading; the numbers are the offsets of a colour in a pixel of `bytes` ----
+// ---- where pixels come from ----
+
+// What neighbours outside the picture count as, and what is added to pixels without a filter. Where the file
+// holds no alpha that is an opaque nothing: then every neighbour has alpha 255, every filter predicts 255,
+// and pixels whose own alpha counts as 0 come out opaque by themselves.
+constexpr std::uint32_t kClear = 0, kOpaque = 0xFF000000;
+
+// Four pixels of red, green, blue, alpha.
+inline Bytes16 WithRedAndBlueSwapped(Bytes16 bytes) {
+  const Pixels4 pixels = Pixels4(bytes);
+  const Pixels4 red_blue = pixels & 0x00FF00FF;
+  return Bytes16((pixels & 0xFF00FF00) | red_blue << 16 | red_blue >> 16);
+}
+
+// Each gives one pixel or four, and moves on.
+class Rgba {
+ public:
+  static constexpr std::uint32_t kBorder = kClear;
+  Rgba(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
+  std::uint32_t One() {
+    const std::uint32_t pixel = std::rotr(__builtin_bswap32(LoadPixel(from_)), 8);
+    from_ += 4;
+    return pixel;
+  }
+  Bytes16 Four() {
+    const Bytes16 pixels = WithRedAndBlueSwapped(LoadBytes16(from_));
+    from_ += 16;
+    return pixels;
+  }
+
+ private:
+  const std::uint8_t* from_;
+};
+
+class Rgb {
+ public:
+  static constexpr std::uint32_t kBorder = kOpaque;
+  Rgb(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
+  std::uint32_t One() {
+    const std::uint32_t pixel = __builtin_bswap32(LoadPixel(from_)) >> 8;
+    from_ += 3;
+    return pixel;
+  }
+  Bytes16 Four() {
+    const Pixels4 pixels{LoadPixel(from_), LoadPixel(from_ + 3), LoadPixel(from_ + 6), LoadPixel(from_ + 9)};
+    from_ += 12;
+    return WithRedAndBlueSwapped(Bytes16(pixels & 0x00FFFFFF));
+  }
+
+ private:
+  const std::uint8_t* from_;
+};
+
+// Pixels that are in their places already, but for the filter.
+template <std::uint32_t border>
+class InPlace {
+ public:
+  static constexpr std::uint32_t kBorder = border;
+  InPlace(const std::uint8_t*, const PixelRun& run) : from_(run.to), step_(run.step) {}
+  std::uint32_t One() {
+    const std::uint32_t pixel = LoadPixel(from_);
+    from_ += step_;
+    return pixel;
+  }
+  Bytes16 Four() {
+    const Bytes16 pixels = LoadBytes16(from_);
+    from_ += 16;
+    return pixels;
+  }
+
+ private:
+  const std::uint8_t* from_;
+  std::size_t step_;
+};
+
+// ---- filters; pointers are copied out of the run, since a store to a pixel could change the run itself ----
+
+// How many pixels can be made by fours: those of a row that has all its pixels.
+inline std::size_t InFours(const PixelRun& run) { return run.step == kPixelBytes ? run.count / 4 * 4 : 0; }
+
+template <typename Source>
+void MakeUnfiltered(const std::uint8_t* scanline, const PixelRun& run) {
+  Source source(scanline, run);
+  std::uint8_t* to = run.to;
+  const std::size_t count = run.count, in_fours = InFours(run), step = run.step;
+  std::size_t x = 0;
+  for (; x < in_fours; x += 4, to += 16) StoreBytes16(to, source.Four() | FourTimes(Source::kBorder));
+  for (; x < count; ++x, to += step) StorePixel(to, source.One() | Source::kBorder);
+}
+
+template <typename Source>
+void MakeSub(const std::uint8_t* scanline, const PixelRun& run) {
+  Source source(scanline, run);
+  std::uint8_t* to = run.to;
+  const std::size_t count = run.count, in_fours = InFours(run), step = run.step;
+  Bytes16 left = FourTimes(Source::kBorder);
+  std::size_t x = 0;
+  for (; x < in_fours; x += 4, to += 16) {
+    Bytes16 sums = source.Four();
+    sums += MovedUp<1>(sums);
+    sums += MovedUp<2>(sums);
+    sums += left;
+    StoreBytes16(to, sums);
+    left = LastPixelFourTimes(sums);
+  }
+  for (; x < count; ++x, to += step) {
+    left += FromPixel(source.One());
+    StorePixel(to, FirstPixel(left));
+  }
+}
+
+template <typename Source>
+void MakeUp(const std::uint8_t* scanline, const PixelRun& run) {
+  Source source(scanline, run);
+  std::uint8_t* to = run.to;
+  const std::uint8_t* above = run.above;
+  const std::size_t count = run.count, in_fours = InFours(run), step = run.step;
+  std::size_t x = 0;
+  for (; x < in_fours; x += 4, to += 16, above += 16) StoreBytes16(to, source.Four() + LoadBytes16(above));
+  for (; x < count; ++x, to += step, above += step)
+    StorePixel(to, FirstPixel(FromPixel(source.One()) + FromPixel(LoadPixel(above))));
+}
+
+// With all bytes complemented the average rounds up, as the processor's own does, and the sum is a
+// difference.
+template <typename Source>
+inline void MakeAverageUnder(const std::uint8_t* above, std::size_t above_step, const std::uint8_t* scanline,
+                             const PixelRun& run) {
+  Source source(scanline, run);
+  std::uint8_t* to = run.to;
+  const std::size_t count = run.count, step = run.step;
+  Bytes16 left = ~FromPixel(Source::kBorder);
+  for (std::size_t x = 0; x < count; ++x, to += step, above += above_step) {
+    left = AverageUp(left, ~FromPixel(LoadPixel(above))) - FromPixel(source.One());
+    StorePixel(to, ~FirstPixel(left));
+  }
+}
+
+template <typename Source>
+void MakeAverage(const std::uint8_t* scanline, const PixelRun& run) {
+  MakeAverageUnder<Source>(run.above, run.step, scanline, run);
+}
+
+template <typename Source>
+void MakeAverageOnTop(const std::uint8_t* scanline, const PixelRun& run) {
+  std::uint8_t border[kPixelBytes];
+  StorePixel(border, Source::kBorder);
+  MakeAverageUnder<Source>(border, 0, scanline, run);
+}
+
+// The neighbour that left + upper - upper_left comes nearest to; on a tie left, then upper. Three times the
+// upper left one less the other two is a threshold: at or below both, the greater is nearest, at or above
+// both, the lesser, and in between upper_left. Where both hold the two are one.
+inline Words8 PaethPredictor(Words8 left, Words8 upper, Words8 upper_left) {
+  const Words8 threshold = upper_left * 3 - upper - left;
+  const Words8 lesser = Lesser(left, upper), greater = Greater(left, upper);
+  const Words8 below_greater = threshold<greater, above_lesser = threshold> lesser;
+  return (lesser & ~below_greater) | (greater & ~above_lesser) | (upper_left & below_greater & above_lesser);
+}
+
+// A sum of bytes in words; what is carried out of a byte is lost.
+inline Words8 ByteSum(Words8 a, Words8 b) { return Words8(Bytes16(a) + Bytes16(b)); }
+
+template <typename Source>
+void MakePaeth(const std::uint8_t* scanline, const PixelRun& run) {
+  Source source(scanline, run);
+  std::uint8_t* to = run.to;
+  const std::uint8_t* above = run.above;
+  const std::size_t count = run.count, step = run.step;
+  Words8 left = Widened(FromPixel(Source::kBorder)), upper_left = left;
+  for (std::size_t x = 0; x < count; ++x, to += step, above += step) {
+    const Words8 upper = Widened(FromPixel(LoadPixel(above)));
+    left = ByteSum(PaethPredictor(left, upper, upper_left), Widened(FromPixel(source.One())));
+    upper_left = upper;
+    StorePixel(to, FirstPixel(Narrowed(left)));
+  }
+}
+
+// Vectors hold a pixel of the upper row and the one of the lower row that lies below and to the left.
+template <typename Source>
+void MakePaethPair(const std::uint8_t* upper_scanline, const std::uint8_t* lower_scanline,
+                   const PixelRun& run, std::uint8_t* lower_to) {
+  Source upper_source(upper_scanline, run);
+  Source lower_source(lower_scanline, {lower_to, run.to, run.count, run.step});
+  std::uint8_t* upper_to = run.to;
+  const std::uint8_t* above = run.above;
+  const std::size_t count = run.count, step = run.step;
+  Words8 left = Widened(FourTimes(Source::kBorder)), upper_left = left;
+  const auto next = [&](std::uint32_t above_pixel, std::uint32_t upper_pixel, std::uint32_t lower_pixel) {
+    const Words8 upper = Together(Widened(FromPixel(above_pixel)), left);
+    const Bytes16 differences = Together(FromPixel(upper_pixel), FromPixel(lower_pixel));
+    left = ByteSum(PaethPredictor(left, upper, upper_left), Widened(differences));
+    upper_left = upper;
+    return Pixels4(Narrowed(left));
+  };
+  StorePixel(upper_to, next(LoadPixel(above), upper_source.One(), 0)[0]);
+  for (std::size_t x = 1; x < count; ++x, lower_to += step) {
+    upper_to += step;
+    above += step;
+    const Pixels4 pixels = next(LoadPixel(above), upper_source.One(), lower_source.One());
+    StorePixel(upper_to, pixels[0]);
+    StorePixel(lower_to, pixels[1]);
+  }
+  StorePixel(lower_to, next(0, 0, lower_source.One())[1]);
+}
+
+// ---- spreading in advance; the numbers are the offsets of a colour in a pixel of `bytes` ----
 
 constexpr std::size_t kNoAlpha = 99;
 
 template <std::size_t bytes, std::size_t blue, std::size_t green, std::size_t red, std::size_t alpha>
-inline void SpreadBy(std::size_t step, const std::uint8_t* from, std::uint32_t fill, const PixelRun& run) {
+void Spread(const std::uint8_t* from, const PixelRun& run) {
   std::uint8_t* to = run.to;
-  for (std::size_t x = 0; x < run.count; ++x, from += bytes, to += step) {
-    std::uint32_t top = fill;
-    if constexpr (alpha != kNoAlpha) top = std::uint32_t{from[alpha]} << 24;
-    StorePixel(to, from[blue] | std::uint32_t{from[green]} << 8 | std::uint32_t{from[red]} << 16 | top);
+  const std::size_t count = run.count, step = run.step;
+  for (std::size_t x = 0; x < count; ++x, from += bytes, to += step) {
+    std::uint32_t pixel = from[blue] | std::uint32_t{from[green]} << 8 | std::uint32_t{from[red]} << 16;
+    if constexpr (alpha != kNoAlpha) pixel |= std::uint32_t{from[alpha]} << 24;
+    StorePixel(to, pixel);
   }
 }
 
-template <std::size_t... offsets>
-void Spread(const std::uint8_t* from, std::uint32_t fill, const PixelRun& run) {
-  if (run.step == kPixelBytes) return SpreadBy<offsets...>(kPixelBytes, from, fill, run);
-  SpreadBy<offsets...>(run.step, from, fill, run);
-}
+}  // namespace
 
-constexpr PixelFormat kFormats[] = {
-    {2, 8, 3, kOpaque, Spread<3, 2, 1, 0, kNoAlpha>},
-    {2, 16, 6, kOpaque, Spread<6, 4, 2, 0, kNoAlpha>},
-    {4, 8, 2, 0, Spread<2, 0, 0, 0, 1>},
-    {4, 16, 4, 0, Spread<4, 0, 0, 0, 2>},
-    {6, 8, 4, 0, Spread<4, 2, 1, 0, 3>},
-    {6, 16, 8, 0, Spread<8, 4, 2, 0, 6>},
+// ---- tables ----
+
+using Maker = void (*)(const std::uint8_t* scanline, const PixelRun& run);
+
+struct RowMakers {
+  Maker spread;     // runs first; null where the others take the scanline as it is
+  Maker on_top[5];  // by filter, for the picture's first row
+  Maker below[5];   // and for the others
+  void (*paeth_pair)(const std::uint8_t* upper_scanline, const std::uint8_t* lower_scanline,
+                     const PixelRun& run, std::uint8_t* lower_to);
 };
 
-// ---- filters, undone in place ----
+namespace {
 
-void UndoSub(const PixelRun& run, std::uint32_t border) {
-  std::uint8_t left[kPixelBytes];
-  std::memcpy(left, &border, kPixelBytes);
-  std::uint8_t* to = run.to;
-  for (std::size_t x = 0; x < run.count; ++x, to += run.step)
-    for (std::size_t c = 0; c < kPixelBytes; ++c)
-      left[c] = to[c] = static_cast<std::uint8_t>(to[c] + left[c]);
-}
-
-void UndoUp(const PixelRun& run, std::uint32_t) {
-  if (run.step == kPixelBytes) {
-    for (std::size_t i = 0; i < run.count * kPixelBytes; ++i)
-      run.to[i] = static_cast<std::uint8_t>(run.to[i] + run.above[i]);
-    return;
-  }
-  for (std::size_t x = 0; x < run.count * run.step; x += run.step)
-    for (std::size_t c = 0; c < kPixelBytes; ++c)
-      run.to[x + c] = static_cast<std::uint8_t>(run.to[x + c] + run.above[x + c]);
-}
-
-// `above` gives the pixel above at a distance from the first one.
-template <typename Above>
-inline void UndoAverageUnder(Above above, const PixelRun& run, std::uint32_t border) {
-  std::uint8_t left[kPixelBytes];
-  std::memcpy(left, &border, kPixelBytes);
-  for (std::size_t x = 0; x < run.count * run.step; x += run.step)
-    for (std::size_t c = 0; c < kPixelBytes; ++c)
-      left[c] = run.to[x + c] = static_cast<std::uint8_t>(run.to[x + c] + (left[c] + above(x)[c]) / 2);
-}
-
-void UndoAverage(const PixelRun& run, std::uint32_t border) {
-  UndoAverageUnder([&](std::size_t x) { return run.above + x; }, run, border);
-}
-
-void UndoAverageOnTop(const PixelRun& run, std::uint32_t border) {
-  const auto* const pixel = reinterpret_cast<const std::uint8_t*>(&border);
-  UndoAverageUnder([&](std::size_t) { return pixel; }, run, border);
-}
-
-inline int PaethPredictor(int left, int upper, int upper_left) {
-  const int to_left = std::abs(upper - upper_left);
-  const int to_upper = std::abs(left - upper_left);
-  const int to_upper_left = std::abs(left + upper - 2 * upper_left);
-  const int second = to_upper <= to_upper_left ? upper : upper_left;
-  return to_left <= std::min(to_upper, to_upper_left) ? left : second;
-}
-
-void UndoPaeth(const PixelRun& run, std::uint32_t border) {
-  std::uint8_t left[kPixelBytes], upper_left[kPixelBytes];
-  std::memcpy(left, &border, kPixelBytes);
-  std::memcpy(upper_left, &border, kPixelBytes);
-  for (std::size_t x = 0; x < run.count * run.step; x += run.step)
-    for (std::size_t c = 0; c < kPixelBytes; ++c) {
-      const std::uint8_t upper = run.above[x + c];
-      left[c] = run.to[x + c] =
-          static_cast<std::uint8_t>(run.to[x + c] + PaethPredictor(left[c], upper, upper_left[c]));
-      upper_left[c] = upper;
-    }
-}
-
-using Undo = void (*)(const PixelRun& run, std::uint32_t border);
-constexpr Undo kUndo[] = {nullptr, UndoSub, UndoUp, UndoAverage, UndoPaeth};
 // The row above the first is the border; Up adds nothing then, and Paeth always takes the pixel to the left.
-constexpr Undo kUndoOnTop[] = {nullptr, UndoSub, nullptr, UndoAverageOnTop, UndoSub};
+template <typename Source, Maker spread>
+constexpr RowMakers kMakers = {
+    spread,
+    {MakeUnfiltered<Source>, MakeSub<Source>, MakeUnfiltered<Source>, MakeAverageOnTop<Source>,
+     MakeSub<Source>},
+    {MakeUnfiltered<Source>, MakeSub<Source>, MakeUp<Source>, MakeAverage<Source>, MakePaeth<Source>},
+    MakePaethPair<Source>};
+
+constexpr PixelFormat kFormats[] = {
+    {2, 8, 3, false, kMakers<Rgb, nullptr>},
+    {2, 16, 6, false, kMakers<InPlace<kOpaque>, Spread<6, 4, 2, 0, kNoAlpha>>},
+    {4, 8, 2, true, kMakers<InPlace<kClear>, Spread<2, 0, 0, 0, 1>>},
+    {4, 16, 4, true, kMakers<InPlace<kClear>, Spread<4, 0, 0, 0, 2>>},
+    {6, 8, 4, true, kMakers<Rgba, nullptr>},
+    {6, 16, 8, true, kMakers<InPlace<kClear>, Spread<8, 4, 2, 0, 6>>},
+};
 
 }  // namespace
 
@@ -125,10 +287,21 @@ const PixelFormat* FindPixelFormat(Long color_type, Long depth) {
 
 void UnfilterToBgra(const PixelFormat& format, std::uint8_t filter, const std::uint8_t* scanline,
                     const PixelRun& run) {
-  const Undo* const known = run.above ? kUndo : kUndoOnTop;
-  const Undo undo = filter < std::size(kUndo) ? known[filter] : nullptr;
-  format.spread(scanline, undo ? 0 : format.border, run);
-  if (undo) undo(run, format.border);
+  const RowMakers& makers = format.makers;
+  if (makers.spread) makers.spread(scanline, run);
+  const std::size_t known = filter < std::size(makers.below) ? filter : 0;
+  (run.above ? makers.below : makers.on_top)[known](scanline, run);
+}
+
+void UnfilterPaethPairToBgra(const PixelFormat& format, const std::uint8_t* upper_scanline,
+                             const std::uint8_t* lower_scanline, const PixelRun& upper,
+                             std::uint8_t* lower_to) {
+  const RowMakers& makers = format.makers;
+  if (makers.spread) {
+    makers.spread(upper_scanline, upper);
+    makers.spread(lower_scanline, {lower_to, upper.to, upper.count, upper.step});
+  }
+  makers.paeth_pair(upper_scanline, lower_scanline, upper, lower_to);
 }
 
 }  // namespace marklet::png

@@ -1,8 +1,6 @@
-// Scanlines of colour pictures, made into rows of blue, green, red, alpha.
-//
-// A scanline is first spread to four bytes a pixel and then unfiltered. Each byte of a pixel depends on the
-// same byte of its neighbours alone, so their order doesn't matter, and the low bytes of 16-bit samples can
-// go first.
+// Scanlines of colour pictures, made into rows of blue, green, red, alpha: each is put into that order and
+// unfiltered in one go. Each byte of a pixel depends on the same byte of its neighbours alone, so their order
+// doesn't matter, and the low bytes of 16-bit samples can go first.
 #pragma once
 
 #include <cstddef>
@@ -11,6 +9,8 @@
 #include "platform/types.h"
 
 namespace marklet::png {
+
+constexpr std::size_t kPixelBytes = 4;
 
 // Pixels of one row of the picture that a scanline gives: all of them, or with Adam7 every second, fourth or
 // eighth.
@@ -21,23 +21,30 @@ struct PixelRun {
   std::size_t step;  // bytes from one pixel to the next
 };
 
+struct RowMakers;
+
 // How the pixels of a scanline lie.
 struct PixelFormat {
   Long color_type, depth;
   std::size_t bytes;  // of a pixel
-  // What pixels outside the picture count as: 0, or just opaque where the file holds no alpha. Then every
-  // neighbour has alpha 255, every filter predicts 255, and pixels without alpha come out opaque by
-  // themselves.
-  std::uint32_t border;
-  // Spreads the pixels at `from`, and puts `alpha` into those without one of their own.
-  void (*spread)(const std::uint8_t* from, std::uint32_t alpha, const PixelRun& run);
+  bool has_alpha;
+  const RowMakers& makers;
 };
 
 // Null for pictures that are neither colour nor gray with alpha, or not of 8 or 16 bits.
 const PixelFormat* FindPixelFormat(Long color_type, Long depth);
 
-// Makes the pixels of a scanline. An unknown filter counts as none.
+constexpr std::uint8_t kPaethFilter = 4;
+
+// Makes the pixels of a scanline. An unknown filter counts as none. The byte behind the scanline is read too.
 void UnfilterToBgra(const PixelFormat& format, std::uint8_t filter, const std::uint8_t* scanline,
                     const PixelRun& run);
+
+// The same for two scanlines in a row whose filter is Paeth, `run` being that of the first, which isn't the
+// picture's. Half the time of one after the other: each pixel waits for its left neighbour, so two rows can
+// be done side by side, the lower one a pixel behind.
+void UnfilterPaethPairToBgra(const PixelFormat& format, const std::uint8_t* upper_scanline,
+                             const std::uint8_t* lower_scanline, const PixelRun& upper,
+                             std::uint8_t* lower_to);
 
 }  // namespace marklet::png

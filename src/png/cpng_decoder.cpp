@@ -128,7 +128,7 @@ void CPngDecoder::DecodeTrueColour(Bytes stream, const png::PixelFormat& format)
   // The last byte of the bitmap's data is lost on the way, and stays 0. With alpha that is the top right
   // pixel's; without, the data are three bytes a pixel from the top on, and a row may end in padding instead.
   const auto pixels = static_cast<std::size_t>(fields_.Width) * static_cast<std::size_t>(fields_.Height);
-  if (format.border == 0)
+  if (format.has_alpha)
     bits_[4 * pixels - 1] = 0;
   else if (fields_.Width % 4 == 0)
     bits_[4 * static_cast<std::size_t>(fields_.Width) - 2] = 0;

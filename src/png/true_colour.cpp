@@ -9,7 +9,7 @@ namespace marklet::png {
 TrueColourPicture::TrueColourPicture(const PixelFormat& format, Long width, Long height, RowOrder order)
     : format_(format),
       filter_bytes_(order == RowOrder::kBare ? 0 : 1),
-      stride_(static_cast<std::size_t>(width) * 4),
+      stride_(static_cast<std::size_t>(width) * kPixelBytes),
       height_(static_cast<std::size_t>(height)) {
   const auto size = [](auto number) { return static_cast<std::size_t>(number); };
   if (order != RowOrder::kAdam7) {
@@ -40,20 +40,39 @@ std::size_t TrueColourPicture::Take(std::span<const std::uint8_t> data) {
   for (; !complete(); ++pass_, row_ = 0) {
     const Pass& pass = passes_[pass_];
     const std::size_t scanline_bytes = ScanlineBytes(pass);
-    for (; row_ < pass.height; ++row_, used += scanline_bytes) {
-      if (data.size() - used < scanline_bytes) return used;
-      TakeScanline(data.data() + used, pass);
+    while (row_ < pass.height) {
+      const std::span<const std::uint8_t> rest = data.subspan(used);
+      if (rest.size() < scanline_bytes) return used;
+      const std::size_t rows = IsPaethPair(rest, pass) ? 2 : 1;
+      rows == 2 ? TakePaethPair(rest.data(), pass) : TakeScanline(rest.data(), pass);
+      row_ += rows;
+      used += rows * scanline_bytes;
     }
   }
   return used;
 }
 
-void TrueColourPicture::TakeScanline(const std::uint8_t* scanline, const Pass& pass) {
+bool TrueColourPicture::IsPaethPair(std::span<const std::uint8_t> data, const Pass& pass) const {
+  const std::size_t scanline_bytes = ScanlineBytes(pass);
+  return filter_bytes_ != 0 && row_ > 0 && pass.height - row_ >= 2 && data.size() >= 2 * scanline_bytes &&
+         data[0] == kPaethFilter && data[scanline_bytes] == kPaethFilter;
+}
+
+PixelRun TrueColourPicture::NextRun(const Pass& pass) const {
   const std::size_t y = pass.y_start + row_ * pass.y_step;
-  std::uint8_t* const to = bits_ + (height_ - 1 - y) * stride_ + pass.x_start * 4;
-  const std::uint8_t* const above = row_ == 0 ? nullptr : to + pass.y_step * stride_;
+  std::uint8_t* const to = bits_ + (height_ - 1 - y) * stride_ + pass.x_start * kPixelBytes;
+  return {to, row_ == 0 ? nullptr : to + pass.y_step * stride_, pass.width, pass.x_step * kPixelBytes};
+}
+
+void TrueColourPicture::TakeScanline(const std::uint8_t* scanline, const Pass& pass) {
   const std::uint8_t filter = filter_bytes_ == 0 ? std::uint8_t{0} : scanline[0];
-  UnfilterToBgra(format_, filter, scanline + filter_bytes_, {to, above, pass.width, pass.x_step * 4});
+  UnfilterToBgra(format_, filter, scanline + filter_bytes_, NextRun(pass));
+}
+
+void TrueColourPicture::TakePaethPair(const std::uint8_t* scanlines, const Pass& pass) {
+  const std::uint8_t* const upper = scanlines + filter_bytes_;
+  const PixelRun run = NextRun(pass);
+  UnfilterPaethPairToBgra(format_, upper, upper + ScanlineBytes(pass), run, run.to - pass.y_step * stride_);
 }
 
 }  // namespace marklet::png

@@ -29,7 +29,7 @@ class TrueColourPicture {
   // From here on pixels go to `bits`, width * height * 4 bytes of the caller's; the next scanline is the
   // first.
   void Start(std::uint8_t* bits);
-  // Uses up the whole scanlines that `data` begins with and returns their bytes.
+  // Uses up the whole scanlines that `data` begins with and returns their bytes. One byte more may be read.
   std::size_t Take(std::span<const std::uint8_t> data);
   bool complete() const { return pass_ == pass_count_; }
 
@@ -42,7 +42,10 @@ class TrueColourPicture {
 
   void AddPass(const Pass& pass);
   std::size_t ScanlineBytes(const Pass& pass) const { return filter_bytes_ + pass.width * format_.bytes; }
+  bool IsPaethPair(std::span<const std::uint8_t> data, const Pass& pass) const;
+  PixelRun NextRun(const Pass& pass) const;
   void TakeScanline(const std::uint8_t* scanline, const Pass& pass);
+  void TakePaethPair(const std::uint8_t* scanlines, const Pass& pass);
 
   const PixelFormat& format_;
   std::size_t filter_bytes_;  // before each scanline
