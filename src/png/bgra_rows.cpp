@@ -34,13 +34,24 @@ inline Bytes16 WithRedAndBlueSwapped(Bytes16 bytes) {
   return Bytes16((pixels & 0xFF00FF00) | red_blue << 16 | red_blue >> 16);
 }
 
-// Each gives one pixel or four, and moves on.
+inline Words8 WithRedAndBlueSwapped(Words8 words) {
+  return __builtin_shufflevector(words, words, 2, 1, 0, 3, 6, 5, 4, 7);
+}
+
+// Each gives one pixel or four, and moves on. The bytes of a raw pixel are in the file's order, with anything
+// where there is no alpha; InOrder mends that.
 class Rgba {
  public:
   static constexpr std::uint32_t kBorder = kClear;
+  static Words8 InOrder(Words8 raw) { return WithRedAndBlueSwapped(raw); }
   Rgba(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
   std::uint32_t One() {
     const std::uint32_t pixel = std::rotr(__builtin_bswap32(LoadPixel(from_)), 8);
+    from_ += 4;
+    return pixel;
+  }
+  std::uint32_t OneRaw() {
+    const std::uint32_t pixel = LoadPixel(from_);
     from_ += 4;
     return pixel;
   }
@@ -57,9 +68,17 @@ class Rgba {
 class Rgb {
  public:
   static constexpr std::uint32_t kBorder = kOpaque;
+  static Words8 InOrder(Words8 raw) {
+    return WithRedAndBlueSwapped(raw & Words8{0xFF, 0xFF, 0xFF, 0, 0xFF, 0xFF, 0xFF, 0});
+  }
   Rgb(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
   std::uint32_t One() {
     const std::uint32_t pixel = __builtin_bswap32(LoadPixel(from_)) >> 8;
+    from_ += 3;
+    return pixel;
+  }
+  std::uint32_t OneRaw() {
+    const std::uint32_t pixel = LoadPixel(from_);
     from_ += 3;
     return pixel;
   }
@@ -78,8 +97,14 @@ template <std::uint32_t border>
 class InPlace {
  public:
   static constexpr std::uint32_t kBorder = border;
+  static Words8 InOrder(Words8 raw) { return raw; }
   InPlace(const std::uint8_t*, const PixelRun& run) : from_(run.to), step_(run.step) {}
   std::uint32_t One() {
+    const std::uint32_t pixel = LoadPixel(from_);
+    from_ += step_;
+    return pixel;
+  }
+  std::uint32_t OneRaw() {
     const std::uint32_t pixel = LoadPixel(from_);
     from_ += step_;
     return pixel;
@@ -173,8 +198,7 @@ void MakeAverageOnTop(const std::uint8_t* scanline, const PixelRun& run) {
 // The neighbour that left + upper - upper_left comes nearest to; on a tie left, then upper. Three times the
 // upper left one less the other two is a threshold: at or below both, the greater is nearest, at or above
 // both, the lesser, and in between upper_left. Where both hold the two are one.
-inline Words8 PaethPredictor(Words8 left, Words8 upper, Words8 upper_left) {
-  const Words8 threshold = upper_left * 3 - upper - left;
+inline Words8 PaethPredictor(Words8 left, Words8 upper, Words8 upper_left, Words8 threshold) {
   const Words8 lesser = Lesser(left, upper), greater = Greater(left, upper);
   const Words8 below_greater = threshold<greater, above_lesser = threshold> lesser;
   return (lesser & ~below_greater) | (greater & ~above_lesser) | (upper_left & below_greater & above_lesser);
@@ -192,7 +216,9 @@ void MakePaeth(const std::uint8_t* scanline, const PixelRun& run) {
   Words8 left = Widened(FromPixel(Source::kBorder)), upper_left = left;
   for (std::size_t x = 0; x < count; ++x, to += step, above += step) {
     const Words8 upper = Widened(FromPixel(LoadPixel(above)));
-    left = ByteSum(PaethPredictor(left, upper, upper_left), Widened(FromPixel(source.One())));
+    const Words8 threshold = (upper_left + upper_left + upper_left - upper) - left;  // left comes last
+    const Words8 difference = Source::InOrder(Widened(FromPixel(source.OneRaw())));
+    left = ByteSum(PaethPredictor(left, upper, upper_left, threshold), difference);
     upper_left = upper;
     StorePixel(to, FirstPixel(Narrowed(left)));
   }
@@ -210,20 +236,21 @@ void MakePaethPair(const std::uint8_t* upper_scanline, const std::uint8_t* lower
   Words8 left = Widened(FourTimes(Source::kBorder)), upper_left = left;
   const auto next = [&](std::uint32_t above_pixel, std::uint32_t upper_pixel, std::uint32_t lower_pixel) {
     const Words8 upper = Together(Widened(FromPixel(above_pixel)), left);
-    const Bytes16 differences = Together(FromPixel(upper_pixel), FromPixel(lower_pixel));
-    left = ByteSum(PaethPredictor(left, upper, upper_left), Widened(differences));
+    const Words8 threshold = (upper_left + upper_left + upper_left - left) - upper;  // upper comes last
+    const Words8 differences = Widened(Together(FromPixel(upper_pixel), FromPixel(lower_pixel)));
+    left = ByteSum(PaethPredictor(left, upper, upper_left, threshold), Source::InOrder(differences));
     upper_left = upper;
     return Pixels4(Narrowed(left));
   };
-  StorePixel(upper_to, next(LoadPixel(above), upper_source.One(), 0)[0]);
+  StorePixel(upper_to, next(LoadPixel(above), upper_source.OneRaw(), 0)[0]);
   for (std::size_t x = 1; x < count; ++x, lower_to += step) {
     upper_to += step;
     above += step;
-    const Pixels4 pixels = next(LoadPixel(above), upper_source.One(), lower_source.One());
+    const Pixels4 pixels = next(LoadPixel(above), upper_source.OneRaw(), lower_source.OneRaw());
     StorePixel(upper_to, pixels[0]);
     StorePixel(lower_to, pixels[1]);
   }
-  StorePixel(lower_to, next(0, 0, lower_source.One())[1]);
+  StorePixel(lower_to, next(0, 0, lower_source.OneRaw())[1]);
 }
 
 // ---- spreading in advance; the numbers are the offsets of a colour in a pixel of `bytes` ----

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "png/lanes.h"
+
 namespace marklet::png {
 namespace {
 
@@ -10,52 +12,77 @@ constexpr std::uint32_t WithLength(std::uint32_t meaning, int length) {
   return meaning + static_cast<std::uint32_t>(length) * ((1u << kEntryLengthShift) + 1u);
 }
 
-// The next code of the same length, both written with their first bit lowest. 0 behind the last one.
-constexpr unsigned NextReversed(unsigned code, int length) {
-  const unsigned free_bits = ~code & ((1u << length) - 1u);
-  if (free_bits == 0) return 0;
-  const unsigned top = std::bit_floor(free_bits);
-  return (code & (top - 1u)) | top;
+constexpr auto kReversedBytes = [] {
+  std::array<std::uint8_t, 256> reversed{};
+  for (unsigned byte = 0; byte < 256; ++byte)
+    for (unsigned bit = 0; bit < 8; ++bit)
+      reversed[byte] = static_cast<std::uint8_t>(reversed[byte] << 1 | (byte >> bit & 1));
+  return reversed;
+}();
+
+// A code of at most 15 bits with its first bit lowest instead of highest, or the other way round.
+constexpr unsigned Reversed(unsigned code, int length) {
+  const unsigned reversed = unsigned{kReversedBytes[code & 0xFF]} << 8 | kReversedBytes[code >> 8];
+  return reversed >> (16 - length);
 }
 
-template <typename Counts>
-int LongestLength(const Counts& counts) {
+int LongestLength(const LengthCounts& counts) {
   int longest = kMaxCodeLength;
   while (longest > 0 && counts[static_cast<std::size_t>(longest)] == 0) --longest;
   return longest;
 }
 
 // What is left of the code space: 0 when the code is complete, negative at the first length with too many.
-template <typename Counts>
-int Remainder(const Counts& counts) {
+int Remainder(const LengthCounts& counts) {
   int remainder = 1;
   for (std::size_t length = 1; length <= kMaxCodeLength && remainder >= 0; ++length)
     remainder = 2 * remainder - counts[length];
   return remainder;
 }
 
+// A bit for each of the first 64 symbols that has a code.
+std::uint64_t UsedSymbols(std::span<const std::uint8_t> lengths) {
+  std::uint64_t used = 0;
+  std::size_t symbol = 0;
+  for (; symbol < 64 && lengths.size() - symbol >= 16; symbol += 16)
+    used |= std::uint64_t{NonZeroBytes(LoadBytes16(lengths.data() + symbol))} << symbol;
+  for (; symbol < 64 && symbol < lengths.size(); ++symbol)
+    used |= std::uint64_t{lengths[symbol] != 0} << symbol;
+  return used;
+}
+
 }  // namespace
 
-int CodeTable::Build(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
-                     int max_root_bits, int& longest) {
-  counts_.fill(0);
-  for (const std::uint8_t length : lengths) ++counts_[length];
-  counts_[0] = 0;
-  const int own_longest = LongestLength(counts_);
+LengthCounts CountLengths(std::span<const std::uint8_t> lengths) {
+  LengthCounts counts{};
+  for (const std::uint8_t length : lengths) ++counts[length];
+  return counts;
+}
+
+int CodeTable::Build(std::span<const std::uint8_t> lengths, const LengthCounts& counts,
+                     std::span<const std::uint32_t> meanings, int max_root_bits, int& longest) {
+  const int own_longest = LongestLength(counts);
   longest = std::max(longest, own_longest);
-  if (const int remainder = Remainder(counts_); remainder != 0) return remainder;
+  if (const int remainder = Remainder(counts); remainder != 0) return remainder;
+  counts_ = counts;
   SortSymbols(lengths, meanings);
   FillRoots(std::min({own_longest, max_root_bits, kMaxRootBits}));
   return 0;
 }
 
+// Only symbols with a code are visited, 64 being looked through at a time.
 void CodeTable::SortSymbols(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings) {
-  Counts next{};
+  std::array<std::uint32_t*, kMaxCodeLength + 1> next;
+  next[1] = sorted_.data();
   for (std::size_t length = 1; length < kMaxCodeLength; ++length)
-    next[length + 1] = static_cast<std::uint16_t>(next[length] + counts_[length]);
-  for (std::size_t symbol = 0; symbol < lengths.size(); ++symbol) {
-    const std::uint8_t length = lengths[symbol];
-    if (length != 0) sorted_[next[length]++] = WithLength(meanings[symbol], length);
+    next[length + 1] = next[length] + counts_[length];
+  for (std::size_t first = 0; first < lengths.size(); first += 64) {
+    std::uint64_t used = UsedSymbols(lengths.subspan(first));
+    for (; used != 0; used &= used - 1) {
+      const std::size_t symbol = first + static_cast<std::size_t>(std::countr_zero(used));
+      const std::uint8_t length = lengths[symbol];
+      *next[length]++ = WithLength(meanings[symbol], length);
+    }
   }
 }
 
@@ -68,24 +95,50 @@ void CodeTable::FillRoots(int root_bits) {
   roots_[0] = 0;
   for (int length = 1; length <= root_bits; ++length, size *= 2) {
     std::copy_n(roots_.data(), size, roots_.data() + size);
-    for (unsigned count = counts_[static_cast<std::size_t>(length)]; count > 0; --count) {
-      roots_[code] = *symbol++;
-      code = NextReversed(code, length);
-    }
+    code <<= 1;
+    for (const unsigned end = code + counts_[static_cast<std::size_t>(length)]; code < end; ++code)
+      roots_[Reversed(code, length)] = *symbol++;
   }
   root_mask_ = size - 1;
+  root_bits_ = root_bits;
+  root_end_code_ = code;
+  root_end_ = static_cast<unsigned>(symbol - sorted_.data());
+}
+
+// From the top down, so that what the second code is looked up in holds single literals still: it is the
+// index without the bits of the first.
+void CodeTable::JoinLiterals() {
+  const auto root_bits = static_cast<unsigned>(root_bits_);
+  for (std::size_t index = root_mask_ + 1; index-- > 0;) {
+    const std::uint32_t first = roots_[index];
+    if ((first & kEntryLiteral) == 0) continue;
+    const std::uint32_t second = roots_[index >> EntryTaken(first)];
+    if ((second & kEntryLiteral) == 0 || EntryTaken(first) + EntryTaken(second) > root_bits) continue;
+    roots_[index] =
+        (first | kEntryPair) + (EntryValue(second) << (kEntryValueShift + 8)) + EntryTaken(second);
+  }
+}
+
+std::uint32_t CodeTable::Find(std::uint64_t bits) const {
+  const std::uint32_t entry = roots_[static_cast<std::size_t>(bits) & root_mask_];
+  if (entry == 0) return FindLong(bits);
+  if ((entry & kEntryPair) == 0) return entry;
+  constexpr std::uint32_t kSecond = 0xFF000000 | kEntryPair | kEntryTakenMask;
+  return (entry & ~kSecond) + EntryLength(entry);
 }
 
 std::uint32_t CodeTable::FindLong(std::uint64_t bits) const {
-  const std::uint32_t* first = sorted_.data();  // of the length at hand
-  unsigned code = 0, first_code = 0;
-  for (std::size_t length = 1; length <= kMaxCodeLength; ++length) {
+  const std::uint32_t* first = sorted_.data() + root_end_;  // of the length at hand
+  unsigned code = Reversed(static_cast<unsigned>(bits & root_mask_), root_bits_), first_code = root_end_code_;
+  bits >>= root_bits_;
+  for (std::size_t length = static_cast<std::size_t>(root_bits_) + 1; length <= kMaxCodeLength; ++length) {
     code = code << 1 | static_cast<unsigned>(bits & 1);
     bits >>= 1;
+    first_code <<= 1;
     const unsigned count = counts_[length];
     if (code - first_code < count) return first[code - first_code];
     first += count;
-    first_code = (first_code + count) << 1;
+    first_code += count;
   }
   return *sorted_.data();  // not reached: the code is complete
 }

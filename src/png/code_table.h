@@ -26,42 +26,59 @@ constexpr int kEntryValueShift = 16;
 constexpr unsigned EntryTaken(std::uint32_t entry) { return entry & kEntryTakenMask; }
 constexpr unsigned EntryLength(std::uint32_t entry) { return entry >> kEntryLengthShift & kEntryLengthMask; }
 constexpr unsigned EntryValue(std::uint32_t entry) { return entry >> kEntryValueShift; }
+// With the extra bits, which follow the code in `bits`.
+constexpr std::uint32_t EntryValueWithExtra(std::uint32_t entry, std::uint64_t bits) {
+  const std::uint64_t taken = bits & ((std::uint64_t{1} << EntryTaken(entry)) - 1);
+  return EntryValue(entry) + static_cast<std::uint32_t>(taken >> EntryLength(entry));
+}
 
-// A complete prefix code. Codes up to `root_bits` long are found directly; the root entry of a longer one is
-// 0, and a search by length finds it.
+// How many symbols have a code of each length; those without a code at 0.
+using LengthCounts = std::array<std::uint16_t, kMaxCodeLength + 1>;
+LengthCounts CountLengths(std::span<const std::uint8_t> lengths);
+
+// The entries that are found directly, for loops that keep them in registers. 0 where the code is longer.
+struct RootEntries {
+  const std::uint32_t* entries;
+  std::size_t mask;
+  std::uint32_t For(std::uint64_t bits) const { return entries[static_cast<std::size_t>(bits) & mask]; }
+};
+
+// A complete prefix code. Codes up to so many bits are found directly; for a longer one there is a search by
+// length.
 class CodeTable {
  public:
   static constexpr int kMaxRootBits = 11;
 
   CodeTable() {}  // leaves the arrays as they are: clearing them would cost more than a small picture
 
-  // Takes the code lengths of symbols 0, 1, ... and what each symbol means: an entry without its code's
-  // length. Returns 0 for a complete code, a negative number for one with too many codes of some length, and
-  // a positive one for a code with gaps; the table is usable after 0 only. `longest` rises to the longest
-  // length.
-  int Build(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings, int max_root_bits,
-            int& longest);
+  // Takes the code lengths of symbols 0, 1, ... with their counts, and what each symbol means: an entry
+  // without its code's length. Returns 0 for a complete code, a negative number for one with too many codes
+  // of some length, and a positive one for a code with gaps; the table is usable after 0 only. `longest`
+  // rises to the longest length.
+  int Build(std::span<const std::uint8_t> lengths, const LengthCounts& counts,
+            std::span<const std::uint32_t> meanings, int max_root_bits, int& longest);
+  // Lets root entries stand for two literals where both codes fit. Pays where many symbols follow.
+  void JoinLiterals();
 
   // `bits` holds the stream's next bits from its lowest bit up, at least the longest code's length of them.
-  std::uint32_t Find(std::uint64_t bits) const {
-    const std::uint32_t entry = roots_[static_cast<std::size_t>(bits) & root_mask_];
-    return entry != 0 ? entry : FindLong(bits);
-  }
-  std::uint32_t FindLong(std::uint64_t bits) const;
+  // Never a pair.
+  std::uint32_t Find(std::uint64_t bits) const;
+  std::uint32_t FindLong(std::uint64_t bits) const;  // where the root entry is 0
 
-  // For the loop that can't afford a call: the root entries and the mask of their index.
-  const std::uint32_t* roots() const { return roots_.data(); }
-  std::size_t root_mask() const { return root_mask_; }
+  RootEntries roots() const { return {roots_.data(), root_mask_}; }
 
  private:
   static constexpr int kMaxSymbols = 288;
-  using Counts = std::array<std::uint16_t, kMaxCodeLength + 1>;  // by code length
 
   void SortSymbols(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings);
   void FillRoots(int root_bits);
 
   std::size_t root_mask_ = 0;
-  Counts counts_{};
+  LengthCounts counts_;
+  // Where codes that are too long for a root entry begin: the bits of a root, the code that follows them all,
+  // and its place in `sorted_`.
+  int root_bits_ = 0;
+  unsigned root_end_code_ = 0, root_end_ = 0;
   std::array<std::uint32_t, kMaxSymbols> sorted_;  // entries in the order of their codes
   std::array<std::uint32_t, 1 << kMaxRootBits> roots_;
 };

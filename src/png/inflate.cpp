@@ -1,8 +1,10 @@
 #include "png/inflate.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
+
+#include "png/fast_bits.h"
+#include "png/inflate_fast.h"
 
 namespace marklet::png {
 namespace {
@@ -41,10 +43,15 @@ constexpr auto kDistanceMeanings = [] {
   return meanings;
 }();
 
+// A code length, or how many times one comes, to which extra bits are added: the last one again, or with
+// kEntryEnd the length 0.
 constexpr auto kLengthMeanings = [] {
   std::array<std::uint32_t, kLengthSymbols> meanings{};
-  for (unsigned symbol = 0; symbol < kLengthSymbols; ++symbol)
-    meanings[symbol] = kEntryLiteral | symbol << kEntryValueShift;
+  for (unsigned length = 0; length < 16; ++length)
+    meanings[length] = kEntryLiteral | length << kEntryValueShift;
+  meanings[16] = Base(3, 2);
+  meanings[17] = Base(3, 3) | kEntryEnd;
+  meanings[18] = Base(11, 7) | kEntryEnd;
   return meanings;
 }();
 
@@ -52,6 +59,15 @@ constexpr std::array<std::uint8_t, kLengthSymbols> kCodeLengthOrder = {16, 17, 1
                                                                        11, 4,  12, 3, 13, 2, 14, 1, 15};
 
 constexpr int kLiteralRootBits = 11, kDistanceRootBits = 8, kLengthRootBits = 7;
+constexpr unsigned kMostLengthBits = kLengthRootBits + 7;
+// For a few bytes of input a big table costs more than it saves, and so do pairs of literals in it.
+constexpr int kShortLiteralRootBits = 10, kShortDistanceRootBits = 7;
+constexpr std::size_t kShortInput = 1500, kPairsPay = 3500;
+
+// Between what was taken in a hurry and the stream's end, so that it shows in no result how that was done.
+// The exact decoder may be ahead of the codes by three bytes, it takes as many until that no longer depends
+// on where it started, and a stored block asks about five more. In the last block nothing asks.
+constexpr std::size_t kMargin = 11;
 
 struct FixedTables {
   static constexpr int kLongestLiteral = 9, kLongestDistance = 5;
@@ -64,9 +80,10 @@ struct FixedTables {
     std::fill_n(lengths.begin() + 256, 24, std::uint8_t{7});
     std::fill_n(lengths.begin() + 280, 8, std::uint8_t{8});
     int longest = 0;
-    literals.Build(lengths, kLiteralMeanings, kLiteralRootBits, longest);
+    literals.Build(lengths, CountLengths(lengths), kLiteralMeanings, kLiteralRootBits, longest);
     std::fill_n(lengths.begin(), kDistanceSymbols, std::uint8_t{5});
-    distances.Build(std::span(lengths).first(kDistanceSymbols), kDistanceMeanings, kDistanceRootBits,
+    const auto distance_lengths = std::span(lengths).first(kDistanceSymbols);
+    distances.Build(distance_lengths, CountLengths(distance_lengths), kDistanceMeanings, kDistanceRootBits,
                     longest);
   }
 };
@@ -76,69 +93,68 @@ const FixedTables& Fixed() {
   return tables;
 }
 
-template <typename T>
-inline T Load(const std::uint8_t* bytes) {
-  T value;
-  std::memcpy(&value, bytes, sizeof value);
-  return value;
-}
-
-template <typename T>
-inline void Store(std::uint8_t* bytes, T value) {
-  std::memcpy(bytes, &value, sizeof value);
-}
-
-inline std::uint64_t LittleEndian(std::uint64_t value) {
-  return std::endian::native == std::endian::little ? value : __builtin_bswap64(value);
-}
-inline std::uint64_t LoadLittleEndian(const std::uint8_t* bytes) {
-  return LittleEndian(Load<std::uint64_t>(bytes));
-}
-inline void StoreLittleEndian(std::uint8_t* bytes, std::uint64_t value) { Store(bytes, LittleEndian(value)); }
-
-// The value of an entry with its extra bits, which follow the code in `bits`.
-inline std::uint32_t ValueWithExtra(std::uint32_t entry, std::uint64_t bits) {
-  const std::uint64_t taken = bits & ((std::uint64_t{1} << EntryTaken(entry)) - 1);
-  return EntryValue(entry) + static_cast<std::uint32_t>(taken >> EntryLength(entry));
-}
-
-// Repeats the last `distance` bytes, 1 to 7 of them: eight bytes hold the pattern, and each step writes as
-// many as keep it in phase. Reading bytes back that were only just written would stall the processor.
-inline void RepeatShort(std::uint8_t* out, std::size_t distance, std::size_t length) {
-  static constexpr std::uint64_t kCopies[8] = {
-      0,           ~0ull / 0xFF,   ~0ull / 0xFFFF, 0x0001000001000001,
-      0x100000001, 1ull << 40 | 1, 1ull << 48 | 1, 1ull << 56 | 1};
-  static constexpr std::uint8_t kSteps[8] = {0, 8, 8, 6, 8, 5, 6, 7};
-  const std::uint64_t last = LoadLittleEndian(out - distance) & ((std::uint64_t{1} << 8 * distance) - 1);
-  const std::uint64_t pattern = last * kCopies[distance];
-  const std::size_t step = kSteps[distance];
-  const std::uint8_t* const end = out + length;
-  do {
-    StoreLittleEndian(out, pattern);
-    out += step;
-  } while (out < end);
-}
-
-// Writes up to kSpill bytes more than it should.
-inline void CopyMatchFast(std::uint8_t* out, std::size_t distance, std::size_t length) {
-  struct Block {
-    std::uint64_t low, high;
-  };
-  if (distance < 8) return RepeatShort(out, distance, length);
-  const std::uint8_t* from = out - distance;
-  const std::uint8_t* const end = out + length;
-  if (distance < sizeof(Block)) {
-    for (; out < end; out += 8, from += 8) Store(out, Load<std::uint64_t>(from));
-    return;
-  }
-  do {
-    Store(out, Load<Block>(from));
-    out += sizeof(Block);
-    from += sizeof(Block);
-  } while (out < end);
-}
-
 }  // namespace
+
+// How far code lengths have come. Kept by the one who adds them, in registers.
+struct Inflater::LengthsPlace {
+  std::size_t count = 0;
+  unsigned last = 0;  // the last length
+};
+
+// The code lengths of a block while they come: of the literals, then of the distances.
+class Inflater::CodeLengths {
+ public:
+  explicit CodeLengths(std::size_t total) : total_(total) {}
+
+  std::size_t Left(const LengthsPlace& place) const { return total_ - place.count; }
+
+  // Whether `entry` repeats a length where there is none yet.
+  static bool LacksLast(std::uint32_t entry, const LengthsPlace& place) {
+    return (entry & (kEntryMatch | kEntryEnd)) == kEntryMatch && place.count == 0;
+  }
+  // Adds what an entry of kLengthMeanings says, `value` being its value with extra bits. False when that
+  // breaks a rule.
+  bool Add(std::uint32_t entry, std::uint32_t value, LengthsPlace& place) {
+    const bool is_run = (entry & kEntryMatch) != 0;
+    const std::size_t pair = (entry & kEntryPair) != 0 ? 1 : 0;
+    const std::size_t added = is_run ? value : 1 + pair;
+    if (LacksLast(entry, place) || added > Left(place)) return false;
+    const unsigned repeated = (entry & kEntryEnd) != 0 ? 0u : place.last;
+    const unsigned two = is_run ? repeated * 0x101 : EntryValue(entry);
+    std::uint8_t* const to = &lengths_[place.count];
+    StoreEightTimes(two, to);
+    if (added > kFewRepeats) std::memset(to, static_cast<int>(repeated), added);
+    Count(counts_, two & 0xFF, added - pair);
+    Count(second_counts_, two >> 8, pair);
+    place.last = two >> 8 * pair & 0xFF;
+    place.count += added;
+    return true;
+  }
+  std::span<const std::uint8_t> all() const { return std::span(lengths_).first(total_); }
+  LengthCounts CountsWithout(const LengthCounts& part) const {
+    LengthCounts rest;
+    for (std::size_t length = 0; length < rest.size(); ++length)
+      rest[length] = static_cast<std::uint16_t>(counts_[length] + second_counts_[length] - part[length]);
+    return rest;
+  }
+
+ private:
+  static constexpr std::size_t kFewRepeats = 16;  // always written, to spare a jump that can't be foreseen
+
+  static void StoreEightTimes(unsigned two, std::uint8_t* to) {
+    const std::uint64_t four_times = std::uint64_t{two} * 0x0001000100010001;
+    StoreLittleEndian(to, four_times);
+    StoreLittleEndian(to + 8, four_times);
+  }
+  static void Count(LengthCounts& counts, std::size_t length, std::size_t added) {
+    counts[length] = static_cast<std::uint16_t>(counts[length] + added);
+  }
+
+  std::size_t total_;
+  // The second of a pair is counted apart: a number that was only just stored is slow to read.
+  LengthCounts counts_{}, second_counts_{};
+  std::array<std::uint8_t, kLiteralSymbols + kDistanceSymbols + kFewRepeats> lengths_;
+};
 
 void Inflater::Start(std::span<const std::uint8_t> stream, std::uint64_t size) {
   stream_ = stream;
@@ -174,6 +190,15 @@ Inflater::Outcome Inflater::Run(InflateWindow& window) {
 // ---- bits, exactly as far ahead as the results depend on it ----
 
 void Inflater::FillBits(int count) {
+  if (bit_count_ >= count) return;
+  const auto wanted = static_cast<std::size_t>(count - bit_count_ + 7) / 8;
+  if (stream_.size() - input_position_ >= sizeof(std::uint64_t)) {
+    const auto next = static_cast<std::uint32_t>(LoadLittleEndian(stream_.data() + input_position_));
+    bit_buffer_ |= (next & ((1u << 8 * wanted) - 1u)) << bit_count_;
+    input_position_ += wanted;
+    bit_count_ += static_cast<int>(8 * wanted);
+    return;
+  }
   while (bit_count_ < count && input_position_ < stream_.size()) {
     bit_buffer_ |= std::uint32_t{stream_[input_position_++]} << bit_count_;
     bit_count_ += 8;
@@ -206,6 +231,27 @@ bool Inflater::GetExtraBits(std::uint32_t entry, std::uint32_t& value) {
   if (!GetBits(static_cast<int>(EntryTaken(entry) - EntryLength(entry)), extra)) return false;
   value = EntryValue(entry) + extra;
   return true;
+}
+
+// ---- bits for those who take many ----
+
+const std::uint8_t* Inflater::FastEnd() const {
+  return stream_.data() + stream_.size() - (final_block_ ? 0 : kMargin);
+}
+
+bool Inflater::FarFromEnd() const {
+  return stream_.size() >= kMargin + sizeof(std::uint64_t) && stream_.size() - input_position_ >= kMargin;
+}
+
+FastBits Inflater::TakeBits() const {
+  return {bit_buffer_, static_cast<unsigned>(bit_count_), stream_.data() + input_position_, FastEnd()};
+}
+
+void Inflater::GiveBack(FastBits bits) {
+  bits.Settle();
+  input_position_ = static_cast<std::size_t>(bits.in() - stream_.data());
+  bit_buffer_ = static_cast<std::uint32_t>(bits.bits());
+  bit_count_ = static_cast<int>(bits.count());
 }
 
 std::uint64_t Inflater::RoomToEnd(const InflateWindow& window) const {
@@ -263,49 +309,63 @@ Inflater::Step Inflater::StartDynamic(const InflateWindow&) {
   }
   int longest = 0;
   CodeTable length_table;
-  if (length_table.Build(code_lengths, kLengthMeanings, kLengthRootBits, longest) != 0)
+  if (length_table.Build(code_lengths, CountLengths(code_lengths), kLengthMeanings, kLengthRootBits,
+                         longest) != 0)
     return Step::kBadTables;
+  length_table.JoinLiterals();
 
-  std::array<std::uint8_t, kLiteralSymbols + kDistanceSymbols> storage;
-  const std::span<std::uint8_t> lengths = std::span(storage).first(literal_count + distance_count);
+  CodeLengths lengths(literal_count + distance_count);
   if (const Step failure = ReadCodeLengths(length_table, longest, lengths); failure != Step::kSymbols)
     return failure;
-  if (own_literals_.Build(lengths.first(literal_count), kLiteralMeanings, kLiteralRootBits,
-                          longest_literal_) != 0)
-    return Step::kBadTables;
+  return BuildTables(lengths, literal_count) ? Step::kSymbols : Step::kBadTables;
+}
+
+bool Inflater::BuildTables(const CodeLengths& lengths, std::size_t literal_count) {
+  const std::size_t left = stream_.size() - input_position_;  // all of it, though there may be more blocks
+  const bool short_input = left < kShortInput;
+  const std::span<const std::uint8_t> literal_lengths = lengths.all().first(literal_count);
+  const std::span<const std::uint8_t> distance_lengths = lengths.all().subspan(literal_count);
+  const LengthCounts distance_counts = CountLengths(distance_lengths);
+  if (own_literals_.Build(literal_lengths, lengths.CountsWithout(distance_counts), kLiteralMeanings,
+                          short_input ? kShortLiteralRootBits : kLiteralRootBits, longest_literal_) != 0)
+    return false;
   // A lone distance code of one bit is refused here like any other gap.
-  if (own_distances_.Build(lengths.subspan(literal_count), kDistanceMeanings, kDistanceRootBits,
-                           longest_distance_) != 0)
-    return Step::kBadTables;
+  if (own_distances_.Build(distance_lengths, distance_counts, kDistanceMeanings,
+                           short_input ? kShortDistanceRootBits : kDistanceRootBits, longest_distance_) != 0)
+    return false;
+  if (left >= kPairsPay) own_literals_.JoinLiterals();
   literals_ = &own_literals_;
   distances_ = &own_distances_;
-  return Step::kSymbols;
+  return true;
+}
+
+// Takes what lies far from the stream's end. False when a length breaks a rule.
+bool Inflater::ReadCodeLengthsFast(const CodeTable& table, CodeLengths& lengths, LengthsPlace& place) {
+  if (!FarFromEnd()) return true;
+  const RootEntries roots = table.roots();
+  FastBits bits = TakeBits();
+  LengthsPlace here;
+  bool sound = true;
+  while (sound && lengths.Left(here) >= 2 && bits.Refill(kMostLengthBits)) {
+    const std::uint32_t entry = roots.For(bits.bits());
+    sound = lengths.Add(entry, EntryValueWithExtra(entry, bits.bits()), here);
+    bits.Drop(entry);
+  }
+  GiveBack(bits);
+  place = here;
+  return sound;
 }
 
 // Gives kSymbols when all lengths are there.
-Inflater::Step Inflater::ReadCodeLengths(const CodeTable& table, int longest,
-                                         std::span<std::uint8_t> lengths) {
-  struct Repeat {
-    int extra_bits;
-    std::uint32_t base;
-  };
-  static constexpr Repeat kRepeats[] = {{2, 3}, {3, 3}, {7, 11}};  // symbols 16, 17 and 18
-  std::size_t position = 0;
-  while (position < lengths.size()) {
-    const std::uint32_t symbol = EntryValue(DecodeSymbol(table, longest));
-    if (symbol < 16) {
-      lengths[position++] = static_cast<std::uint8_t>(symbol);
-      continue;
-    }
-    const Repeat& repeat = kRepeats[symbol - 16];
-    std::uint32_t count;
-    if (symbol == 16 && position == 0) return Step::kBadTables;
-    if (!GetBits(repeat.extra_bits, count)) return Step::kFinish;
-    count += repeat.base;
-    if (count > lengths.size() - position) return Step::kBadTables;
-    const std::uint8_t value = symbol == 16 ? lengths[position - 1] : std::uint8_t{0};
-    std::fill_n(lengths.begin() + static_cast<std::ptrdiff_t>(position), count, value);
-    position += count;
+Inflater::Step Inflater::ReadCodeLengths(const CodeTable& table, int longest, CodeLengths& lengths) {
+  LengthsPlace place;
+  if (!ReadCodeLengthsFast(table, lengths, place)) return Step::kBadTables;
+  while (lengths.Left(place) > 0) {
+    const std::uint32_t entry = DecodeSymbol(table, longest);
+    if (CodeLengths::LacksLast(entry, place)) return Step::kBadTables;
+    std::uint32_t value = 0;
+    if ((entry & kEntryMatch) != 0 && !GetExtraBits(entry, value)) return Step::kFinish;
+    if (!lengths.Add(entry, value, place)) return Step::kBadTables;
   }
   return Step::kSymbols;
 }
@@ -326,103 +386,22 @@ Inflater::Step Inflater::DecodeSymbols(InflateWindow& window) {
   return RunFast(window) ? EndBlock() : DecodeExactly(window);
 }
 
-// Far from both ends: eight bytes of input at a time, and no look at the limits but where a match could pass
-// them. True when the block has ended; otherwise the next symbol is for DecodeExactly.
+// True when the block has ended; otherwise the next symbol is for DecodeExactly.
 bool Inflater::RunFast(InflateWindow& window) {
-  // The decoder may be ahead of the codes by three bytes, and a stored block asks about five more.
-  constexpr std::size_t kInputMargin = 16;
-  constexpr std::size_t kMostLiterals = 3;  // in a row, between two looks at the limits
   const std::uint64_t room = RoomToEnd(window);
-  if (stream_.size() - input_position_ < kInputMargin || room <= kMostLiterals ||
-      window.position >= window.full)
-    return false;
-
-  const std::uint32_t* const literals = literals_->roots();
-  const std::uint32_t* const distances = distances_->roots();
-  const std::size_t literal_mask = literals_->root_mask(), distance_mask = distances_->root_mask();
-  const std::uint8_t* in = stream_.data() + input_position_;
-  const std::uint8_t* const in_end = stream_.data() + stream_.size() - kInputMargin;
-  std::uint8_t* out = window.data + window.position;
+  if (!FarFromEnd() || room <= FastRun::kMostLiterals || window.position >= window.full) return false;
+  std::uint8_t* const out = window.data + window.position;
   const std::uint64_t to_full = window.full - window.position;
-  const std::uint8_t* const out_end = out + std::min(to_full, room - kMostLiterals);
-  const std::uint8_t* const out_limit = out + std::min(to_full + InflateWindow::kLongestMatch, room);
-  std::uint64_t bits = bit_buffer_;
-  unsigned count = static_cast<unsigned>(bit_count_);
-  bool ended = false;
-
-  // At least 56 bits afterwards. Those above `count` are the stream's own too, and are loaded again.
-  const auto refill = [&] {
-    bits |= LoadLittleEndian(in) << count;
-    in += (63 - count) >> 3;
-    count |= 56;
-  };
-  const auto take = [&](unsigned taken) {
-    bits >>= taken;
-    count -= taken;
-  };
-  const auto put_literal = [&](std::uint32_t entry) {
-    take(EntryTaken(entry));
-    *out++ = static_cast<std::uint8_t>(EntryValue(entry));
-    return literals[static_cast<std::size_t>(bits) & literal_mask];
-  };
-
-  refill();
-  std::uint32_t entry = literals[static_cast<std::size_t>(bits) & literal_mask];
-  while (in <= in_end && out < out_end) {
-    if (entry & kEntryLiteral) {
-      entry = put_literal(entry);
-      if (entry & kEntryLiteral) {
-        entry = put_literal(entry);
-        if (entry & kEntryLiteral) {
-          entry = put_literal(entry);
-          refill();
-          continue;
-        }
-      }
-    }
-    const std::uint64_t bits_before = bits;
-    const unsigned count_before = count;
-    const std::uint8_t* const in_before = in;
-    if (!(entry & kEntryMatch)) {
-      if (entry == 0) entry = literals_->FindLong(bits);
-      if (entry & kEntryLiteral) {
-        entry = put_literal(entry);
-        refill();
-        continue;
-      }
-      if (entry & kEntryEnd) {
-        take(EntryTaken(entry));
-        ended = true;
-        break;
-      }
-    }
-    const std::size_t length = ValueWithExtra(entry, bits);
-    take(EntryTaken(entry));
-    refill();
-    std::uint32_t distance_entry = distances[static_cast<std::size_t>(bits) & distance_mask];
-    if (distance_entry == 0) distance_entry = distances_->FindLong(bits);
-    const std::size_t distance = ValueWithExtra(distance_entry, bits);
-    take(EntryTaken(distance_entry));
-    if (distance > static_cast<std::size_t>(out - window.data) ||
-        length > static_cast<std::size_t>(out_limit - out)) {
-      bits = bits_before;
-      count = count_before;
-      in = in_before;
-      break;
-    }
-    refill();
-    entry = literals[static_cast<std::size_t>(bits) & literal_mask];
-    CopyMatchFast(out, distance, length);
-    out += length;
-  }
-
-  // Whole bytes that were read ahead go back.
-  in -= count / 8;
-  count %= 8;
-  input_position_ = static_cast<std::size_t>(in - stream_.data());
-  bit_buffer_ = static_cast<std::uint32_t>(bits & ((1u << count) - 1u));
-  bit_count_ = static_cast<int>(count);
-  window.position = static_cast<std::size_t>(out - window.data);
+  FastRun run = {*literals_,
+                 *distances_,
+                 TakeBits(),
+                 out,
+                 window.data,
+                 out + std::min(to_full, room - FastRun::kMostLiterals),
+                 out + std::min(to_full + InflateWindow::kLongestMatch, room)};
+  const bool ended = run.Run();
+  GiveBack(run.bits);
+  window.position = static_cast<std::size_t>(run.out - window.data);
   return ended;
 }
 

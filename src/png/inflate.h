@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "png/code_table.h"
+#include "png/fast_bits.h"
 
 namespace marklet::png {
 
@@ -55,6 +56,8 @@ class Inflater {
   Outcome Run(InflateWindow& window);
 
  private:
+  class CodeLengths;
+  struct LengthsPlace;
   // What to do next.
   enum class Step { kHeader, kStored, kSymbols, kFull, kFinish, kBadTables };
 
@@ -66,12 +69,19 @@ class Inflater {
   bool Exhausted() const { return input_position_ == stream_.size() && bit_count_ <= 0; }
   std::uint64_t RoomToEnd(const InflateWindow& window) const;
 
+  const std::uint8_t* FastEnd() const;
+  bool FarFromEnd() const;
+  FastBits TakeBits() const;
+  void GiveBack(FastBits bits);
+
   Step StartBlock(const InflateWindow& window);
   Step StartStored(const InflateWindow& window);
   Step StartFixed(const InflateWindow& window);
   Step StartDynamic(const InflateWindow& window);
   Step StartReserved(const InflateWindow&) { return Step::kFinish; }
-  Step ReadCodeLengths(const CodeTable& table, int longest, std::span<std::uint8_t> lengths);
+  bool ReadCodeLengthsFast(const CodeTable& table, CodeLengths& lengths, LengthsPlace& place);
+  Step ReadCodeLengths(const CodeTable& table, int longest, CodeLengths& lengths);
+  bool BuildTables(const CodeLengths& lengths, std::size_t literal_count);
   Step EndBlock() const { return final_block_ ? Step::kFinish : Step::kHeader; }
 
   Step CopyStored(InflateWindow& window);

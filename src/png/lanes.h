@@ -45,6 +45,17 @@ inline Bytes16 AverageUp(Bytes16 a, Bytes16 b) {
 #endif
 }
 
+// A bit for each byte that isn't 0, the first one lowest.
+inline std::uint32_t NonZeroBytes(Bytes16 bytes) {
+#if defined(__SSE2__)
+  return 0xFFFFu ^ static_cast<std::uint32_t>(_mm_movemask_epi8(__m128i(bytes == 0)));
+#else
+  std::uint32_t mask = 0;
+  for (int i = 0; i < 16; ++i) mask |= std::uint32_t{bytes[i] != 0} << i;
+  return mask;
+#endif
+}
+
 // The first two pixels with each byte in a word of its own, and back.
 inline Words8 Widened(Bytes16 bytes) {
   return Words8(

@@ -1,0 +1,111 @@
+#include "png/inflate_fast.h"
+
+#include "png/match_copy.h"
+
+namespace marklet::png {
+namespace {
+
+// Writes two bytes and counts one or both.
+[[gnu::always_inline]] inline std::uint8_t* PutLiteral(std::uint8_t* out, std::uint32_t entry) {
+  static_assert(kEntryPair == 1u << 12);
+  StoreLittleEndian(out, static_cast<std::uint16_t>(EntryValue(entry)));
+  return out + 1 + (entry >> 12 & 1);
+}
+
+// Bits of the longest things that are taken between two refills: two literals and a length, and a distance.
+constexpr unsigned kLengthBits = 2 * CodeTable::kMaxRootBits + kMaxCodeLength + 5;
+constexpr unsigned kDistanceBits = kMaxCodeLength + 14;
+static_assert(kLengthBits >= 3 * CodeTable::kMaxRootBits && kLengthBits <= FastBits::kRefilled);
+
+struct Match {
+  std::size_t length, distance;
+};
+
+// Takes a match whose length has the entry `entry`. False where the input ends first.
+[[gnu::always_inline]] inline bool TakeMatch(std::uint32_t entry, const CodeTable& distances,
+                                             RootEntries roots, FastBits& bits, Match& match) {
+  match.length = EntryValueWithExtra(entry, bits.bits());
+  bits.Drop(entry);
+  if (!bits.Refill(kDistanceBits)) return false;
+  std::uint32_t distance_entry = roots.For(bits.bits());
+  if (distance_entry == 0) [[unlikely]]
+    distance_entry = distances.FindLong(bits.bits());
+  match.distance = EntryValueWithExtra(distance_entry, bits.bits());
+  bits.Drop(distance_entry);
+  return true;
+}
+
+// All state is in locals: a store to the output could change anything that lies in memory.
+[[gnu::always_inline]] inline bool RunInline(FastRun& run) {
+  const RootEntries literals = run.literals.roots(), distances = run.distances.roots();
+  const std::uint8_t *const out_first = run.out_first, *const out_end = run.out_end,
+                            *const out_limit = run.out_limit;
+  FastBits bits = run.bits;
+  std::uint8_t* out = run.out;
+  bool ended = false;
+  while (bits.Refill(kLengthBits) && out < out_end) {
+    std::uint32_t entry = literals.For(bits.bits());
+    if (entry & kEntryLiteral) {
+      bits.Drop(entry);
+      out = PutLiteral(out, entry);
+      entry = literals.For(bits.bits());
+      if (entry & kEntryLiteral) {
+        bits.Drop(entry);
+        out = PutLiteral(out, entry);
+        entry = literals.For(bits.bits());
+        if (entry & kEntryLiteral) {
+          bits.Drop(entry);
+          out = PutLiteral(out, entry);
+          continue;
+        }
+      }
+    }
+    if (!(entry & kEntryMatch)) [[unlikely]] {
+      if (entry == 0) entry = run.literals.FindLong(bits.bits());
+      if (entry & kEntryLiteral) {
+        bits.Drop(entry);
+        out = PutLiteral(out, entry);
+        continue;
+      }
+      if (entry & kEntryEnd) {
+        bits.Drop(entry);
+        ended = true;
+        break;
+      }
+    }
+    const FastBits before = bits;
+    Match match;
+    if (!TakeMatch(entry, run.distances, distances, bits, match) ||
+        match.distance > static_cast<std::size_t>(out - out_first) ||
+        match.length > static_cast<std::size_t>(out_limit - out)) [[unlikely]] {
+      bits = before;
+      break;
+    }
+    CopyMatchFast(out, match.distance, match.length);
+    out += match.length;
+  }
+  bits.Settle();
+  run.bits = bits;
+  run.out = out;
+  return ended;
+}
+
+bool RunPlain(FastRun& run) { return RunInline(run); }
+
+#if defined(__x86_64__)
+// The same code with shifts that leave the flags alone.
+[[gnu::target("bmi,bmi2")]] bool RunBmi2(FastRun& run) { return RunInline(run); }
+
+bool (*ChooseRun())(FastRun&) { return __builtin_cpu_supports("bmi2") ? RunBmi2 : RunPlain; }
+#else
+bool (*ChooseRun())(FastRun&) { return RunPlain; }
+#endif
+
+}  // namespace
+
+bool FastRun::Run() {
+  static bool (*const chosen)(FastRun&) = ChooseRun();
+  return chosen(*this);
+}
+
+}  // namespace marklet::png
