@@ -16,7 +16,7 @@ constexpr auto kReversedBytes = [] {
   std::array<std::uint8_t, 256> reversed{};
   for (unsigned byte = 0; byte < 256; ++byte)
     for (unsigned bit = 0; bit < 8; ++bit)
-      reversed[byte] = static_cast<std::uint8_t>(reversed[byte] << 1 | (byte >> bit & 1));
+      reversed[byte] = static_cast<std::uint8_t>(reversed[byte] * 2u + (byte >> bit & 1));
   return reversed;
 }();
 
@@ -40,15 +40,19 @@ int Remainder(const LengthCounts& counts) {
   return remainder;
 }
 
-// A bit for each of the first 64 symbols that has a code.
-std::uint64_t UsedSymbols(std::span<const std::uint8_t> lengths) {
-  std::uint64_t used = 0;
-  std::size_t symbol = 0;
-  for (; symbol < 64 && lengths.size() - symbol >= 16; symbol += 16)
-    used |= std::uint64_t{NonZeroBytes(LoadBytes16(lengths.data() + symbol))} << symbol;
-  for (; symbol < 64 && symbol < lengths.size(); ++symbol)
-    used |= std::uint64_t{lengths[symbol] != 0} << symbol;
-  return used;
+// Calls `visit` with each symbol of one code length, in order.
+template <typename Visit>
+inline void ForSymbolsOfLength(std::span<const std::uint8_t> lengths, int length, Visit visit) {
+  for (std::size_t first = 0; first < lengths.size(); first += 64) {
+    const std::size_t count = std::min<std::size_t>(64, lengths.size() - first);
+    std::uint64_t found = 0;
+    for (std::size_t part = 0; part < count; part += 16)
+      found |=
+          std::uint64_t{EqualBytes(LoadBytes16(&lengths[first] + part), static_cast<std::uint8_t>(length))}
+          << part;
+    if (count < 64) found &= (std::uint64_t{1} << count) - 1;
+    for (; found != 0; found &= found - 1) visit(first + static_cast<std::size_t>(std::countr_zero(found)));
+  }
 }
 
 }  // namespace
@@ -65,44 +69,37 @@ int CodeTable::Build(std::span<const std::uint8_t> lengths, const LengthCounts& 
   longest = std::max(longest, own_longest);
   if (const int remainder = Remainder(counts); remainder != 0) return remainder;
   counts_ = counts;
-  SortSymbols(lengths, meanings);
-  FillRoots(std::min({own_longest, max_root_bits, kMaxRootBits}));
+  FillRoots(lengths, meanings, std::min({own_longest, max_root_bits, kMaxRootBits}));
+  SortLong(lengths, meanings, own_longest);
   return 0;
-}
-
-// Only symbols with a code are visited, 64 being looked through at a time.
-void CodeTable::SortSymbols(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings) {
-  std::array<std::uint32_t*, kMaxCodeLength + 1> next;
-  next[1] = sorted_.data();
-  for (std::size_t length = 1; length < kMaxCodeLength; ++length)
-    next[length + 1] = next[length] + counts_[length];
-  for (std::size_t first = 0; first < lengths.size(); first += 64) {
-    std::uint64_t used = UsedSymbols(lengths.subspan(first));
-    for (; used != 0; used &= used - 1) {
-      const std::size_t symbol = first + static_cast<std::size_t>(std::countr_zero(used));
-      const std::uint8_t length = lengths[symbol];
-      *next[length]++ = WithLength(meanings[symbol], length);
-    }
-  }
 }
 
 // Codes come in rising length, so all that is known about codes of n bits holds for both values of the bit
 // behind them: the table is doubled with each length, and each symbol is written once.
-void CodeTable::FillRoots(int root_bits) {
-  const std::uint32_t* symbol = sorted_.data();
+void CodeTable::FillRoots(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
+                          int root_bits) {
   std::size_t size = 1;
   unsigned code = 0;
   roots_[0] = 0;
   for (int length = 1; length <= root_bits; ++length, size *= 2) {
     std::copy_n(roots_.data(), size, roots_.data() + size);
     code <<= 1;
-    for (const unsigned end = code + counts_[static_cast<std::size_t>(length)]; code < end; ++code)
-      roots_[Reversed(code, length)] = *symbol++;
+    if (counts_[static_cast<std::size_t>(length)] == 0) continue;
+    ForSymbolsOfLength(lengths, length, [&](std::size_t symbol) {
+      roots_[Reversed(code++, length)] = WithLength(meanings[symbol], length);
+    });
   }
   root_mask_ = size - 1;
   root_bits_ = root_bits;
   root_end_code_ = code;
-  root_end_ = static_cast<unsigned>(symbol - sorted_.data());
+}
+
+void CodeTable::SortLong(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
+                         int longest) {
+  std::uint32_t* next = long_.data();
+  for (int length = root_bits_ + 1; length <= longest; ++length)
+    ForSymbolsOfLength(lengths, length,
+                       [&](std::size_t symbol) { *next++ = WithLength(meanings[symbol], length); });
 }
 
 // From the top down, so that what the second code is looked up in holds single literals still: it is the
@@ -128,7 +125,7 @@ std::uint32_t CodeTable::Find(std::uint64_t bits) const {
 }
 
 std::uint32_t CodeTable::FindLong(std::uint64_t bits) const {
-  const std::uint32_t* first = sorted_.data() + root_end_;  // of the length at hand
+  const std::uint32_t* first = long_.data();  // of the length at hand
   unsigned code = Reversed(static_cast<unsigned>(bits & root_mask_), root_bits_), first_code = root_end_code_;
   bits >>= root_bits_;
   for (std::size_t length = static_cast<std::size_t>(root_bits_) + 1; length <= kMaxCodeLength; ++length) {
@@ -140,7 +137,7 @@ std::uint32_t CodeTable::FindLong(std::uint64_t bits) const {
     first += count;
     first_code += count;
   }
-  return *sorted_.data();  // not reached: the code is complete
+  return *long_.data();  // not reached: the code is complete
 }
 
 }  // namespace marklet::png

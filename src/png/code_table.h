@@ -52,9 +52,10 @@ class CodeTable {
   CodeTable() {}  // leaves the arrays as they are: clearing them would cost more than a small picture
 
   // Takes the code lengths of symbols 0, 1, ... with their counts, and what each symbol means: an entry
-  // without its code's length. Returns 0 for a complete code, a negative number for one with too many codes
-  // of some length, and a positive one for a code with gaps; the table is usable after 0 only. `longest`
-  // rises to the longest length.
+  // without its code's length. Up to kSpill bytes behind the lengths are read. Returns 0 for a complete code,
+  // a negative number for one with too many codes of some length, and a positive one for a code with gaps;
+  // the table is usable after 0 only. `longest` rises to the longest length.
+  static constexpr std::size_t kSpill = 15;
   int Build(std::span<const std::uint8_t> lengths, const LengthCounts& counts,
             std::span<const std::uint32_t> meanings, int max_root_bits, int& longest);
   // Lets root entries stand for two literals where both codes fit. Pays where many symbols follow.
@@ -70,16 +71,15 @@ class CodeTable {
  private:
   static constexpr int kMaxSymbols = 288;
 
-  void SortSymbols(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings);
-  void FillRoots(int root_bits);
+  void FillRoots(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
+                 int root_bits);
+  void SortLong(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings, int longest);
 
   std::size_t root_mask_ = 0;
   LengthCounts counts_;
-  // Where codes that are too long for a root entry begin: the bits of a root, the code that follows them all,
-  // and its place in `sorted_`.
   int root_bits_ = 0;
-  unsigned root_end_code_ = 0, root_end_ = 0;
-  std::array<std::uint32_t, kMaxSymbols> sorted_;  // entries in the order of their codes
+  unsigned root_end_code_ = 0;  // the code of so many bits that follows the last one in `roots_`
+  std::array<std::uint32_t, kMaxSymbols> long_;  // entries of longer codes, in the order of the codes
   std::array<std::uint32_t, 1 << kMaxRootBits> roots_;
 };
 

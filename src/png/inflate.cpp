@@ -3,63 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "png/code_lengths.h"
+#include "png/deflate_symbols.h"
 #include "png/fast_bits.h"
 #include "png/inflate_fast.h"
 
 namespace marklet::png {
 namespace {
 
-constexpr std::size_t kLiteralSymbols = 288, kDistanceSymbols = 32, kLengthSymbols = 19;
-
-constexpr std::uint32_t Base(unsigned base, unsigned extra_bits) {
-  return kEntryMatch | base << kEntryValueShift | extra_bits;
-}
-
-// 286 and 287 keep the length 0.
-constexpr auto kLiteralMeanings = [] {
-  std::array<std::uint32_t, kLiteralSymbols> meanings{};
-  for (unsigned byte = 0; byte < 256; ++byte) meanings[byte] = kEntryLiteral | byte << kEntryValueShift;
-  meanings[256] = kEntryEnd;
-  unsigned base = 3;
-  for (unsigned index = 0; index < 28; ++index) {
-    const unsigned extra_bits = index < 8 ? 0 : index / 4 - 1;
-    meanings[257 + index] = Base(base, extra_bits);
-    base += 1u << extra_bits;
-  }
-  meanings[285] = Base(258, 0);
-  meanings[286] = meanings[287] = Base(0, 0);
-  return meanings;
-}();
-
-// 30 and 31, which the format leaves out, go on with 14 extra bits.
-constexpr auto kDistanceMeanings = [] {
-  std::array<std::uint32_t, kDistanceSymbols> meanings{};
-  unsigned base = 1;
-  for (unsigned index = 0; index < kDistanceSymbols; ++index) {
-    const unsigned extra_bits = index < 4 ? 0 : index / 2 - 1;
-    meanings[index] = Base(base, extra_bits);
-    base += 1u << extra_bits;
-  }
-  return meanings;
-}();
-
-// A code length, or how many times one comes, to which extra bits are added: the last one again, or with
-// kEntryEnd the length 0.
-constexpr auto kLengthMeanings = [] {
-  std::array<std::uint32_t, kLengthSymbols> meanings{};
-  for (unsigned length = 0; length < 16; ++length)
-    meanings[length] = kEntryLiteral | length << kEntryValueShift;
-  meanings[16] = Base(3, 2);
-  meanings[17] = Base(3, 3) | kEntryEnd;
-  meanings[18] = Base(11, 7) | kEntryEnd;
-  return meanings;
-}();
-
-constexpr std::array<std::uint8_t, kLengthSymbols> kCodeLengthOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                                                       11, 4,  12, 3, 13, 2, 14, 1, 15};
-
 constexpr int kLiteralRootBits = 11, kDistanceRootBits = 8, kLengthRootBits = 7;
-constexpr unsigned kMostLengthBits = kLengthRootBits + 7;
 // For a few bytes of input a big table costs more than it saves, and so do pairs of literals in it.
 constexpr int kShortLiteralRootBits = 10, kShortDistanceRootBits = 7;
 constexpr std::size_t kShortInput = 1500, kPairsPay = 3500;
@@ -94,67 +46,6 @@ const FixedTables& Fixed() {
 }
 
 }  // namespace
-
-// How far code lengths have come. Kept by the one who adds them, in registers.
-struct Inflater::LengthsPlace {
-  std::size_t count = 0;
-  unsigned last = 0;  // the last length
-};
-
-// The code lengths of a block while they come: of the literals, then of the distances.
-class Inflater::CodeLengths {
- public:
-  explicit CodeLengths(std::size_t total) : total_(total) {}
-
-  std::size_t Left(const LengthsPlace& place) const { return total_ - place.count; }
-
-  // Whether `entry` repeats a length where there is none yet.
-  static bool LacksLast(std::uint32_t entry, const LengthsPlace& place) {
-    return (entry & (kEntryMatch | kEntryEnd)) == kEntryMatch && place.count == 0;
-  }
-  // Adds what an entry of kLengthMeanings says, `value` being its value with extra bits. False when that
-  // breaks a rule.
-  bool Add(std::uint32_t entry, std::uint32_t value, LengthsPlace& place) {
-    const bool is_run = (entry & kEntryMatch) != 0;
-    const std::size_t pair = (entry & kEntryPair) != 0 ? 1 : 0;
-    const std::size_t added = is_run ? value : 1 + pair;
-    if (LacksLast(entry, place) || added > Left(place)) return false;
-    const unsigned repeated = (entry & kEntryEnd) != 0 ? 0u : place.last;
-    const unsigned two = is_run ? repeated * 0x101 : EntryValue(entry);
-    std::uint8_t* const to = &lengths_[place.count];
-    StoreEightTimes(two, to);
-    if (added > kFewRepeats) std::memset(to, static_cast<int>(repeated), added);
-    Count(counts_, two & 0xFF, added - pair);
-    Count(second_counts_, two >> 8, pair);
-    place.last = two >> 8 * pair & 0xFF;
-    place.count += added;
-    return true;
-  }
-  std::span<const std::uint8_t> all() const { return std::span(lengths_).first(total_); }
-  LengthCounts CountsWithout(const LengthCounts& part) const {
-    LengthCounts rest;
-    for (std::size_t length = 0; length < rest.size(); ++length)
-      rest[length] = static_cast<std::uint16_t>(counts_[length] + second_counts_[length] - part[length]);
-    return rest;
-  }
-
- private:
-  static constexpr std::size_t kFewRepeats = 16;  // always written, to spare a jump that can't be foreseen
-
-  static void StoreEightTimes(unsigned two, std::uint8_t* to) {
-    const std::uint64_t four_times = std::uint64_t{two} * 0x0001000100010001;
-    StoreLittleEndian(to, four_times);
-    StoreLittleEndian(to + 8, four_times);
-  }
-  static void Count(LengthCounts& counts, std::size_t length, std::size_t added) {
-    counts[length] = static_cast<std::uint16_t>(counts[length] + added);
-  }
-
-  std::size_t total_;
-  // The second of a pair is counted apart: a number that was only just stored is slow to read.
-  LengthCounts counts_{}, second_counts_{};
-  std::array<std::uint8_t, kLiteralSymbols + kDistanceSymbols + kFewRepeats> lengths_;
-};
 
 void Inflater::Start(std::span<const std::uint8_t> stream, std::uint64_t size) {
   stream_ = stream;
@@ -301,7 +192,8 @@ Inflater::Step Inflater::StartDynamic(const InflateWindow&) {
   distance_count += 1;
   length_count += 4;
 
-  std::array<std::uint8_t, kLengthSymbols> code_lengths{};
+  std::array<std::uint8_t, kLengthSymbols + CodeTable::kSpill> storage{};
+  const std::span<std::uint8_t> code_lengths = std::span(storage).first(kLengthSymbols);
   for (std::size_t index = 0; index < length_count; ++index) {
     std::uint32_t length;
     if (!GetBits(3, length)) return Step::kFinish;
@@ -339,33 +231,19 @@ bool Inflater::BuildTables(const CodeLengths& lengths, std::size_t literal_count
   return true;
 }
 
-// Takes what lies far from the stream's end. False when a length breaks a rule.
-bool Inflater::ReadCodeLengthsFast(const CodeTable& table, CodeLengths& lengths, LengthsPlace& place) {
-  if (!FarFromEnd()) return true;
-  const RootEntries roots = table.roots();
-  FastBits bits = TakeBits();
-  LengthsPlace here;
-  bool sound = true;
-  while (sound && lengths.Left(here) >= 2 && bits.Refill(kMostLengthBits)) {
-    const std::uint32_t entry = roots.For(bits.bits());
-    sound = lengths.Add(entry, EntryValueWithExtra(entry, bits.bits()), here);
-    bits.Drop(entry);
-  }
-  GiveBack(bits);
-  place = here;
-  return sound;
-}
-
 // Gives kSymbols when all lengths are there.
 Inflater::Step Inflater::ReadCodeLengths(const CodeTable& table, int longest, CodeLengths& lengths) {
-  LengthsPlace place;
-  if (!ReadCodeLengthsFast(table, lengths, place)) return Step::kBadTables;
-  while (lengths.Left(place) > 0) {
+  if (FarFromEnd()) {
+    FastBits bits = TakeBits();
+    if (!lengths.AddMany(table, bits)) return Step::kBadTables;
+    GiveBack(bits);
+  }
+  while (lengths.left() > 0) {
     const std::uint32_t entry = DecodeSymbol(table, longest);
-    if (CodeLengths::LacksLast(entry, place)) return Step::kBadTables;
+    if (lengths.LacksLast(entry)) return Step::kBadTables;
     std::uint32_t value = 0;
     if ((entry & kEntryMatch) != 0 && !GetExtraBits(entry, value)) return Step::kFinish;
-    if (!lengths.Add(entry, value, place)) return Step::kBadTables;
+    if (!lengths.Add(entry, value)) return Step::kBadTables;
   }
   return Step::kSymbols;
 }

@@ -14,6 +14,7 @@
 #include <span>
 #include <vector>
 
+#include "png/code_lengths.h"
 #include "png/code_table.h"
 #include "png/fast_bits.h"
 
@@ -56,8 +57,6 @@ class Inflater {
   Outcome Run(InflateWindow& window);
 
  private:
-  class CodeLengths;
-  struct LengthsPlace;
   // What to do next.
   enum class Step { kHeader, kStored, kSymbols, kFull, kFinish, kBadTables };
 
@@ -79,7 +78,6 @@ class Inflater {
   Step StartFixed(const InflateWindow& window);
   Step StartDynamic(const InflateWindow& window);
   Step StartReserved(const InflateWindow&) { return Step::kFinish; }
-  bool ReadCodeLengthsFast(const CodeTable& table, CodeLengths& lengths, LengthsPlace& place);
   Step ReadCodeLengths(const CodeTable& table, int longest, CodeLengths& lengths);
   bool BuildTables(const CodeLengths& lengths, std::size_t literal_count);
   Step EndBlock() const { return final_block_ ? Step::kFinish : Step::kHeader; }

@@ -1,6 +1,7 @@
 #include "png/inflate_fast.h"
 
 #include "png/match_copy.h"
+#include "png/processor.h"
 
 namespace marklet::png {
 namespace {
@@ -92,20 +93,18 @@ struct Match {
 
 bool RunPlain(FastRun& run) { return RunInline(run); }
 
-#if defined(__x86_64__)
-// The same code with shifts that leave the flags alone.
+#if defined(MARKLET_BMI2)
 [[gnu::target("bmi,bmi2")]] bool RunBmi2(FastRun& run) { return RunInline(run); }
-
-bool (*ChooseRun())(FastRun&) { return __builtin_cpu_supports("bmi2") ? RunBmi2 : RunPlain; }
-#else
-bool (*ChooseRun())(FastRun&) { return RunPlain; }
 #endif
 
 }  // namespace
 
 bool FastRun::Run() {
-  static bool (*const chosen)(FastRun&) = ChooseRun();
-  return chosen(*this);
+#if defined(MARKLET_BMI2)
+  static const bool has_bmi2 = HasBmi2();
+  if (has_bmi2) return RunBmi2(*this);
+#endif
+  return RunPlain(*this);
 }
 
 }  // namespace marklet::png

@@ -45,13 +45,13 @@ inline Bytes16 AverageUp(Bytes16 a, Bytes16 b) {
 #endif
 }
 
-// A bit for each byte that isn't 0, the first one lowest.
-inline std::uint32_t NonZeroBytes(Bytes16 bytes) {
+// A bit for each byte of this value, the first one lowest.
+inline std::uint32_t EqualBytes(Bytes16 bytes, std::uint8_t value) {
 #if defined(__SSE2__)
-  return 0xFFFFu ^ static_cast<std::uint32_t>(_mm_movemask_epi8(__m128i(bytes == 0)));
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(__m128i(bytes == value)));
 #else
   std::uint32_t mask = 0;
-  for (int i = 0; i < 16; ++i) mask |= std::uint32_t{bytes[i] != 0} << i;
+  for (int i = 0; i < 16; ++i) mask |= std::uint32_t{bytes[i] == value} << i;
   return mask;
 #endif
 }
