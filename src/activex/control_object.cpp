@@ -40,6 +40,9 @@ const InterfaceRow kInterfaces[] = {
     {__uuidof(IProvideClassInfo2), Get<&C::class_info>},
     {__uuidof(ISupportErrorInfo), Get<&C::error_info>},
     {__uuidof(IQuickActivate), Get<&C::quick_activate>},
+    {__uuidof(ISpecifyPropertyPages), Get<&C::property_pages>},
+    {__uuidof(IPerPropertyBrowsing), Get<&C::property_browsing>},
+    {__uuidof(ICategorizeProperties), Get<&C::categories>},
     {kObjectSafetyGuid, Get<&C::safety>},
 };
 

@@ -3,6 +3,7 @@
 
 #include "activex/class_info.h"
 #include "activex/connection_points.h"
+#include "activex/designer.h"
 #include "activex/dispatch.h"
 #include "activex/event_source.h"
 #include "activex/extent.h"
@@ -69,6 +70,9 @@ class ControlObject final : public IUnknown {
   ErrorInfoFace error_info{*this};
   QuickActivateFace quick_activate{*this};
   SafetyFace safety{*this};
+  PropertyPagesFace property_pages{*this};
+  PropertyBrowsingFace property_browsing{*this};
+  CategoriesFace categories{*this};
 
  private:
   explicit ControlObject(IUnknown* outer) : outer_(outer ? outer : this) {}

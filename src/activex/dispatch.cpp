@@ -14,12 +14,6 @@ bool SameName(const wchar_t* text, std::string_view name) {
   return ::CompareStringOrdinal(text, -1, Wide(name).c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
-const PropertyRow* FindProperty(DISPID id) {
-  for (const PropertyRow& row : Properties())
-    if (row.dispid == id) return &row;
-  return nullptr;
-}
-
 DISPID FindMember(const wchar_t* name) {
   for (const PropertyRow& row : Properties())
     if (SameName(name, row.name)) return row.dispid;
@@ -110,7 +104,7 @@ HRESULT InvokeLoadIconImage(const Call& call) {
 }
 
 HRESULT Dispatch(const Call& call, DISPID id) {
-  if (const PropertyRow* row = FindProperty(id)) return InvokeProperty(call, *row);
+  if (const PropertyRow* row = PropertyOf(id)) return InvokeProperty(call, *row);
   if (id == LoadIconImageFromFileRow().dispid) return InvokeLoadIconImage(call);
   return DISP_E_MEMBERNOTFOUND;
 }
@@ -126,6 +120,12 @@ HRESULT Report(HRESULT result, EXCEPINFO* exception) {
 }
 
 }  // namespace
+
+const PropertyRow* PropertyOf(DISPID id) {
+  for (const PropertyRow& row : Properties())
+    if (row.dispid == id) return &row;
+  return nullptr;
+}
 
 HRESULT GetTypeInfoOfDispatch(UINT index, ITypeInfo** info) {
   if (!info) return E_POINTER;

@@ -9,6 +9,9 @@ namespace marklet::activex {
 
 class ControlObject;
 
+// The property with this DISPID; null when there is none.
+const PropertyRow* PropertyOf(DISPID id);
+
 // The interface as callers see it: a pointer to its slots. The slots behind those of IDispatch stand in the
 // order of the property table, get, put and putref of each, and the method comes last.
 class DispatchFace {

@@ -3,6 +3,7 @@
 #include "activex/control_object.h"
 #include "activex/guid.h"
 #include "activex/registration.h"
+#include "activex/task_memory.h"
 
 namespace marklet::activex {
 
@@ -80,13 +81,8 @@ HRESULT OleObjectFace::GetUserClassID(CLSID* class_id) {
 HRESULT OleObjectFace::GetUserType(DWORD, LPOLESTR* type) {
   if (!type) return E_POINTER;
   *type = nullptr;
-  return Call([&]() -> HRESULT {
-    const std::wstring name = Wide(library::kClass.name);
-    const std::size_t bytes = (name.size() + 1) * sizeof(wchar_t);
-    *type = static_cast<LPOLESTR>(::CoTaskMemAlloc(bytes));
-    if (!*type) return E_OUTOFMEMORY;
-    name.copy(*type, name.size());
-    (*type)[name.size()] = 0;
+  return Call([&] {
+    *type = NewTaskString(Wide(library::kClass.name));
     return S_OK;
   });
 }

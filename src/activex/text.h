@@ -16,6 +16,8 @@ inline BSTR NewBstr(std::u16string_view text) {
   return result;
 }
 
+inline BSTR NewBstr(std::string_view ascii) { return NewBstr(std::u16string(ascii.begin(), ascii.end())); }
+
 // A null string is an empty one. A length in odd bytes loses the last one.
 inline std::u16string FromBstr(BSTR text) {
   return text ? std::u16string(Wrap(text), ::SysStringLen(text)) : std::u16string();

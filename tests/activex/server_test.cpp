@@ -74,12 +74,28 @@ TEST(ServerModule, ImportsSystemLibrariesAlone) {
 
 // --- Identity ---------------------------------------------------------------------------------------------
 
-const IID* const kInterfaces[] = {
-    &IID_IUnknown,           &IID_IDispatch,           &kDispatchId,           &IID_IOleObject,
-    &IID_IOleControl,        &IID_IOleWindow,          &IID_IOleInPlaceObject, &IID_IOleInPlaceActiveObject,
-    &IID_IViewObject,        &IID_IViewObject2,        &IID_IViewObjectEx,     &IID_IPersist,
-    &IID_IPersistStreamInit, &IID_IPersistPropertyBag, &IID_IPersistStorage,   &IID_IConnectionPointContainer,
-    &IID_IProvideClassInfo,  &IID_IProvideClassInfo2,  &IID_ISupportErrorInfo, &IID_IQuickActivate};
+const IID* const kInterfaces[] = {&IID_IUnknown,
+                                  &IID_IDispatch,
+                                  &kDispatchId,
+                                  &IID_IOleObject,
+                                  &IID_IOleControl,
+                                  &IID_IOleWindow,
+                                  &IID_IOleInPlaceObject,
+                                  &IID_IOleInPlaceActiveObject,
+                                  &IID_IViewObject,
+                                  &IID_IViewObject2,
+                                  &IID_IViewObjectEx,
+                                  &IID_IPersist,
+                                  &IID_IPersistStreamInit,
+                                  &IID_IPersistPropertyBag,
+                                  &IID_IPersistStorage,
+                                  &IID_IConnectionPointContainer,
+                                  &IID_IProvideClassInfo,
+                                  &IID_IProvideClassInfo2,
+                                  &IID_ISupportErrorInfo,
+                                  &IID_IQuickActivate,
+                                  &IID_ISpecifyPropertyPages,
+                                  &IID_IPerPropertyBrowsing};
 
 TEST(ControlIdentity, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
   const ComPtr<IUnknown> control = CreateControl();
