@@ -35,7 +35,7 @@ HWND CreateForm() {
   description.lpfnWndProc = FormProcedure;
   description.hInstance = GetModuleHandleW(nullptr);
   description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
-  description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  description.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
   description.lpszClassName = L"Marklet form";
   RegisterClassW(&description);
   constexpr DWORD style = WS_OVERLAPPEDWINDOW & ~static_cast<DWORD>(WS_THICKFRAME | WS_MAXIMIZEBOX);

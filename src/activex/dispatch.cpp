@@ -1,7 +1,9 @@
 // Late-bound calls.
 #include "activex/dispatch.h"
 
+#include "activex/boundary.h"
 #include "activex/control_object.h"
+#include "activex/error_report.h"
 #include "activex/guid.h"
 #include "activex/text.h"
 #include "activex/type_info.h"
@@ -109,16 +111,6 @@ HRESULT Dispatch(const Call& call, DISPID id) {
   return DISP_E_MEMBERNOTFOUND;
 }
 
-// A member that failed itself, as against a call that was wrong, is reported as an exception.
-HRESULT Report(HRESULT result, EXCEPINFO* exception) {
-  if (SUCCEEDED(result) || HRESULT_FACILITY(result) == FACILITY_DISPATCH) return result;
-  if (!exception) return result;
-  *exception = {};
-  exception->scode = result;
-  exception->bstrSource = ::SysAllocString(L"Marklet");
-  return DISP_E_EXCEPTION;
-}
-
 }  // namespace
 
 const PropertyRow* PropertyOf(DISPID id) {
@@ -149,7 +141,10 @@ HRESULT InvokeMember(ControlObject& control, DISPID id, REFIID iid, WORD flags, 
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_POINTER;
   if (result) ::VariantInit(result);
-  return Report(Dispatch({control, flags, *parameters, result, bad_argument}, id), exception);
+  return ReportInvoke(Guarded([&] {
+                        return Dispatch({control, flags, *parameters, result, bad_argument}, id);
+                      }),
+                      exception);
 }
 
 }  // namespace marklet::activex

@@ -5,6 +5,7 @@
 
 #include "activex/control_object.h"
 #include "activex/dispatch.h"
+#include "activex/error_report.h"
 #include "activex/face.h"
 #include "activex/text.h"
 #include "activex/value_conversion.h"
@@ -41,29 +42,29 @@ HRESULT STDMETHODCALLTYPE GetSlot(DispatchFace* face, Native* result) {
   if (!result) return E_POINTER;
   *result = {};
   const Entry entry(face->Control());
-  return Guarded([&] {
+  return LeaveErrorInfo(Guarded([&] {
     ToNative(face->Control(), face->Control().marklet.Get(Properties()[Row]), *result);
     return S_OK;
-  });
+  }));
 }
 
 template <std::size_t Row, typename Native>
 HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
   const Entry entry(face->Control());
-  return Guarded([&] {
+  return LeaveErrorInfo(Guarded([&] {
     face->Control().marklet.Set(Properties()[Row], FromNative(value));
     return S_OK;
-  });
+  }));
 }
 
 HRESULT STDMETHODCALLTYPE LoadIconImageSlot(DispatchFace* face, BSTR file, BSTR key, VARIANT_BOOL* result) {
   if (!result) return E_POINTER;
   *result = VARIANT_FALSE;
   const Entry entry(face->Control());
-  return Guarded([&] {
+  return LeaveErrorInfo(Guarded([&] {
     if (face->Control().marklet.LoadIconImageFromFile(FromBstr(file), FromBstr(key))) *result = VARIANT_TRUE;
     return S_OK;
-  });
+  }));
 }
 
 // --- The slots of IDispatch -------------------------------------------------------------------------------

@@ -12,7 +12,7 @@ HWND CreateContainerWindow() {
   WNDCLASSW description = {};
   description.lpfnWndProc = DefWindowProcW;
   description.hInstance = GetModuleHandleW(nullptr);
-  description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  description.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
   description.lpszClassName = kWindowClass;
   RegisterClassW(&description);
   const HWND window = CreateWindowExW(0, kWindowClass, L"", WS_POPUP, 100, 100, 400, 300, nullptr, nullptr,

@@ -1,0 +1,16 @@
+// What callers can learn of a failure beyond its result code.
+#pragma once
+
+#include "activex/com.h"
+
+namespace marklet::activex {
+
+// Leaves the thread an error object with the system's words for a failure of `_Marklet`, for callers that
+// look for one, as ISupportErrorInfo tells them to. Gives the result back.
+HRESULT LeaveErrorInfo(HRESULT result) noexcept;
+
+// The result of a late-bound call. A member that failed itself, as against a call that was wrong, becomes an
+// exception with the system's words when the caller takes one.
+HRESULT ReportInvoke(HRESULT result, EXCEPINFO* exception) noexcept;
+
+}  // namespace marklet::activex

@@ -1,0 +1,171 @@
+// A server that runs out of memory says so, goes on, and leaves nothing behind.
+#include "activex/failing_memory.h"
+#include "activex/container.h"
+#include "support/gdi_handles.h"
+
+namespace ocx_test {
+namespace {
+
+// A life whose steps may all fail; what there is afterwards is taken away in the usual order.
+void LiveAsFarAsPossible(Container& container) {
+  ComPtr<IClassFactory> factory;
+  ComPtr<IUnknown> control;
+  if (FAILED(Server::Get().GetClassObject(kClassId, IID_PPV_ARGS(factory.GetAddressOf())))) return;
+  if (FAILED(factory->CreateInstance(nullptr, IID_PPV_ARGS(control.GetAddressOf())))) return;
+  container.HostObject(control);
+  As<IPersistStreamInit>(control)->InitNew();
+  const auto object = As<IDispatch>(control);
+  Sink events;
+  events.ConnectEvents(control.Get());
+  PutByName(object.Get(), L"Caption", Variant(L"&A <b>bold</b> <f=DejaVu Serif>face</f> and more"));
+  container.Activate(OLEIVERB_UIACTIVATE);
+  PutByName(object.Get(), L"TextEffect", Variant(2));
+  PutByName(object.Get(), L"FontSize", Variant(13));
+  PutByName(object.Get(), L"AutoSize", Variant::Bool(true));
+  Variant font, text;
+  GetByName(object.Get(), L"Font", font);
+  GetByName(object.Get(), L"Caption", text);
+  if (const HWND window = container.ControlWindow()) {
+    UpdateWindow(window);
+    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+  }
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const RECTL bounds = {0, 0, 10, 10};
+  As<IViewObject>(control)->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr,
+                                 nullptr, 0);
+  DeleteDC(dc);
+  CAUUID pages = {};
+  As<ISpecifyPropertyPages>(control)->GetPages(&pages);
+  CoTaskMemFree(pages.pElems);
+  CALPOLESTR names = {};
+  CADWORD cookies = {};
+  As<IPerPropertyBrowsing>(control)->GetPredefinedStrings(IdOf(object.Get(), L"TextEffect"), &names,
+                                                          &cookies);
+  for (ULONG i = 0; i < names.cElems; ++i) CoTaskMemFree(names.pElems[i]);
+  CoTaskMemFree(names.pElems);
+  CoTaskMemFree(cookies.pElems);
+  CONTROLINFO info = {};
+  info.cb = sizeof info;
+  As<IOleControl>(control)->GetControlInfo(&info);
+}
+
+// Each failing allocation in turn; the container checks that nobody holds it in the end.
+void FailEachInTurn(bool and_on) {
+  FailingMemory memory;
+  // The compiler's runtime ends the program when there is no memory for a thread's first exception.
+  for (const int number : {0, 1}) {
+    Container warm_up;
+    memory.FailAt(number, false);
+    LiveAsFarAsPossible(warm_up);
+    memory.Stop();
+  }
+  const int handles = marklet::CountGdiHandles();
+  int number = 0;
+  bool has_failed = true;
+  for (; has_failed; ++number) {
+    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+    Container container;
+    memory.FailAt(number + 1, and_on);
+    LiveAsFarAsPossible(container);
+    memory.Stop();
+    has_failed = memory.HasFailed();
+    if (container.Object()) container.Close();
+    ASSERT_EQ(S_OK, Server::Get().CanUnloadNow());
+  }
+  EXPECT_GT(number, 100) << "hardly anything was tried";
+  EXPECT_GE(handles + 10, marklet::CountGdiHandles()) << "other fonts may be kept now";
+}
+
+TEST(FailingMemory, OneAllocationMayFailAnywhere) { FailEachInTurn(false); }
+TEST(FailingMemory, AllocationsMayKeepFailing) { FailEachInTurn(true); }
+
+// --- What the caller hears --------------------------------------------------------------------------------
+
+TEST(FailureReports, ALateCallThatFailsIsAnExceptionWithSourceAndDescription) {
+  Container container;
+  container.Host();
+  const auto object = container.Dispatch();
+  const DISPID caption = IdOf(object.Get(), L"Caption");
+  FailingMemory memory;
+  DISPPARAMS none = {};
+  EXCEPINFO exception = {};
+  Variant result;
+  memory.FailAt(1, false);
+  const HRESULT code = object->Invoke(caption, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                                      &result, &exception, nullptr);
+  memory.Stop();
+  EXPECT_EQ(DISP_E_EXCEPTION, code);
+  EXPECT_EQ(E_OUTOFMEMORY, exception.scode);
+  EXPECT_STREQ(L"zvsMarklet.Marklet", exception.bstrSource);
+  EXPECT_GT(SysStringLen(exception.bstrDescription), 0u);
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+}
+
+struct ErrorText {
+  std::wstring source, description;
+  GUID guid = {};
+};
+
+ErrorText TakeErrorInfo() {
+  ErrorText text;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.GetAddressOf()) != S_OK) return text;
+  Variant source, description;
+  source.vt = description.vt = VT_BSTR;
+  source.bstrVal = description.bstrVal = nullptr;
+  info->GetSource(&source.bstrVal);
+  info->GetDescription(&description.bstrVal);
+  info->GetGUID(&text.guid);
+  text.source = source.Text();
+  text.description = description.Text();
+  return text;
+}
+
+// The slot behind those of IDispatch: get AutoSize. Further down: get Caption.
+TEST(FailureReports, AnEarlyCallThatFailsLeavesAnErrorObject) {
+  Container container;
+  container.Host();
+  ComPtr<IUnknown> dual;
+  ASSERT_EQ(S_OK,
+            container.Object()->QueryInterface(kDispatchId, reinterpret_cast<void**>(dual.GetAddressOf())));
+  using GetText = HRESULT(STDMETHODCALLTYPE*)(IUnknown*, BSTR*);
+  // AutoSize, BackColor, BackStyle, Appearance and BorderStyle have two slots each.
+  constexpr int kGetCaption = 7 + 5 * 2;
+  const auto get = reinterpret_cast<GetText>((*reinterpret_cast<void***>(dual.Get()))[kGetCaption]);
+  BSTR text = nullptr;
+  ASSERT_EQ(S_OK, get(dual.Get(), &text));
+  SysFreeString(text);
+  text = nullptr;
+  TakeErrorInfo();
+  FailingMemory memory;
+  memory.FailAt(1, false);
+  const HRESULT code = get(dual.Get(), &text);
+  memory.Stop();
+  EXPECT_EQ(E_OUTOFMEMORY, code);
+  EXPECT_EQ(nullptr, text);
+  const ErrorText error = TakeErrorInfo();
+  EXPECT_EQ(L"zvsMarklet.Marklet", error.source);
+  EXPECT_NE(L"", error.description);
+  EXPECT_EQ(kDispatchId, error.guid);
+}
+
+TEST(FailureReports, AWrongCallLeavesAnErrorObjectToo) {
+  Container container;
+  container.Host();
+  TakeErrorInfo();
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, PutByName(container.Dispatch().Get(), L"TextEffect", Variant(L"no number")));
+  EXPECT_EQ(L"zvsMarklet.Marklet", TakeErrorInfo().source);
+}
+
+TEST(FailureReports, ACallThatSucceedsLeavesNone) {
+  Container container;
+  container.Host();
+  TakeErrorInfo();
+  PutNumber(container.Dispatch().Get(), L"TextEffect", 3);
+  EXPECT_EQ(L"", TakeErrorInfo().source);
+}
+
+}  // namespace
+}  // namespace ocx_test
