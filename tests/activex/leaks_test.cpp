@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "activex/container.h"
+#include "activex/memory.h"
 #include "support/gdi_handles.h"
 
 namespace ocx_test {
@@ -37,11 +38,14 @@ void OneLife(int number) {
   As<IOleControl>(object)->GetControlInfo(&info);
 }
 
-TEST(Leaks, ALifeLeavesNoGdiHandleAndNoReference) {
+TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
   for (int i = 0; i < kWarmUp; ++i) OneLife(i);
   const int before = marklet::CountGdiHandles();
+  const auto bytes_before = HeapBytesInUse();
   for (int i = 0; i < kCycles; ++i) OneLife(i);
   EXPECT_EQ(before, marklet::CountGdiHandles());
+  const auto bytes_after = HeapBytesInUse();
+  EXPECT_LT(bytes_after, bytes_before + kCycles * 8) << bytes_before << " to " << bytes_after;
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 

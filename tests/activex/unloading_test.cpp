@@ -1,5 +1,8 @@
 // The server goes when nothing of it is in use, and takes everything with it: from threads that end, from
 // threads that go on, and from those that use it while others let go.
+#include <set>
+#include <vector>
+
 #include "activex/container.h"
 #include "activex/server_copy.h"
 #include "support/gdi_handles.h"
@@ -93,6 +96,53 @@ TEST_F(Unloading, TakesWhatItKeptForThreadsThatGoOn) {
   const int before = marklet::CountGdiHandles();
   for (int i = 0; i < kRounds; ++i) unload_elsewhere();
   EXPECT_EQ(before, marklet::CountGdiHandles());
+}
+
+TEST_F(Unloading, GoesAfterAThousandControls) {
+  ServerCopy server(L"unload_thousand.ocx");
+  ASSERT_TRUE(server.Load());
+  for (int i = 0; i < 1000; ++i) {
+    const ComPtr<IUnknown> control = server.CreateControl();
+    As<IPersistStreamInit>(control)->InitNew();
+    PutText(As<IDispatch>(control).Get(), L"Caption", L"<i>one</i> of many");
+  }
+  EXPECT_EQ(S_OK, server.CanUnloadNow());
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+}
+
+// Each of them in an apartment of its own, with fonts, surfaces and caches of its own.
+TEST_F(Unloading, TwoThreadsPaintAtTheSameTime) {
+  constexpr int kPaints = 150;
+  constexpr SIZE kSize = {200, 60};
+  const auto paint = [&](std::vector<COLORREF>& picture) {
+    const Apartment apartment;
+    Container container;
+    container.Host();
+    ASSERT_EQ(S_OK, container.Activate());
+    const auto object = container.Dispatch();
+    for (int i = 0; i <= kPaints; ++i) {
+      PutNumber(object.Get(), L"TextEffect", i % 6);
+      PutNumber(object.Get(), L"FontSize", 8 + i % 7);
+      PutText(object.Get(), L"Caption", L"<b>Both</b> at <i>once</i> in <f=DejaVu Serif>threads</f>");
+    }
+    const HDC dc = GetDC(container.ControlWindow());
+    for (int y = 0; y < kSize.cy; ++y)
+      for (int x = 0; x < kSize.cx; ++x) picture.push_back(GetPixel(dc, x, y));
+    ReleaseDC(container.ControlWindow(), dc);
+    container.Close();
+  };
+  std::vector<COLORREF> alone, first, second;
+  ASSERT_TRUE(RunOnThread([&] { paint(alone); }));
+  {
+    HostThread one([&] { paint(first); }), other([&] { paint(second); });
+    ASSERT_TRUE(one.Join());
+    ASSERT_TRUE(other.Join());
+  }
+  EXPECT_TRUE(alone == first);
+  EXPECT_TRUE(alone == second);
+  EXPECT_LT(1u, std::set<COLORREF>(alone.begin(), alone.end()).size()) << "nothing was painted";
+  EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 
 TEST_F(Unloading, AThreadUsesControlsWhileAnotherLetsGo) {
