@@ -2,7 +2,7 @@
 
 #include "activex/control_object.h"
 #include "activex/guid.h"
-#include "activex/registration.h"
+#include "activex/registration_data.h"
 #include "activex/task_memory.h"
 
 namespace marklet::activex {

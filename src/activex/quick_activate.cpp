@@ -1,7 +1,7 @@
 #include "activex/quick_activate.h"
 
 #include "activex/control_object.h"
-#include "activex/registration.h"
+#include "activex/registration_data.h"
 
 namespace marklet::activex {
 namespace {

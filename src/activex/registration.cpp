@@ -5,6 +5,7 @@
 
 #include "activex/guid.h"
 #include "activex/module.h"
+#include "activex/registration_data.h"
 
 namespace marklet::activex {
 namespace {
@@ -31,14 +32,7 @@ struct Names {
 // Hosts look a library up by their own language first and by none at last.
 const wchar_t* const kLocales[] = {L"0", L"409"};
 
-const Identity* const kInterfaces[] = {&library::kDispatch, &library::kEvents, &library::kImageOwner,
-                                       &library::kImagePage};
 std::wstring InterfaceKey(const Identity& identity) { return L"Interface\\" + Wide(identity.guid); }
-
-// A dispatch interface goes between threads through the platform's own proxy; a dual one through the proxy
-// that reads the type library.
-constexpr wchar_t kDispatchProxy[] = L"{00020420-0000-0000-C000-000000000046}";
-constexpr wchar_t kTypeLibraryProxy[] = L"{00020424-0000-0000-C000-000000000046}";
 
 constexpr wchar_t kControlCategory[] = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
 constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
@@ -51,7 +45,7 @@ void AddClassRows(const Names& names, const std::wstring& module, std::vector<Ro
                               {key, L"", names.prog_id},
                               {key + L"\\Control", L"", L""},
                               {key + L"\\InprocServer32", L"", module},
-                              {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+                              {key + L"\\InprocServer32", L"ThreadingModel", Wide(kThreadingModel)},
                               {key + L"\\MiscStatus", L"", L"0"},
                               {key + L"\\MiscStatus\\1", L"", std::to_wstring(kMiscStatus)},
                               {key + L"\\ProgID", L"", names.prog_id},
@@ -73,11 +67,10 @@ void AddLibraryRows(const Names& names, const std::wstring& module, std::vector<
     rows.push_back({names.version_key + L"\\" + locale + L"\\" + kSystem, L"", module});
   rows.push_back({names.version_key + L"\\FLAGS", L"", std::to_wstring(LIBFLAG_FCONTROL)});
   rows.push_back({names.version_key + L"\\HELPDIR", L"", module.substr(0, module.find_last_of(L'\\'))});
-  for (const Identity* identity : kInterfaces) {
-    const std::wstring key = InterfaceKey(*identity);
-    const bool dispatch_only = identity == &library::kEvents;
-    rows.push_back({key, L"", Wide(identity->name)});
-    rows.push_back({key + L"\\ProxyStubClsid32", L"", dispatch_only ? kDispatchProxy : kTypeLibraryProxy});
+  for (const auto& [identity, proxy] : kInterfaces) {
+    const std::wstring key = InterfaceKey(identity);
+    rows.push_back({key, L"", Wide(identity.name)});
+    rows.push_back({key + L"\\ProxyStubClsid32", L"", Wide(proxy)});
     rows.push_back({key + L"\\TypeLib", L"", names.library});
     rows.push_back({key + L"\\TypeLib", L"Version", names.version});
   }
@@ -179,7 +172,7 @@ HRESULT UnregisterServer(RegistrationScope scope) {
   if (FAILED(result)) return result;
   const Names names;
   std::vector<std::wstring> trees = {names.class_key, names.prog_id};
-  for (const Identity* identity : kInterfaces) trees.push_back(InterfaceKey(*identity));
+  for (const RemoteInterface& row : kInterfaces) trees.push_back(InterfaceKey(row.identity));
   for (const std::wstring& tree : trees) {
     const HRESULT step = DeleteTree(root.Get(), tree);
     if (FAILED(step)) result = step;
