@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "bitmaps/cdib24.h"
-#include "platform/std_font.h"
+#include "text/caption_style.h"
 
 namespace marklet::bench {
 
@@ -16,7 +16,7 @@ class Label {
 
  private:
   CDib24 surface_;
-  FontRef font_;
+  CaptionStyle style_;
 };
 
 }  // namespace marklet::bench

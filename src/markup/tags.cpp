@@ -158,24 +158,13 @@ struct FixedTag {
 };
 
 constexpr FixedTag kFixedTags[] = {
-    {u"<b>", ToggleBold},
-    {u"</b>", ToggleBold},
-    {u"<i>", OpenItalic},
-    {u"</i>", CloseItalic},
-    {u"<u>", ToggleUnderline},
-    {u"</u>", ToggleUnderline},
-    {u"<s>", ToggleStrikethrough},
-    {u"</s>", ToggleStrikethrough},
-    {u"<p>", BreakParagraph},
-    {u"<.>", BreakLine},
-    {u"<a>", OpenLink},
-    {u"</a>", CloseLink},
-    {u"</f>", CloseFont},
-    {u"<sup>", OpenSuperscript},
-    {u"<sub>", OpenSubscript},
-    {u"</sup>", CloseSuperscript},
-    {u"</sub>", CloseSubscript},
-    {u"</c>", CloseColour},
+    {u"<sub>", OpenSubscript},  // first, since these two stand in front of every caption
+    {u"</sub>", CloseSubscript},   {u"<b>", ToggleBold},          {u"</b>", ToggleBold},
+    {u"<i>", OpenItalic},          {u"</i>", CloseItalic},        {u"<u>", ToggleUnderline},
+    {u"</u>", ToggleUnderline},    {u"<s>", ToggleStrikethrough}, {u"</s>", ToggleStrikethrough},
+    {u"<p>", BreakParagraph},      {u"<.>", BreakLine},           {u"<a>", OpenLink},
+    {u"</a>", CloseLink},          {u"</f>", CloseFont},          {u"<sup>", OpenSuperscript},
+    {u"</sup>", CloseSuperscript}, {u"</c>", CloseColour},
 };
 
 // A colour tag as the very last thing in a caption is text to the tokenizer, and is drawn as that.
