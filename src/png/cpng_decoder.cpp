@@ -166,8 +166,8 @@ bool CPngDecoder::StartPicture(png::TrueColourPicture& picture) {
 void CPngDecoder::DecodeOther(Bytes stream) {
   const png::ScanlineLayout layout = Layout();
   const bool indexed = png::IsIndexed(layout.color_type, layout.depth);
-  const bool raw =
-      layout.color_type % 2 == 0 && layout.color_type > 0 && (layout.depth == 24 || layout.depth == 32);
+  const bool colour = layout.color_type == 2 || layout.color_type == 4 || layout.color_type == 6;
+  const bool raw = colour && (layout.depth == 24 || layout.depth == 32);
   if (!indexed && !raw) return;
 
   std::vector<std::uint8_t> rows;

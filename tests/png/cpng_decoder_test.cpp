@@ -300,6 +300,17 @@ TEST(CPngDecoder, OddHeadersGiveWhatTheSlowDecoderGives) {
   }
 }
 
+// Not even where bytes enough for such a bitmap are there.
+TEST(CPngDecoder, DepthsOfABitmapGivePixelsForColourTypesWithColourOrAlphaAlone) {
+  for (const std::uint8_t type : Numbers{0, 1, 2, 3, 4, 5, 6, 7, 8, 250})
+    for (const std::uint8_t depth : Numbers{24, 32}) {
+      Header header{4, 4, depth, type};
+      header.compression = header.interlace = 9;  // the bytes go on as they are
+      const bool delivered = !Decoded(File(header, Bytes(2 + 64, 1))).empty();
+      EXPECT_EQ(delivered, type == 2 || type == 4 || type == 6) << int{type} << ' ' << int{depth};
+    }
+}
+
 TEST(CPngDecoder, OddStreamsGiveWhatTheSlowDecoderGives) {
   Random random(27);
   int pictures = 0;
