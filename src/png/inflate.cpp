@@ -315,15 +315,25 @@ bool Inflater::CopyMatch(std::uint32_t length, std::uint32_t distance, InflateWi
   return false;
 }
 
+// The output grows as it comes, since what a stream claims to hold may never come.
 bool InflateAll(Inflater& inflater, std::span<const std::uint8_t> stream, std::size_t size,
                 std::vector<std::uint8_t>& output) {
-  const std::uint64_t most = std::min<std::uint64_t>(size, MostInflated(stream.size()));
-  output.resize(static_cast<std::size_t>(most) + Inflater::kSlack + 1 + InflateWindow::kSpill);
+  using Outcome = Inflater::Outcome;
+  constexpr std::size_t kFirstRoom = 1 << 16;
+  const auto expected = static_cast<std::size_t>(std::min<std::uint64_t>(size, MostInflated(stream.size())));
+  const std::size_t limit = expected + Inflater::kSlack + 1;
   InflateWindow window;
-  window.data = output.data();
-  window.full = output.size();
-  inflater.Start(stream, most);
-  const bool decoded = inflater.Run(window) == Inflater::Outcome::kFinished;
+  Outcome outcome = Outcome::kFull;
+  inflater.Start(stream, expected);
+  for (std::size_t room = std::min(limit, kFirstRoom); outcome == Outcome::kFull;
+       room = std::min(limit, 2 * room)) {
+    output.resize(room + InflateWindow::kLongestMatch + InflateWindow::kSpill);
+    window.data = output.data();
+    // The decoder must find its limit itself, so a window that holds everything never gets full.
+    window.full = room == limit ? limit + InflateWindow::kLongestMatch : room;
+    outcome = inflater.Run(window);
+  }
+  const bool decoded = outcome == Outcome::kFinished;
   output.resize(decoded ? window.position : 0);
   return decoded;
 }

@@ -1,0 +1,135 @@
+// What a decode takes of memory and time, whatever a file claims.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <initializer_list>
+
+#include "png/png_files.h"
+#include "support/temporary_folder.h"
+#if defined(__SANITIZE_ADDRESS__)
+#include "png/heap_watch.h"
+#endif
+
+namespace marklet::png::test {
+namespace {
+
+using Numbers = std::initializer_list<std::uint8_t>;
+
+// Beside the rows and pixels: the bitmap's object, what a match may run over, strings.
+constexpr std::size_t kSmallChange = 2000;
+
+class CPngDecoderMemory : public ::testing::Test {
+ protected:
+#if !defined(__SANITIZE_ADDRESS__)
+  void SetUp() override { GTEST_SKIP() << "only the address sanitizer tells what is allocated"; }
+  template <typename Work>
+  static std::size_t PeakOfHeap(Work) {
+    return 0;
+  }
+#endif
+};
+
+Bytes Deflated(const Bytes& data, int level) {
+  uLongf size = compressBound(data.size());
+  Bytes stream(size);
+  compress2(stream.data(), &size, data.data(), data.size(), level);
+  stream.resize(size);
+  return stream;
+}
+
+// Noise under Sub filters, or a flat area.
+Bytes Rows(const Header& header, bool noise) {
+  Random random(41);
+  const std::size_t row = header.RowBytes() + 1;
+  Bytes rows = noise ? random.Some(row * header.height) : Bytes(row * header.height, 0);
+  for (std::size_t y = 0; y < header.height; ++y) rows[y * row] = 1;
+  return rows;
+}
+
+std::size_t PixelBytes(const Header& header) { return std::size_t{header.width} * header.height * 4; }
+
+TEST_F(CPngDecoderMemory, HoldsInflatedRowsAndPixelsBesideTheFileAndNoMore) {
+  for (const std::uint32_t size : {1u, 16u, 64u, 300u, 700u})
+    for (const std::uint8_t type : Numbers{2, 4, 6})
+      for (const std::uint8_t depth : Numbers{8, 16})
+        for (const bool noise : {false, true}) {
+          const Header header{size, size, depth, type};
+          const Bytes rows = Rows(header, noise);
+          Bytes file = File(header, Deflated(rows, 6));
+          CPngDecoder decoder;
+          const std::size_t peak = PeakOfHeap([&] { decoder.LoadFromMemory(file); });
+          ASSERT_NE(decoder.BitmapHandle(), nullptr);
+          EXPECT_GT(peak, PixelBytes(header)) << "the pixels at least";
+          EXPECT_LE(peak, rows.size() + PixelBytes(header) + kSmallChange)
+              << size << " type " << int{type} << " depth " << int{depth};
+        }
+}
+
+// Of a large picture only a piece of the rows is there at a time.
+TEST_F(CPngDecoderMemory, OfRowsIsBoundedForLargePictures) {
+  const Header header{1500, 1500, 8, 6};
+  Bytes file = File(header, Deflated(Rows(header, false), 6));
+  CPngDecoder decoder;
+  const std::size_t peak = PeakOfHeap([&] { decoder.LoadFromMemory(file); });
+  ASSERT_NE(decoder.BitmapHandle(), nullptr);
+  EXPECT_LE(peak, PixelBytes(header) + 256 * 1024);
+}
+
+TEST_F(CPngDecoderMemory, HoldsTheFileOnceWhenItIsReadFromItsPath) {
+  const Header header{300, 300, 8, 6};
+  const Bytes rows = Rows(header, true);
+  const Bytes file = File(header, Deflated(rows, 6));
+  const ::marklet::testing::TemporaryFolder folder;
+  const std::filesystem::path path = folder.Path("noise.png");
+  std::ofstream(path, std::ios::binary)
+      .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
+  CPngDecoder decoder;
+  const std::size_t peak = PeakOfHeap([&] { decoder.LoadFromFile(path.u16string()); });
+  ASSERT_NE(decoder.BitmapHandle(), nullptr);
+  constexpr std::size_t kReading = 8192;
+  EXPECT_LE(peak, file.size() + rows.size() + PixelBytes(header) + kReading + kSmallChange);
+}
+
+// ---- claims ----
+
+struct Claim {
+  std::uint32_t width, height;
+};
+constexpr Claim kClaims[] = {{46340, 46340}, {2000000000, 1}, {1, 2000000000}, {0x7FFFFFFF, 0x7FFFFFFF}};
+
+void ExpectCheap(Bytes file, std::size_t most_bytes) {
+  const std::clock_t start = std::clock();
+  CPngDecoder decoder;
+  const std::size_t peak = PeakOfHeap([&] { decoder.LoadFromMemory(file); });
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  EXPECT_EQ(decoder.BitmapHandle(), nullptr);
+  EXPECT_LE(peak, most_bytes);
+  EXPECT_LT(seconds, 0.5);
+}
+
+TEST_F(CPngDecoderMemory, TwoBillionPixelsInASmallFileCostNothing) {
+  const Bytes zlib = Deflated(Bytes(1000, 0), 9);
+  for (const Claim& claim : kClaims)
+    for (const std::uint8_t type : Numbers{0, 2, 3, 4, 6})
+      for (const std::uint8_t interlace : Numbers{0, 1, 2}) {
+        SCOPED_TRACE(::testing::Message() << claim.width << 'x' << claim.height << " type " << int{type});
+        ExpectCheap(File({claim.width, claim.height, 8, type, interlace}, zlib), 200 * 1024);
+      }
+}
+
+// The stream is long enough for the claim, if only it were made of the longest matches.
+TEST_F(CPngDecoderMemory, TwoBillionPixelsCostNoMoreThanTheDataThatAreThere) {
+  Random random(42);
+  const Bytes zlib = StoredZlib(random.Some(2100000));
+  for (const std::uint8_t type : Numbers{0, 2, 3, 4, 6})
+    for (const std::uint8_t depth : Numbers{1, 2, 8, 16}) {
+      SCOPED_TRACE(::testing::Message() << "type " << int{type} << " depth " << int{depth});
+      ExpectCheap(File({40000, 20000, depth, type}, zlib), 8 << 20);
+    }
+}
+
+}  // namespace
+}  // namespace marklet::png::test
