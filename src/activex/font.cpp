@@ -31,12 +31,6 @@ void CopyFont(IFont& from, StdFont& to) {
   Copy(from, &IFont::get_Charset, [&](SHORT charset) { to.PutCharset(static_cast<std::uint8_t>(charset)); });
 }
 
-bool Same(const StdFont& a, const StdFont& b) {
-  return a.Name() == b.Name() && a.Size() == b.Size() && a.Weight() == b.Weight() &&
-         a.Italic() == b.Italic() && a.Underline() == b.Underline() &&
-         a.Strikethrough() == b.Strikethrough() && a.Charset() == b.Charset();
-}
-
 ComPtr<IFont> MakeObject(const StdFont& font) {
   std::wstring name = Wide(font.Name());
   FONTDESC description = {};
@@ -74,6 +68,12 @@ class FontListener final : public ComObject<IPropertyNotifySink> {
 
 }  // namespace
 
+bool SameFont(const StdFont& a, const StdFont& b) {
+  return a.Name() == b.Name() && a.Size() == b.Size() && a.Weight() == b.Weight() &&
+         a.Italic() == b.Italic() && a.Underline() == b.Underline() &&
+         a.Strikethrough() == b.Strikethrough() && a.Charset() == b.Charset();
+}
+
 FontRef FontFromObject(IUnknown* object) {
   ComPtr<IFont> source;
   if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(source.GetAddressOf())))) return nullptr;
@@ -84,7 +84,7 @@ FontRef FontFromObject(IUnknown* object) {
 
 ComPtr<IFontDisp> HostFont::For(const FontRef& font) {
   const FontRef shown = FontFromObject(object_.Get());
-  if (font != font_ || !shown || !Same(*shown, *font)) {
+  if (font != font_ || !shown || !SameFont(*shown, *font)) {
     Disconnect();
     font_ = font;
     object_ = font ? MakeObject(*font) : nullptr;

@@ -9,6 +9,9 @@ namespace marklet::activex {
 // The font that the object stands for, as a copy; null when it is null or no font.
 FontRef FontFromObject(IUnknown* object);
 
+// Whether two fonts have the same properties.
+bool SameFont(const StdFont& a, const StdFont& b);
+
 // A font object of the platform for hosts. It stays connected: what a host sets on it is set on `font`, for
 // as long as the control holds it.
 class HostFont {

@@ -1,7 +1,9 @@
-// How a container starts the control off. Each of its three ways begins with InitNew for a new control.
+// How a container starts the control off, saves it and loads it. It has three ways, with the same values in
+// each. A container that has a bag or a storage is told of every failure; what could be read stays.
 #pragma once
 
 #include "activex/face.h"
+#include "control/saved_bag.h"
 
 namespace marklet::activex {
 
@@ -9,24 +11,43 @@ namespace marklet::activex {
 class Persist {
  public:
   explicit Persist(ControlObject& control) : control_(control) {}
+
+  // A control that has been loaded isn't wiped out: E_UNEXPECTED.
   HRESULT InitNew();
-  void SetDirty(bool dirty) { dirty_ = dirty; }
-  bool IsDirty() const { return dirty_; }
+  bool HasBegun() const { return begun_; }  // with InitNew or a whole load
+
+  // Takes the values of a bag. `state` tells what is wrong with the bag itself; a control that was told to
+  // load what is damaged has what could be read, may be started anew, and is dirty.
+  HRESULT Load(PropertyBag& bag, HRESULT state);
+
+  // The bytes of a stream and of a storage's stream.
+  HRESULT LoadFrom(IStream& stream);
+  HRESULT SaveTo(IStream& stream);
+  HRESULT Measure(ULONGLONG& size);
+
+  // Counts changes, so that one that comes while a container saves isn't lost.
+  void SetDirty(bool dirty) { dirty ? ++changes_ : saved_ = changes_; }
+  bool IsDirty() const { return changes_ != saved_; }
+  unsigned Changes() const { return changes_; }
+  void SavedAt(unsigned changes) { saved_ = changes; }
 
  private:
+  HRESULT Write(SavedBag& bag);
+
   ControlObject& control_;
-  bool dirty_ = false;
+  unsigned changes_ = 0, saved_ = 0;
+  bool begun_ = false, loaded_ = false;
 };
 
-// Saving and loading are refused, so that a container doesn't take an empty stream for a saved control.
 class PersistStreamFace final : public Face<IPersistStreamInit> {
  public:
   using Face::Face;
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP IsDirty() override;
-  STDMETHODIMP Load(IStream*) override { return E_NOTIMPL; }
-  STDMETHODIMP Save(IStream*, BOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP GetSizeMax(ULARGE_INTEGER*) override { return E_NOTIMPL; }
+  STDMETHODIMP Load(IStream* stream) override;
+  STDMETHODIMP Save(IStream* stream, BOOL clear_dirty) override;
+  // Exactly what Save would write now.
+  STDMETHODIMP GetSizeMax(ULARGE_INTEGER* size) override;
   STDMETHODIMP InitNew() override;
 };
 
@@ -35,20 +56,34 @@ class PersistBagFace final : public Face<IPersistPropertyBag> {
   using Face::Face;
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP InitNew() override;
-  STDMETHODIMP Load(IPropertyBag*, IErrorLog*) override { return E_NOTIMPL; }
-  STDMETHODIMP Save(IPropertyBag*, BOOL, BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* log) override;
+  STDMETHODIMP Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all) override;
 };
 
+// All is read at once, so no storage is held between calls: letting go of it takes no more than not to save.
 class PersistStorageFace final : public Face<IPersistStorage> {
  public:
   using Face::Face;
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP IsDirty() override;
-  STDMETHODIMP InitNew(IStorage*) override;
-  STDMETHODIMP Load(IStorage*) override { return E_NOTIMPL; }
-  STDMETHODIMP Save(IStorage*, BOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP SaveCompleted(IStorage*) override { return S_OK; }
-  STDMETHODIMP HandsOffStorage() override { return S_OK; }  // none is held
+  STDMETHODIMP InitNew(IStorage* storage) override;
+  STDMETHODIMP Load(IStorage* storage) override;
+  STDMETHODIMP Save(IStorage* storage, BOOL same_as_load) override;
+  STDMETHODIMP SaveCompleted(IStorage* storage) override;
+  STDMETHODIMP HandsOffStorage() override;
+
+ private:
+  enum class State {
+    None,        // no storage so far
+    Normal,      // has one
+    NoScribble,  // saved, and waits for SaveCompleted
+    HandsOff,    // has none until SaveCompleted brings the next
+  };
+  State state_ = State::None;
+  bool loaded_ = false;
+  bool saved_ = false;         // since the last SaveCompleted
+  bool same_as_load_ = false;  // as that save was told
+  unsigned saved_at_ = 0;      // changes by then
 };
 
 }  // namespace marklet::activex

@@ -173,6 +173,9 @@ TEST_F(Activation, GivesTheWindowTheCaptionsSource) {
 TEST_F(Activation, SavesOnlyWhenAskedAndDirty) {
   Activate();
   const auto object = As<IOleObject>(object_);
+  object->Close(OLECLOSE_SAVEIFDIRTY);
+  EXPECT_EQ(0, container_.Count("SaveObject")) << "nothing has changed";
+  PutText(object_.Get(), L"Caption", L"changed");
   object->Close(OLECLOSE_NOSAVE);
   EXPECT_EQ(0, container_.Count("SaveObject"));
   object->Close(OLECLOSE_SAVEIFDIRTY);

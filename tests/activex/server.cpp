@@ -26,6 +26,7 @@ std::wstring FolderOfProgram() {
 
 std::wstring ServerPath() { return Below(MARKLET_SERVER); }
 std::wstring ScriptsPath() { return Below(MARKLET_SCRIPTS); }
+std::wstring SavedFormsPath() { return Below(MARKLET_SAVED_FORMS); }
 
 Variant Variant::Bool(bool value) {
   Variant result;

@@ -25,6 +25,7 @@ constexpr GUID kEventsId = {0x6E85A505, 0x50AA, 0x4694, {0x9B, 0x51, 0x64, 0xC5,
 std::wstring FolderOfProgram();
 std::wstring ServerPath();
 std::wstring ScriptsPath();
+std::wstring SavedFormsPath();
 
 // A variant that clears itself.
 class Variant : public VARIANT {

@@ -1,0 +1,130 @@
+// Files that released versions of the control have saved. They load for ever and are never changed: a new
+// version adds its own folder. That of version 1.0 was put together from the format's description, not by
+// the control.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "control/saved_bag.h"
+#include "support/fake_host.h"
+#include "support/memory_bag.h"
+
+namespace marklet {
+namespace {
+
+using testing::HostedControl;
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes FileOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file) << path;
+  const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+  return {bytes.begin(), bytes.end()};
+}
+
+Bytes EveryProperty() { return FileOf(MARKLET_TESTS "/saved_forms/1.0/every_property.form"); }
+
+// A control with a form loaded.
+std::unique_ptr<HostedControl> Load(const Bytes& form) {
+  SavedBag bag;
+  EXPECT_EQ(bag.Read(form), SavedBag::State::Whole);
+  auto hosted = std::make_unique<HostedControl>();
+  hosted->control.ReadProperties(bag);
+  return hosted;
+}
+
+TEST(SavedForms, EveryPropertyOfTheFirstVersionIsRead) {
+  const auto hosted = Load(EveryProperty());
+  const MarkletState& state = hosted->State();
+  EXPECT_EQ(state.Appearance, 0);
+  EXPECT_TRUE(state.AutoSize);
+  EXPECT_EQ(state.BackColor, 0x00CCBBAAu);
+  EXPECT_EQ(state.BackStyle, 0);
+  EXPECT_EQ(state.BorderStyle, 1);
+  EXPECT_EQ(state.Caption, u"<b>Gr\u00F6\u00DFe</b> \u05E9\u05DC\u05D5\u05DD \u4E16\u754C \U0001F600 &x");
+  EXPECT_FALSE(hosted->host.enabled);
+  EXPECT_EQ(state.ForeColor, 0x8000000Du);
+  EXPECT_TRUE(state.RightToLeft);
+  EXPECT_EQ(state.UniToolTipText, u"\u2603 tip\r\nsecond line");
+  EXPECT_FALSE(state.UseMnemonic);
+  EXPECT_EQ(state.Padding, 7);
+  EXPECT_FALSE(state.WordWrap);
+  EXPECT_EQ(state.EffectColor, 0x00030201u);
+  EXPECT_EQ(state.VerticalAlignment, 2);
+  EXPECT_EQ(state.TextEffect, 3);
+  EXPECT_EQ(state.ImageSize, 5);
+  EXPECT_EQ(state.ImagePixels, 96);
+  EXPECT_EQ(state.ImageAlignment, 1);
+  EXPECT_EQ(state.ImageKey, u"logo");
+  EXPECT_EQ(state.ImageKeyhover, u"\u03A9 hover");
+}
+
+TEST(SavedForms, TheFontOfTheFirstVersionIsRead) {
+  const auto hosted = Load(EveryProperty());
+  const StdFont& font = *hosted->host.font;
+  EXPECT_EQ(font.Name(), u"DejaVu Serif");
+  EXPECT_EQ(font.Size(), 11.25);
+  EXPECT_EQ(font.Weight(), 700);
+  EXPECT_TRUE(font.Italic());
+  EXPECT_TRUE(font.Underline());
+  EXPECT_TRUE(font.Strikethrough());
+  EXPECT_EQ(font.Charset(), 177);
+}
+
+// `factor` times the place plus `first`, without the multiples of `modulus`.
+Bytes Pattern(std::size_t count, unsigned factor, unsigned first, unsigned modulus) {
+  Bytes bytes;
+  for (unsigned i = 0; i < count; ++i)
+    bytes.push_back(static_cast<std::uint8_t>((i * factor + first) % modulus));
+  return bytes;
+}
+
+TEST(SavedForms, TheImagesOfTheFirstVersionAreRead) {
+  const auto hosted = Load(EveryProperty());
+  const auto images = hosted->State().Images;
+  ASSERT_EQ(images->Count(), 3);
+  const ImageRef logo = images->Item(u"LOGO"), hover = images->Item(2), unnamed = images->Item(u"");
+  ASSERT_TRUE(logo && hover && unnamed);
+  EXPECT_EQ(hover->Key(), u"\u03A9 hover");
+  EXPECT_EQ(logo->GetBytes(0, 4), (ByteArray{{{0, 4}, {0, 16}, {0, 16}}, Pattern(1024, 7, 3, 256)}));
+  EXPECT_EQ(logo->GetBytes(1, 3), (ByteArray{{{0, 3}, {0, 24}, {0, 24}}, Pattern(1728, 5, 1, 251)}));
+  EXPECT_EQ(hover->GetBytes(0, 0), OneDimension({1, 2}));
+  EXPECT_EQ(hover->GetBytes(7, 1), (ByteArray{{{-1, 4}, {2, 1}, {5, 3}}, Pattern(12, 1, 240, 256)}));
+  EXPECT_EQ(unnamed->GetBytes(0, 4), ByteArray());
+}
+
+TEST(SavedForms, EveryFileOfEveryVersionLoadsWhole) {
+  int files = 0;
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(std::filesystem::path(MARKLET_TESTS "/saved_forms"))) {
+    if (entry.path().extension() != ".form") continue;
+    SCOPED_TRACE(entry.path().string());
+    EXPECT_GT(Load(FileOf(entry.path()))->State().Caption.size(), 0u);
+    ++files;
+  }
+  EXPECT_GE(files, 1);
+}
+
+// This version's own format: what it saves is the file again.
+TEST(SavedForms, SavingTheFirstVersionAgainGivesTheSameFile) {
+  const Bytes form = EveryProperty();
+  const auto hosted = Load(form);
+  SavedBag again;
+  hosted->control.WriteProperties(again);
+  EXPECT_EQ(again.Bytes(), form);
+}
+
+TEST(SavedForms, NoPropertyOfTheFileHasItsDefault) {
+  const auto hosted = Load(EveryProperty());
+  testing::MemoryBag bag;
+  hosted->control.WriteProperties(bag);
+  for (const auto& entry : bag.entries) EXPECT_FALSE(entry.value == entry.fallback) << entry.name;
+}
+
+}  // namespace
+}  // namespace marklet
