@@ -1,5 +1,7 @@
 #include "bitmaps/keyed_row.h"
 
+#include "bitmaps/pixels_avx2.h"
+
 #include <array>
 #include <cstddef>
 #if defined(__SSE2__)
@@ -114,7 +116,72 @@ std::int64_t CopyBlocks<4, 4>(const std::uint8_t* in, std::uint8_t* out, std::in
 
 #endif
 
+#if MARKLET_HAS_AVX2_PATH
+
+template <int Bytes>
+MARKLET_AVX2 MARKLET_INLINE __m256i LoadPixels(const std::uint8_t* bytes) {
+  if constexpr (Bytes == 4) return LoadWide(bytes);
+  return LoadWide24(bytes);
+}
+template <int Bytes>
+MARKLET_AVX2 MARKLET_INLINE void StorePixels(std::uint8_t* bytes, __m256i pixels) {
+  if constexpr (Bytes == 4) {
+    StoreWide(bytes, pixels);
+  } else {
+    StoreWide24(bytes, pixels);
+  }
+}
+
 template <int FromBytes, int ToBytes>
+MARKLET_AVX2 MARKLET_INLINE void CopyEight(std::uint8_t* out, __m256i pixels, __m256i keyed) {
+  StorePixels<ToBytes>(out, _mm256_blendv_epi8(pixels, LoadPixels<ToBytes>(out), keyed));
+}
+
+// Pixels with the key and pixels without come in runs.
+constexpr int kRun = 4;  // registers
+template <int FromBytes, int ToBytes>
+MARKLET_AVX2 MARKLET_INLINE void CopyRun(const std::uint8_t* in, std::uint8_t* out, __m256i keys) {
+  __m256i pixels[kRun], keyed[kRun];
+  for (int i = 0; i < kRun; ++i) {
+    pixels[i] = LoadPixels<FromBytes>(in + i * kWidePixels * FromBytes);
+    keyed[i] = _mm256_cmpeq_epi32(_mm256_andnot_si256(AlphaMask(), pixels[i]), keys);
+  }
+  const __m256i any =
+      _mm256_or_si256(_mm256_or_si256(keyed[0], keyed[1]), _mm256_or_si256(keyed[2], keyed[3]));
+  const __m256i all =
+      _mm256_and_si256(_mm256_and_si256(keyed[0], keyed[1]), _mm256_and_si256(keyed[2], keyed[3]));
+  if (_mm256_testz_si256(any, any) != 0) {
+    for (int i = 0; i < kRun; ++i) StorePixels<ToBytes>(out + i * kWidePixels * ToBytes, pixels[i]);
+  } else if (_mm256_testc_si256(all, _mm256_set1_epi32(-1)) == 0) {
+    for (int i = 0; i < kRun; ++i) {
+      CopyEight<FromBytes, ToBytes>(out + i * kWidePixels * ToBytes, pixels[i], keyed[i]);
+    }
+  }
+}
+
+template <int FromBytes, int ToBytes>
+MARKLET_AVX2 std::int64_t CopyWide(const std::uint8_t* in, std::uint8_t* out, std::int64_t count,
+                                   const KeyBytes& key) {
+  const __m256i keys = _mm256_set1_epi32(key.blue | key.green << 8 | key.red << 16);
+  std::int64_t done = 0;
+  for (; done + kRun * kWidePixels <= count; done += kRun * kWidePixels) {
+    CopyRun<FromBytes, ToBytes>(in + done * FromBytes, out + done * ToBytes, keys);
+  }
+  for (; done + kWidePixels <= count; done += kWidePixels) {
+    const __m256i pixels = LoadPixels<FromBytes>(in + done * FromBytes);
+    CopyEight<FromBytes, ToBytes>(out + done * ToBytes, pixels,
+                                  _mm256_cmpeq_epi32(_mm256_andnot_si256(AlphaMask(), pixels), keys));
+  }
+  return done;
+}
+
+#endif
+
+using RowCopier = std::int64_t (*)(const std::uint8_t* in, std::uint8_t* out, std::int64_t count,
+                                   const KeyBytes& key);
+
+// `kCopyMost` copies as much of the row as it can.
+template <int FromBytes, int ToBytes, RowCopier kCopyMost>
 void CopyRow(const std::uint8_t* in, std::uint8_t* out, std::int64_t count, bool backwards,
              const KeyBytes& key) {
   if (backwards) {
@@ -122,17 +189,25 @@ void CopyRow(const std::uint8_t* in, std::uint8_t* out, std::int64_t count, bool
       CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
     }
   } else {
-    for (std::int64_t i = CopyBlocks<FromBytes, ToBytes>(in, out, count, key); i < count; ++i) {
+    for (std::int64_t i = kCopyMost(in, out, count, key); i < count; ++i) {
       CopyPixel<FromBytes, ToBytes>(in + i * FromBytes, out + i * ToBytes, key);
     }
   }
 }
 
+template <int FromBytes, int ToBytes>
+KeyedRowCopier Copier() {
+#if MARKLET_HAS_AVX2_PATH
+  if (TakesAvx2()) return CopyRow<FromBytes, ToBytes, CopyWide<FromBytes, ToBytes>>;
+#endif
+  return CopyRow<FromBytes, ToBytes, CopyBlocks<FromBytes, ToBytes>>;
+}
+
 }  // namespace
 
 KeyedRowCopier KeyedRowCopierFor(int from_bits, int to_bits) {
-  if (from_bits == 24) return to_bits == 24 ? CopyRow<3, 3> : CopyRow<3, 4>;
-  return to_bits == 24 ? CopyRow<4, 3> : CopyRow<4, 4>;
+  if (from_bits == 24) return to_bits == 24 ? Copier<3, 3>() : Copier<3, 4>();
+  return to_bits == 24 ? Copier<4, 3>() : Copier<4, 4>();
 }
 
 }  // namespace marklet

@@ -30,11 +30,11 @@ std::uint8_t* PixelAt(const PixelView& view, std::int64_t x, std::int64_t y) {
 }
 
 // Within one surface the walk starts at the end that the copy moves towards, so that each pixel is read
-// before it is overwritten.
+// before it is overwritten; else it goes the way that memory goes.
 void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passage, COLORREF key) {
   const KeyedRowCopier copy_row = KeyedRowCopierFor(from.bits_per_pixel, to.bits_per_pixel);
   const KeyBytes key_bytes(key);
-  const bool upwards = passage.y > passage.source_y;
+  const bool upwards = from.bits != to.bits || passage.y > passage.source_y;
   const bool backwards = passage.x > passage.source_x && from.bits == to.bits;
   for (std::int64_t i = 0; i < passage.height; ++i) {
     const std::int64_t row = upwards ? passage.height - 1 - i : i;

@@ -2,8 +2,10 @@
 
 #include <array>
 #include <limits>
+#include <tuple>
 
 #include "bitmaps/cdib24.h"
+#include "bitmaps/code_path.h"
 #include "bitmaps/pixel_context.h"
 #include "bitmaps/pixels.h"
 
@@ -74,10 +76,16 @@ Copy RandomCopy(Random& random) {
   return {near(), near(), near(), near(), near(), near()};
 }
 
-class TransparentCopyBetween : public testing::TestWithParam<std::array<int, 2>> {};
+class TransparentCopyBetween : public testing::TestWithParam<std::tuple<std::array<int, 2>, CodePath>> {
+ protected:
+  std::array<int, 2> Depths() const { return std::get<0>(GetParam()); }
+
+ private:
+  CodePathOverride path_{std::get<1>(GetParam())};
+};
 
 TEST_P(TransparentCopyBetween, TakesEveryPixelButTheKeyWithinBothSurfaces) {
-  const auto [from_bits, to_bits] = GetParam();
+  const auto [from_bits, to_bits] = Depths();
   Random random(11);
   for (int i = 0; i < 800; ++i) {
     const PixelContext from(Between(random, 1, 40), Between(random, 1, 20), from_bits);
@@ -95,7 +103,7 @@ TEST_P(TransparentCopyBetween, TakesEveryPixelButTheKeyWithinBothSurfaces) {
 }
 
 TEST_P(TransparentCopyBetween, LongRowsAreCopiedAsShortOnes) {
-  const auto [from_bits, to_bits] = GetParam();
+  const auto [from_bits, to_bits] = Depths();
   Random random(12);
   for (int i = 0; i < 60; ++i) {
     const PixelContext from(500, 3, from_bits), to(500, 3, to_bits);
@@ -116,19 +124,22 @@ TEST_P(TransparentCopyBetween, LongRowsAreCopiedAsShortOnes) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Depths, TransparentCopyBetween,
-                         testing::Values(std::array{24, 24}, std::array{24, 32}, std::array{32, 24},
-                                         std::array{32, 32}),
-                         [](const auto& depths) {
-                           return std::to_string(depths.param[0]) + "To" + std::to_string(depths.param[1]);
-                         });
+constexpr auto kPaths = {CodePath::kPlain, CodePath::kAvx2};
 
-class TransparentCopyWithin : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, TransparentCopyBetween,
+                         testing::Combine(testing::Values(std::array{24, 24}, std::array{24, 32},
+                                                          std::array{32, 24}, std::array{32, 32}),
+                                          testing::ValuesIn(kPaths)));
+
+class TransparentCopyWithin : public testing::TestWithParam<std::tuple<int, CodePath>> {
+ private:
+  CodePathOverride path_{std::get<1>(GetParam())};
+};
 
 TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
   Random random(13);
   for (int i = 0; i < 800; ++i) {
-    const PixelContext surface(Between(random, 1, 60), Between(random, 1, 20), GetParam());
+    const PixelContext surface(Between(random, 1, 60), Between(random, 1, 20), std::get<0>(GetParam()));
     FillWithNoise(surface, random);
     const Copy copy = RandomCopy(random);
     Picture expected(surface);
@@ -139,7 +150,8 @@ TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Depths, TransparentCopyWithin, testing::Values(24, 32));
+INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, TransparentCopyWithin,
+                         testing::Combine(testing::Values(24, 32), testing::ValuesIn(kPaths)));
 
 TEST(TransparentCopy, LeavesTheDestinationWhereTheSourceIsTheKey) {
   const auto source = Surface(3, 1, kRed), target = Surface(3, 1, kGrey);
