@@ -5,6 +5,7 @@
 
 #include "bitmaps/cdib24.h"
 #include "bitmaps/colour_mix.h"
+#include "bitmaps/colour_mix_avx2.h"
 #include "bitmaps/pixel_rows.h"
 
 namespace marklet {
@@ -32,6 +33,109 @@ Tap TapAt(Long position, float step, Long source_size) {
 
 std::size_t Index(Long i) { return static_cast<std::size_t>(i); }
 
+// What a strip mixes between two rows: pairs of neighbouring columns. Each has two slots for the results.
+struct RowPairs {
+  const std::uint8_t *lower, *upper;
+  const Long* columns;
+  std::size_t first, end;  // of the pairs
+  const MixRatio& ratio;
+  COLORREF key;
+};
+struct Slots {
+  MixedColour* mixed;
+  std::int32_t* keyed;  // not 0 where the key has part in it
+};
+
+template <PixelPair (*kRead)(const std::uint8_t*)>
+void MixRowsPlain(const RowPairs& pairs, const Slots& slots) {
+  const KeyPair key(pairs.key);
+  for (std::size_t pair = pairs.first; pair < pairs.end; ++pair) {
+    const auto offset = static_cast<std::ptrdiff_t>(pairs.columns[pair]) * kBytesPerPixel;
+    const MixedPair mixed = Mix(kRead(pairs.lower + offset), kRead(pairs.upper + offset), pairs.ratio, key);
+    slots.mixed[2 * pair] = mixed.left;
+    slots.mixed[2 * pair + 1] = mixed.right;
+    slots.keyed[2 * pair] = mixed.left_keyed;
+    slots.keyed[2 * pair + 1] = mixed.right_keyed;
+  }
+}
+
+void MixColumnsPlain(const Tap* targets, Long count, const Slots& slots, COLORREF, std::uint8_t* out) {
+  for (const Tap* target = targets; target != targets + count; ++target, out += kBytesPerPixel) {
+    const std::size_t left = Index(target->first), right = Index(target->second);
+    if ((slots.keyed[left] | slots.keyed[right]) != 0) {
+      std::memcpy(out, kKeyBytes, kBytesPerPixel);
+    } else {
+      Mix(slots.mixed[left], slots.mixed[right], target->ratio, out);
+    }
+  }
+}
+
+#if MARKLET_HAS_AVX2_PATH
+
+// A colour as its bytes stand in memory; no pixel has that of a key which is no colour.
+int PixelOf(COLORREF colour) {
+  if (colour > 0xFFFFFF) return -1;
+  return static_cast<int>(BlueOf(colour) | GreenOf(colour) << 8 | RedOf(colour) << 16);
+}
+
+template <PixelPair (*kRead)(const std::uint8_t*)>
+MARKLET_AVX2 void MixRowsAvx2(const RowPairs& pairs, const Slots& slots) {
+  const __m128i key = _mm_set1_epi32(PixelOf(pairs.key));
+  const WideRatio ratio{Doubled(pairs.ratio.T()), Doubled(pairs.ratio.Sure())};
+  for (std::size_t pair = pairs.first; pair < pairs.end; ++pair) {
+    const auto offset = static_cast<std::ptrdiff_t>(pairs.columns[pair]) * kBytesPerPixel;
+    const __m128i from = Spread(kRead(pairs.lower + offset)), to = Spread(kRead(pairs.upper + offset));
+    const __m256i mixed = ratio.Mix(ChannelsOf(from), ChannelsOf(to), pairs.ratio, pairs.ratio);
+    const __m128i pixels = _mm_and_si128(PixelsOf(mixed), _mm_set1_epi32(0xFFFFFF));
+    const __m128i keyed = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi32(from, key), _mm_cmpeq_epi32(to, key)),
+                                       _mm_cmpeq_epi32(pixels, key));
+    _mm256_storeu_ps(reinterpret_cast<float*>(slots.mixed + 2 * pair), _mm256_cvtepi32_ps(mixed));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(slots.keyed + 2 * pair), keyed);
+  }
+}
+
+// Two targets at a time. All but the last store of a row take the next pixel's first byte along.
+MARKLET_AVX2 void MixColumnsAvx2(const Tap* targets, Long count, const Slots& slots, COLORREF key,
+                                 std::uint8_t* out) {
+  const int key_pixel = PixelOf(KeyColour);
+  const auto keyed = [&](const Tap& target) {
+    return (slots.keyed[Index(target.first)] | slots.keyed[Index(target.second)]) != 0;
+  };
+  const auto mixed = [&](Long slot) { return slots.mixed[Index(slot)].channels; };
+  Long i = 0;
+  for (; i + 2 < count; i += 2, out += std::ptrdiff_t{2} * kBytesPerPixel) {
+    const Tap &a = targets[i], &b = targets[i + 1];
+    const WideRatio ratio{_mm256_set_m128(b.ratio.T(), a.ratio.T()),
+                          _mm256_set_m128(b.ratio.Sure(), a.ratio.Sure())};
+    const __m128i pixels =
+        PixelsOf(ratio.Mix(_mm256_set_m128(mixed(b.first), mixed(a.first)),
+                           _mm256_set_m128(mixed(b.second), mixed(a.second)), a.ratio, b.ratio));
+    const int low = keyed(a) ? key_pixel : _mm_cvtsi128_si32(pixels);
+    const int high = keyed(b) ? key_pixel : _mm_extract_epi32(pixels, 1);
+    std::memcpy(out, &low, sizeof low);
+    std::memcpy(out + kBytesPerPixel, &high, sizeof high);
+  }
+  MixColumnsPlain(targets + i, count - i, slots, key, out);
+}
+
+#endif
+
+// The forms of the two loops that a strip takes.
+struct Mixers {
+  void (*wide)(const RowPairs& pairs, const Slots& slots);    // where the bytes behind a pair may be read
+  void (*narrow)(const RowPairs& pairs, const Slots& slots);  // where they may not
+  void (*single)(const RowPairs& pairs, const Slots& slots);  // of rows of one pixel
+  void (*columns)(const Tap* targets, Long count, const Slots& slots, COLORREF key, std::uint8_t* out);
+};
+
+Mixers ChosenMixers() {
+#if MARKLET_HAS_AVX2_PATH
+  if (TakesAvx2())
+    return {MixRowsAvx2<ReadWidePair>, MixRowsAvx2<ReadPair>, MixRowsAvx2<ReadTwice>, MixColumnsAvx2};
+#endif
+  return {MixRowsPlain<ReadWidePair>, MixRowsPlain<ReadPair>, MixRowsPlain<ReadTwice>, MixColumnsPlain};
+}
+
 // The part of BilinearInto that lies in neighbouring destination columns. For each row, first the source
 // columns that it needs are mixed between two rows, each once; then neighbours among these are mixed.
 class BilinearStrip {
@@ -52,14 +156,23 @@ class BilinearStrip {
 
   void Row(Long y, float step) {
     const Tap tap = TapAt(y, step, source_.height);
+    const auto pairs = [&](Long first, Long end) {
+      return RowPairs{source_.Row(tap.first),
+                      source_.Row(tap.second),
+                      pair_columns_.data(),
+                      Index(first),
+                      Index(end),
+                      tap.ratio,
+                      key_};
+    };
+    const Slots slots{mixed_.data(), keyed_.data()};
     if (source_.width > 1) {
-      MixRows<ReadWidePair>(tap, 0, wide_pairs_);
-      MixRows<ReadPair>(tap, wide_pairs_, pairs_);
+      mixers_.wide(pairs(0, wide_pairs_), slots);
+      mixers_.narrow(pairs(wide_pairs_, pairs_), slots);
     } else {
-      MixRows<ReadTwice>(tap, 0, pairs_);
+      mixers_.single(pairs(0, pairs_), slots);
     }
-    std::uint8_t* out = destination_.At(begin_, y);
-    for (Long i = 0; i < count_; ++i, out += kBytesPerPixel) MixColumns(targets_[Index(i)], out);
+    mixers_.columns(targets_.data(), count_, slots, key_, destination_.At(begin_, y));
   }
 
  private:
@@ -77,35 +190,13 @@ class BilinearStrip {
     return 2 * pairs_++ + column - left;
   }
 
-  template <PixelPair (*kRead)(const std::uint8_t*)>
-  void MixRows(const Tap& tap, Long first, Long end) {
-    const std::uint8_t* lower = source_.Row(tap.first);
-    const std::uint8_t* upper = source_.Row(tap.second);
-    for (std::size_t pair = Index(first); pair < Index(end); ++pair) {
-      const auto offset = static_cast<std::ptrdiff_t>(pair_columns_[pair]) * kBytesPerPixel;
-      const MixedPair mixed = Mix(kRead(lower + offset), kRead(upper + offset), tap.ratio, key_);
-      mixed_[2 * pair] = mixed.left;
-      mixed_[2 * pair + 1] = mixed.right;
-      keyed_[2 * pair] = mixed.left_keyed;
-      keyed_[2 * pair + 1] = mixed.right_keyed;
-    }
-  }
-
-  void MixColumns(const Tap& target, std::uint8_t* out) const {
-    const std::size_t left = Index(target.first), right = Index(target.second);
-    if ((keyed_[left] | keyed_[right]) != 0) {
-      std::memcpy(out, kKeyBytes, kBytesPerPixel);
-    } else {
-      Mix(mixed_[left], mixed_[right], target.ratio, out);
-    }
-  }
-
   // A strip begins a pair for each of its columns at most twice.
   static constexpr std::size_t kSlots = std::size_t{4} * kStripColumns;
 
   PixelRows source_, destination_;
   Long begin_, count_;
-  KeyPair key_;
+  COLORREF key_;
+  Mixers mixers_ = ChosenMixers();
   std::array<Tap, kStripColumns> targets_;  // between slots
   Long pairs_ = 0;
   Long wide_pairs_ = 0;  // the first of them, those that end well before their row does

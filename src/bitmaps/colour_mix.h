@@ -61,6 +61,8 @@ class MixRatio {
   // Which of four rough mixes could round otherwise than the exact one, by the square of their distance from
   // the nearest integer.
   int Unsure(__m128 distance_squared) const { return _mm_movemask_ps(_mm_cmpgt_ps(distance_squared, sure_)); }
+  __m128 T() const { return t_; }
+  __m128 Sure() const { return sure_; }
   // Rounded.
   __m128 MixExactly(__m128 from, __m128 to) const {
     alignas(16) float a[4], b[4];

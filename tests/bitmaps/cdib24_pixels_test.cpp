@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "bitmaps/cdib24.h"
+#include "bitmaps/code_path.h"
 #include "bitmaps/pixels.h"
 
 namespace marklet {
@@ -141,7 +142,14 @@ void ExpectBilinear(const CDib24& source, Long width, Long height, COLORREF key)
       << source.Width() << " by " << source.Height() << " to " << width << " by " << height;
 }
 
-TEST(BilinearInto, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
+class BilinearIntoBy : public testing::TestWithParam<CodePath> {
+ private:
+  CodePathOverride path_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(CodePaths, BilinearIntoBy, testing::Values(CodePath::kPlain, CodePath::kAvx2));
+
+TEST_P(BilinearIntoBy, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
   Random random(2);
   for (int i = 0; i < 1500; ++i) {
     const COLORREF key = i % 2 == 0 ? KeyColour : kMagenta;
@@ -152,7 +160,7 @@ TEST(BilinearInto, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
 }
 
 // Without the key, every pixel shows its arithmetic.
-TEST(BilinearInto, FollowsItsDefinitionOnColoursWithoutTheKey) {
+TEST_P(BilinearIntoBy, FollowsItsDefinitionOnColoursWithoutTheKey) {
   Random random(3);
   for (int i = 0; i < 300; ++i) {
     const auto source = Surface(Between(random, 1, 70), Between(random, 1, 40));
@@ -166,7 +174,7 @@ TEST(BilinearInto, FollowsItsDefinitionOnColoursWithoutTheKey) {
   }
 }
 
-TEST(BilinearInto, FollowsItsDefinitionAcrossManyColumns) {
+TEST_P(BilinearIntoBy, FollowsItsDefinitionAcrossManyColumns) {
   Random random(4);
   constexpr Long kSizes[][4] = {{1300, 3, 2050, 2}, {2050, 2, 1030, 5}, {1, 1, 1500, 2},  {5, 2, 1025, 3},
                                 {3000, 1, 7, 1},    {512, 2, 513, 2},   {2, 700, 3, 1100}};
@@ -178,7 +186,7 @@ TEST(BilinearInto, FollowsItsDefinitionAcrossManyColumns) {
   }
 }
 
-TEST(BilinearInto, IsExactForEveryPairOfSizesOfImages) {
+TEST_P(BilinearIntoBy, IsExactForEveryPairOfSizesOfImages) {
   constexpr Long kSizes[] = {1, 2, 3, 16, 20, 22, 24, 32, 40, 48, 64, 128, 256};
   Random random(5);
   for (const Long from : kSizes) {
