@@ -1,28 +1,27 @@
 #include "bitmaps/alpha_rows.h"
 
 #include <array>
+#include <cstring>
 
+#include "bitmaps/alpha_rows_avx2.h"
+#include "bitmaps/code_path.h"
 #include "platform/rounding.h"
 
 namespace marklet {
 namespace {
 
 // A pixel's alpha once the constant has its share.
-std::array<std::uint8_t, 256> Weights(std::uint8_t constant) {
+std::array<std::uint8_t, 256> Weights(float share) {
   std::array<std::uint8_t, 256> weights{};
-  const auto factor = static_cast<float>(constant / 255.0);
   for (std::size_t alpha = 0; alpha < weights.size(); ++alpha) {
-    weights[alpha] = static_cast<std::uint8_t>(RoundHalfEven(static_cast<double>(alpha) * double{factor}));
+    weights[alpha] = static_cast<std::uint8_t>(RoundHalfEven(static_cast<double>(alpha) * double{share}));
   }
   return weights;
 }
 
-}  // namespace
-
-void BlendPixels(const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t count,
-                 std::uint8_t constant) {
-  const auto weights = Weights(constant);
-  for (std::ptrdiff_t i = 0; i < count; ++i, source += 4, destination += 4) {
+void BlendRow(const std::uint8_t* source, std::uint8_t* destination, int destination_bytes,
+              std::ptrdiff_t count, const std::array<std::uint8_t, 256>& weights) {
+  for (; count > 0; --count, source += kBytesPerAlphaPixel, destination += destination_bytes) {
     const int a = weights[source[3]];
     for (int c = 0; c < 3; ++c) {
       destination[c] = static_cast<std::uint8_t>((destination[c] * (255 - a) + source[c] * a + 127) / 255);
@@ -30,24 +29,47 @@ void BlendPixels(const std::uint8_t* source, std::uint8_t* destination, std::ptr
   }
 }
 
+bool IsKey(const std::uint8_t* pixel) {
+  return pixel[0] == BlueOf(KeyColour) && pixel[1] == GreenOf(KeyColour) && pixel[2] == RedOf(KeyColour);
+}
+
+}  // namespace
+
+float ShareOf(std::uint8_t constant) { return static_cast<float>(constant / 255.0); }
+
+void BlendRows(const AlphaRows& rows, int destination_bits) {
+#if MARKLET_HAS_AVX2_PATH
+  if (TakesAvx2()) return BlendRowsAvx2(rows, destination_bits);
+#endif
+  const auto weights = Weights(rows.share);
+  for (std::ptrdiff_t y = 0; y < rows.height; ++y) {
+    BlendRow(rows.source + y * rows.source_stride, rows.destination + y * rows.destination_stride,
+             destination_bits / 8, rows.width, weights);
+  }
+}
+
 void PremultiplyPixels(std::uint8_t* pixels, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += 4) {
+#if MARKLET_HAS_AVX2_PATH
+  if (TakesAvx2()) return PremultiplyPixelsAvx2(pixels, count);
+#endif
+  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += kBytesPerAlphaPixel) {
     for (int c = 0; c < 3; ++c) pixels[c] = static_cast<std::uint8_t>(pixels[c] * pixels[3] / 255);
   }
 }
 
 void SetAlphaOfPixels(std::uint8_t* pixels, std::ptrdiff_t count, std::uint8_t alpha) {
-  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += 4) {
+  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += kBytesPerAlphaPixel) {
     for (int c = 0; c < 3; ++c) pixels[c] = static_cast<std::uint8_t>(pixels[c] * alpha / 255);
     pixels[3] = alpha;
   }
 }
 
 void GreyPixels(std::uint8_t* pixels, std::ptrdiff_t count, bool spare_key) {
-  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += 4) {
-    const bool is_key =
-        pixels[0] == BlueOf(KeyColour) && pixels[1] == GreenOf(KeyColour) && pixels[2] == RedOf(KeyColour);
-    if (spare_key && is_key) continue;
+#if MARKLET_HAS_AVX2_PATH
+  if (TakesAvx2()) return GreyPixelsAvx2(pixels, count, spare_key);
+#endif
+  for (std::ptrdiff_t i = 0; i < count; ++i, pixels += kBytesPerAlphaPixel) {
+    if (spare_key && IsKey(pixels)) continue;
     // Thirds are never halfway between integers.
     pixels[0] = pixels[1] = pixels[2] =
         static_cast<std::uint8_t>((pixels[0] + pixels[1] + pixels[2] + 1) / 3);

@@ -10,10 +10,31 @@ namespace marklet {
 
 constexpr Long kBytesPerAlphaPixel = 4;  // blue, green, red, alpha
 
-// Lays `source` over `destination` by its alpha, weighted with `constant` / 255 and rounded half to even.
-// Each colour byte becomes (d * (255 - a) + s * a + 127) / 255; the destination's alpha stays.
-void BlendPixels(const std::uint8_t* source, std::uint8_t* destination, std::ptrdiff_t count,
-                 std::uint8_t constant);
+// Rows of blue, green, red, alpha without padding, from the picture's bottom line up.
+struct AlphaPixels {
+  std::uint8_t* bits;
+  Long width, height;
+
+  std::uint8_t* Row(Long y) const {
+    return bits + static_cast<std::ptrdiff_t>(y) * width * kBytesPerAlphaPixel;
+  }
+};
+
+// The part of its alpha that a pixel keeps: `constant` / 255.
+float ShareOf(std::uint8_t constant);
+
+// Lays rows of a source over rows of 24 or 32 bits by the source's alpha times `share`, rounded half to even.
+// With that as `a` each colour byte becomes (d * (255 - a) + s * a + 127) / 255; the destination's alpha
+// stays.
+struct AlphaRows {
+  const std::uint8_t* source;
+  std::ptrdiff_t source_stride;
+  std::uint8_t* destination;
+  std::ptrdiff_t destination_stride;
+  std::ptrdiff_t width, height;
+  float share;
+};
+void BlendRows(const AlphaRows& rows, int destination_bits);
 
 // Each colour byte becomes c * alpha / 255, truncated.
 void PremultiplyPixels(std::uint8_t* pixels, std::ptrdiff_t count);

@@ -1,5 +1,6 @@
 #include "bitmaps/cdib32.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "bitmaps/alpha_rows.h"
@@ -36,13 +37,34 @@ void CDib32::AlphaPaint(HDC destination, Long x, Long y, Long width, Long height
 }
 
 void CDib32::SoftwareAlphaPaint(HDC destination, Long x, Long y, std::uint8_t constant_alpha) const {
-  if (!HasPixels()) return;
+  if (!HasPixels() || destination == nullptr) return;
+  PixelView target;
+  if (marklet::PixelsOf(destination, target) && target.bits != Bits()) {
+    BlendOnto(target, x, y, constant_alpha);
+    return;
+  }
+  // What isn't pixels of ours, and this surface itself, takes part through a copy.
   CDib32 mixed;
   if (!mixed.Create(Width(), Height())) return;
   mixed.LoadFromDC(destination, x, y, Width(), Height(), SRCCOPY);
   GdiFlush();
-  BlendPixels(Bits(), mixed.Bits(), PixelCount(), constant_alpha);
+  BlendOnto({mixed.Bits(), Width(), Height(), mixed.BytesPerScanLine(), 32}, 0, 0, constant_alpha);
   mixed.PaintTo(destination, x, y, Width(), Height(), 0, 0, SRCCOPY);
+}
+
+void CDib32::BlendOnto(const PixelView& target, std::int64_t x, std::int64_t y,
+                       std::uint8_t constant_alpha) const {
+  const std::int64_t left = std::max<std::int64_t>(0, -x), top = std::max<std::int64_t>(0, -y);
+  const std::int64_t right = std::min<std::int64_t>(Width(), target.width - x);
+  const std::int64_t bottom = std::min<std::int64_t>(Height(), target.height - y);
+  if (left >= right || top >= bottom) return;
+  const std::int64_t lowest = Height() - bottom;  // row
+  BlendRows(
+      {View().Row(static_cast<Long>(lowest)) + left * kBytesPerAlphaPixel, BytesPerScanLine(),
+       target.bits + (target.height - y - bottom) * target.stride + (x + left) * (target.bits_per_pixel / 8),
+       target.stride, static_cast<std::ptrdiff_t>(right - left), static_cast<std::ptrdiff_t>(bottom - top),
+       ShareOf(constant_alpha)},
+      target.bits_per_pixel);
 }
 
 void CDib32::Premultiply() {

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "bitmaps/alpha_rows.h"
 #include "bitmaps/dib.h"
 #include "platform/gdi.h"
 #include "platform/types.h"
@@ -73,7 +74,10 @@ class CDib32 : public Dib {
  private:
   // Whether loops may go through the pixels.
   bool HasPixels() const { return Bits() != nullptr && bits_per_pixel_ == 32; }
+  AlphaPixels View() const { return {Bits(), Width(), Height()}; }
   std::ptrdiff_t PixelCount() const { return std::ptrdiff_t{Width()} * Height(); }
+  // Coordinates count from the target's top left; what lies outside is left out.
+  void BlendOnto(const PixelView& target, std::int64_t x, std::int64_t y, std::uint8_t constant_alpha) const;
   template <typename Same>
   void KeyOut(Same same);
 

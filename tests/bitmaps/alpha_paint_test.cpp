@@ -3,8 +3,10 @@
 
 #include <cmath>
 #include <thread>
+#include <tuple>
 
 #include "bitmaps/alpha_pixels.h"
+#include "bitmaps/code_path.h"
 #include "bitmaps/pixel_context.h"
 #include "platform/os_tests.h"
 #include "platform/system.h"
@@ -64,14 +66,20 @@ bool Same(const PixelContext& a, const PixelContext& b) {
   return true;
 }
 
-class SoftwareAlphaPaintOnto : public testing::TestWithParam<int> {};
+class SoftwareAlphaPaintOnto : public testing::TestWithParam<std::tuple<int, CodePath>> {
+ protected:
+  int Depth() const { return std::get<0>(GetParam()); }
+
+ private:
+  CodePathOverride path_{std::get<1>(GetParam())};
+};
 
 TEST_P(SoftwareAlphaPaintOnto, FollowsItsDefinition) {
   Random random(51);
   for (int round = 0; round < 500; ++round) {
     const auto source = AlphaNoise(Between(random, 1, 90), Between(random, 1, 12), random);
-    const PixelContext target(Between(random, 1, 90), Between(random, 1, 12), GetParam());
-    const PixelContext expected(target.Width(), target.Height(), GetParam());
+    const PixelContext target(Between(random, 1, 90), Between(random, 1, 12), Depth());
+    const PixelContext expected(target.Width(), target.Height(), Depth());
     Fill(target, random);
     CopyPixels(target, expected);
     const Long x = Between(random, -20, 20), y = Between(random, -6, 6);
@@ -90,7 +98,7 @@ TEST_P(SoftwareAlphaPaintOnto, MixesEveryPairOfBytesAtEveryAlphaToTheByte) {
       const auto byte = [](int value) { return static_cast<std::uint8_t>(value); };
       PutPixel(*source, s, 0, {byte(s), byte(s + 85), byte(s + 170), byte(alpha)});
     }
-    const PixelContext target(256, 16, GetParam()), expected(256, 16, GetParam());
+    const PixelContext target(256, 16, Depth()), expected(256, 16, Depth());
     for (int d = 0; d < 16; ++d) {
       std::fill_n(target.At(0, d), 256 * target.Bytes(), static_cast<std::uint8_t>(d * 17 + alpha));
     }
@@ -104,7 +112,7 @@ TEST_P(SoftwareAlphaPaintOnto, MixesEveryPairOfBytesAtEveryAlphaToTheByte) {
 }
 
 TEST_P(SoftwareAlphaPaintOnto, LeavesTheDestinationsAlphaAsItWas) {
-  if (GetParam() != 32) return;
+  if (Depth() != 32) return;
   const PixelContext target(3, 1, 32);
   for (Long x = 0; x < 3; ++x) target.At(x, 0)[3] = 77;
   for (const int alpha : {0, 100, 255}) {
@@ -115,7 +123,16 @@ TEST_P(SoftwareAlphaPaintOnto, LeavesTheDestinationsAlphaAsItWas) {
   for (Long x = 0; x < 3; ++x) EXPECT_EQ(target.At(x, 0)[3], 77);
 }
 
-INSTANTIATE_TEST_SUITE_P(Depths, SoftwareAlphaPaintOnto, testing::Values(24, 32));
+INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, SoftwareAlphaPaintOnto,
+                         testing::Combine(testing::Values(24, 32),
+                                          testing::Values(CodePath::kPlain, CodePath::kAvx2)));
+
+class AlphaArithmetic : public testing::TestWithParam<CodePath> {
+ private:
+  CodePathOverride path_{GetParam()};
+};
+
+INSTANTIATE_TEST_SUITE_P(Paths, AlphaArithmetic, testing::Values(CodePath::kPlain, CodePath::kAvx2));
 
 TEST(SoftwareAlphaPaint, OntoItselfReadsItsOwnPixelsWhole) {
   Random random(52);
@@ -289,7 +306,7 @@ TEST(Premultiply, Of200AtAlpha128Gives100) {
   EXPECT_FALSE(surface->NotPremultiplied());
 }
 
-TEST(Premultiply, TwiceEqualsOnce) {
+TEST_P(AlphaArithmetic, PremultiplyTwiceEqualsOnce) {
   Random random(55);
   const auto surface = AlphaNoise(40, 10, random);
   surface->Premultiply();
@@ -298,7 +315,7 @@ TEST(Premultiply, TwiceEqualsOnce) {
   EXPECT_EQ(PixelsOf(*surface), once);
 }
 
-TEST(Premultiply, TruncatesEveryProduct) {
+TEST_P(AlphaArithmetic, PremultiplyTruncatesEveryProduct) {
   // All colours against all alphas, and a width that isn't a whole number of blocks.
   const auto surface = AlphaSurface(257, 256);
   for (Long alpha = 0; alpha < 256; ++alpha) {
@@ -315,7 +332,7 @@ TEST(Premultiply, TruncatesEveryProduct) {
   EXPECT_EQ(PixelsOf(*surface), expected);
 }
 
-TEST(Premultiply, LeavesRunsOfClearAndOpaquePixelsAsTheyShouldBe) {
+TEST_P(AlphaArithmetic, PremultiplyTakesRunsOfClearAndOpaquePixelsLikeOthers) {
   Random random(56);
   for (int round = 0; round < 100; ++round) {
     const auto surface = AlphaNoise(Between(random, 1, 100), Between(random, 1, 4), random);
@@ -328,7 +345,7 @@ TEST(Premultiply, LeavesRunsOfClearAndOpaquePixelsAsTheyShouldBe) {
   }
 }
 
-TEST(SetConstantAlpha, WeighsColoursAndBecomesTheAlpha) {
+TEST_P(AlphaArithmetic, SetConstantAlphaWeighsColoursAndBecomesTheAlpha) {
   Random random(57);
   for (const int alpha : {0, 1, 92, 127, 128, 254, 255}) {
     const auto surface = AlphaNoise(37, 5, random);
@@ -343,7 +360,7 @@ TEST(SetConstantAlpha, WeighsColoursAndBecomesTheAlpha) {
   }
 }
 
-TEST(AlphaGrayscale, FollowsItsDefinition) {
+TEST_P(AlphaArithmetic, GrayscaleFollowsItsDefinition) {
   Random random(58);
   for (const Long key : {-1, 0, 1, static_cast<Long>(KeyColour)}) {
     for (int round = 0; round < 60; ++round) {
@@ -360,7 +377,7 @@ TEST(AlphaGrayscale, FollowsItsDefinition) {
   }
 }
 
-TEST(AlphaGrayscale, RoundsEverySumToTheNearest) {
+TEST_P(AlphaArithmetic, GrayscaleRoundsEverySumToTheNearest) {
   const auto surface = AlphaSurface(766, 1);
   for (Long sum = 0; sum < 766; ++sum) {
     const auto byte = [](Long value) { return static_cast<std::uint8_t>(std::clamp(value, 0, 255)); };
