@@ -40,6 +40,7 @@ const InterfaceRow kInterfaces[] = {
     {__uuidof(IProvideClassInfo2), Get<&C::class_info>},
     {__uuidof(ISupportErrorInfo), Get<&C::error_info>},
     {__uuidof(IQuickActivate), Get<&C::quick_activate>},
+    {__uuidof(IDataObject), Get<&C::data>},
     {__uuidof(ISpecifyPropertyPages), Get<&C::property_pages>},
     {__uuidof(IPerPropertyBrowsing), Get<&C::property_browsing>},
     {__uuidof(ICategorizeProperties), Get<&C::categories>},
@@ -98,6 +99,11 @@ ULONG ControlObject::Release() {
   Shutdown();
   delete this;
   return 0;
+}
+
+void ControlObject::NotifyLook() {
+  view.NotifyChange();
+  data.NotifyChange();
 }
 
 void ControlObject::Shutdown() {

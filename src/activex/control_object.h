@@ -3,6 +3,7 @@
 
 #include "activex/class_info.h"
 #include "activex/connection_points.h"
+#include "activex/data_object.h"
 #include "activex/designer.h"
 #include "activex/dispatch.h"
 #include "activex/event_source.h"
@@ -73,6 +74,10 @@ class ControlObject final : public IUnknown {
   PropertyPagesFace property_pages{*this};
   PropertyBrowsingFace property_browsing{*this};
   CategoriesFace categories{*this};
+  DataFace data{*this};
+
+  // Tells everybody who keeps a picture that the control looks different.
+  void NotifyLook();
 
  private:
   explicit ControlObject(IUnknown* outer) : outer_(outer ? outer : this) {}

@@ -68,7 +68,7 @@ void OleUserControl::Resized() {
   last_size_ = Size();
   control_.extent.SetPixels(last_size_);
   control_.marklet.Resize();
-  control_.view.NotifyChange();
+  control_.NotifyLook();
 }
 
 // --- What the control keeps here --------------------------------------------------------------------------
@@ -88,7 +88,7 @@ void OleUserControl::UserModeMayHaveChanged() {
   EnableWindow();
   if (user_mode_ == before) return;
   control_.marklet.RedrawNow();
-  control_.view.NotifyChange();
+  control_.NotifyLook();
 }
 
 // There is always a font: Nothing leaves the one that stands.
@@ -123,7 +123,7 @@ void OleUserControl::PropertyChanged(std::string_view name) {
   const DISPID id = row ? row->dispid : DISPID_UNKNOWN;
   control_.connections.Notifications().ForEach<IPropertyNotifySink>(
       [&](IPropertyNotifySink& sink) { sink.OnChanged(id); });
-  control_.view.NotifyChange();
+  control_.NotifyLook();
 }
 
 }  // namespace marklet::activex

@@ -1,7 +1,6 @@
 #include "activex/view.h"
 
 #include "activex/control_object.h"
-#include "bitmaps/cdib24.h"
 
 namespace marklet::activex {
 namespace {
@@ -11,17 +10,19 @@ bool IsDrawable(DWORD aspect) {
   return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE;
 }
 
-BITMAPINFO Describe(const CDib24& surface) {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = surface.Width();
-  info.bmiHeader.biHeight = surface.Height();
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 24;
-  return info;
-}
-
 }  // namespace
+
+BITMAPINFOHEADER Describe(const CDib24& surface) {
+  BITMAPINFOHEADER header = {};
+  header.biSize = sizeof header;
+  header.biWidth = surface.Width();
+  header.biHeight = surface.Height();
+  header.biPlanes = 1;
+  header.biBitCount = 24;
+  // Some recorders of metafiles keep no more bits than are promised here.
+  header.biSizeImage = static_cast<DWORD>((surface.Width() * 3 + 3) / 4 * 4 * surface.Height());
+  return header;
+}
 
 HRESULT ViewFace::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, ::HDC, ::HDC dc, LPCRECTL bounds, LPCRECTL,
                        BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
@@ -30,18 +31,24 @@ HRESULT ViewFace::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, ::HDC, ::HDC 
   return Call([&] { return DrawPicture(dc, *bounds); });
 }
 
+bool ViewFace::PaintOn(CDib24& surface) {
+  const ::SIZE size = control_.host.Size();
+  if (!surface.Create(size.cx, size.cy)) return false;
+  control_.marklet.PaintControl(surface.hDC());
+  ::GdiFlush();
+  return true;
+}
+
 // The picture is made at the control's own size and brought to the bounds in one blit of its bits, which
 // printers and metafiles take too, whatever their units.
 HRESULT ViewFace::DrawPicture(::HDC dc, const RECTL& bounds) {
-  const ::SIZE size = control_.host.Size();
   CDib24 surface;
-  if (!surface.Create(size.cx, size.cy)) return S_OK;
-  control_.marklet.PaintControl(surface.hDC());
-  ::GdiFlush();
-  const BITMAPINFO info = Describe(surface);
+  if (!PaintOn(surface)) return S_OK;
+  BITMAPINFO info = {};
+  info.bmiHeader = Describe(surface);
   const int old_mode = ::SetStretchBltMode(dc, COLORONCOLOR);
   ::StretchDIBits(dc, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, 0, 0,
-                  size.cx, size.cy, surface.Bits(), &info, DIB_RGB_COLORS, 0x00CC0020);
+                  surface.Width(), surface.Height(), surface.Bits(), &info, DIB_RGB_COLORS, 0x00CC0020);
   if (old_mode) ::SetStretchBltMode(dc, old_mode);
   return S_OK;
 }

@@ -2,8 +2,12 @@
 #pragma once
 
 #include "activex/face.h"
+#include "bitmaps/cdib24.h"
 
 namespace marklet::activex {
+
+// The surface's rows are bottom up, each on four bytes.
+BITMAPINFOHEADER Describe(const CDib24& surface);
 
 class ViewFace final : public Face<IViewObjectEx> {
  public:
@@ -27,6 +31,8 @@ class ViewFace final : public Face<IViewObjectEx> {
   STDMETHODIMP GetNaturalExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, ::HDC dc,
                                 DVEXTENTINFO* info, LPSIZEL size) override;
 
+  // The picture at the control's own size on a new surface. False, and empty, when there can't be one.
+  bool PaintOn(CDib24& surface);
   // Tells the container that the control looks different.
   void NotifyChange();
 

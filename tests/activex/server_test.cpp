@@ -95,7 +95,8 @@ const IID* const kInterfaces[] = {&IID_IUnknown,
                                   &IID_ISupportErrorInfo,
                                   &IID_IQuickActivate,
                                   &IID_ISpecifyPropertyPages,
-                                  &IID_IPerPropertyBrowsing};
+                                  &IID_IPerPropertyBrowsing,
+                                  &IID_IDataObject};
 
 TEST(ControlIdentity, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
   const ComPtr<IUnknown> control = CreateControl();
