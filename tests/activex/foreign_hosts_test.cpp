@@ -136,6 +136,70 @@ class Scripts : public ::testing::Test {
 TEST_F(Scripts, VBScriptSetsAndReadsEveryProperty) { EXPECT_EQ("ok\n", RunScript(L"properties.vbs")); }
 TEST_F(Scripts, VBScriptUsesFonts) { EXPECT_EQ("ok\n", RunScript(L"fonts.vbs")); }
 TEST_F(Scripts, VBScriptSeesErrors) { EXPECT_EQ("ok\n", RunScript(L"errors.vbs")); }
+TEST_F(Scripts, JScriptSetsAndReadsProperties) { EXPECT_EQ("ok\n", RunScript(L"properties.js")); }
+
+// --- The script control -----------------------------------------------------------------------------------
+
+class ScriptControl : public ::testing::TestWithParam<const wchar_t*> {
+ protected:
+  void SetUp() override {
+    Server::Get();
+    CLSID class_id = {};
+    if (FAILED(CLSIDFromProgID(L"MSScriptControl.ScriptControl", &class_id)) ||
+        FAILED(
+            CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(script_.GetAddressOf()))))
+      GTEST_SKIP() << "the system has no msscript.ocx";
+    ASSERT_EQ(S_OK, PutByName(script_.Get(), L"Language", Variant(GetParam())));
+    control_ = CreateControl();
+    EXPECT_EQ(S_OK, As<IPersistStreamInit>(control_)->InitNew());
+    Variant add[] = {Variant(L"label"), Variant(As<IDispatch>(control_).Get()), Variant::Bool(false)};
+    ASSERT_EQ(S_OK, Call(L"AddObject", add, nullptr));
+  }
+  void TearDown() override {
+    script_.Reset();
+    control_.Reset();
+    EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
+  }
+
+  template <std::size_t Count>
+  HRESULT Call(const wchar_t* method, Variant (&arguments)[Count], VARIANT* result) {
+    VARIANT reversed[Count];
+    for (std::size_t i = 0; i < Count; ++i) reversed[i] = arguments[Count - 1 - i];
+    DISPPARAMS parameters = {reversed, nullptr, Count, 0};
+    return script_->Invoke(IdOf(script_.Get(), method), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                           &parameters, result, nullptr, nullptr);
+  }
+  HRESULT Run(const wchar_t* statement) {
+    Variant arguments[] = {Variant(statement)};
+    return Call(L"ExecuteStatement", arguments, nullptr);
+  }
+  std::wstring Eval(const wchar_t* expression) {
+    Variant arguments[] = {Variant(expression)}, result;
+    EXPECT_EQ(S_OK, Call(L"Eval", arguments, &result));
+    return result.Text();
+  }
+
+  ComPtr<IDispatch> script_;
+  ComPtr<IUnknown> control_;
+};
+
+TEST_P(ScriptControl, UsesAControlThatItIsGiven) {
+  EXPECT_EQ(S_OK, Run(L"label.Caption = \"<b>given</b>\""));
+  EXPECT_EQ(S_OK, Run(L"label.TextEffect = 3"));
+  EXPECT_EQ(S_OK, Run(L"label.Font.Bold = true"));
+  EXPECT_EQ(L"<b>given</b>", GetText(As<IDispatch>(control_).Get(), L"Caption"));
+  EXPECT_EQ(3, GetNumber(As<IDispatch>(control_).Get(), L"TextEffect"));
+  EXPECT_EQ(-1, GetNumber(As<IDispatch>(control_).Get(), L"FontBold"));
+  EXPECT_EQ(L"<b>given</b>", Eval(L"label.Caption"));
+}
+
+TEST_P(ScriptControl, SeesAnError) {
+  EXPECT_NE(S_OK, Run(L"label.ForeColor = \"red\""));
+  EXPECT_NE(S_OK, Run(L"label.Nonsense()"));
+  EXPECT_EQ(S_OK, Run(L"label.Caption = \"still there\""));
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, ScriptControl, ::testing::Values(L"VBScript", L"JScript"));
 
 }  // namespace
 }  // namespace ocx_test
