@@ -49,6 +49,31 @@ TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 
+// A form that makes and unmakes controls all day long.
+TEST(Leaks, ManyLivesInOneContainerLeaveNothing) {
+  constexpr int kLives = 500;
+  Container container;
+  const auto live = [&](int number) {
+    container.Host();
+    PutText(container.Dispatch().Get(), L"Caption", L"&life <b>number</b>");
+    PutNumber(container.Dispatch().Get(), L"TextEffect", number % 6);
+    container.Activate();
+    UpdateWindow(container.ControlWindow());
+    container.Close();
+    container.log.clear();
+  };
+  for (int i = 0; i < kWarmUp; ++i) live(i);
+  const int handles = marklet::CountGdiHandles();
+  const auto bytes_before = HeapBytesInUse();
+  for (int i = 0; i < kLives; ++i) live(i);
+  EXPECT_EQ(handles, marklet::CountGdiHandles());
+  const auto bytes_after = HeapBytesInUse();
+  EXPECT_LT(bytes_after, bytes_before + kLives * 8) << bytes_before << " to " << bytes_after;
+  EXPECT_EQ(nullptr, GetWindow(container.Window(), GW_CHILD));
+  EXPECT_EQ(0u, container.SiteReferences());
+  EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
+}
+
 // The counter itself must be worth something.
 TEST(Leaks, TheCounterSeesAHandle) {
   const int before = marklet::CountGdiHandles();
