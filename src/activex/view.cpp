@@ -20,7 +20,8 @@ BITMAPINFOHEADER Describe(const CDib24& surface) {
   header.biPlanes = 1;
   header.biBitCount = 24;
   // Some recorders of metafiles keep no more bits than are promised here.
-  header.biSizeImage = static_cast<DWORD>((surface.Width() * 3 + 3) / 4 * 4 * surface.Height());
+  const DWORD row = (static_cast<DWORD>(surface.Width()) * 3 + 3) / 4 * 4;
+  header.biSizeImage = row * static_cast<DWORD>(surface.Height());
   return header;
 }
 
