@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,6 +28,8 @@ struct SystemConfiguration {
   std::map<std::string, bool, std::less<>> libraries;  // by name: whether LoadLibraryA finds it
   std::map<int, COLORREF> system_colours;              // by index
   std::optional<Long> pixels_per_inch;                 // of the screen and of memory contexts
+  // Takes the messages that a box on the screen would show.
+  std::function<void(std::u16string_view text, std::u16string_view title)> message_box;
 };
 SystemConfiguration& Configuration();
 
@@ -50,5 +53,10 @@ std::u16string MultiByteToWideChar(std::uint32_t code_page, std::string_view byt
 // takes the text as bytes for systems without Unicode windows. False for a null window.
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text);
 bool DefWindowProcA_SetText(HWND window, std::string_view text);
+
+// Shows a text in a modal box in front of the active window and returns the number of the button that was
+// pressed (OK is 1). 0 without a box, as where there is no screen. Messages run on meanwhile, so that the
+// program may be entered again.
+int MessageBoxW(std::u16string_view text, std::u16string_view title, std::uint32_t style);
 
 }  // namespace marklet

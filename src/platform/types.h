@@ -84,6 +84,9 @@ constexpr std::uint32_t TA_CENTER = 6;
 constexpr std::uint32_t TA_BASELINE = 24;
 constexpr std::uint32_t TA_RTLREADING = 256;
 
+// Style of MessageBoxW: an exclamation mark and an OK button.
+constexpr std::uint32_t MB_ICONEXCLAMATION = 0x30;
+
 // Code pages.
 constexpr std::uint32_t CP_ACP = 0;
 constexpr std::uint32_t CP_UTF8 = 65001;

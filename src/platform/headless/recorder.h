@@ -1,8 +1,8 @@
 // Logs the platform calls of this thread and can make any of them fail.
 //
-// While a Recorder lives, every call of gdi.h and text.h (and GetSysColor, ScriptIsComplex) that the program
-// makes adds one line, "Name(arguments)", in call order; calls that the platform makes of itself do not.
-// Contexts are left out; of the arguments,
+// While a Recorder lives, every call of gdi.h, text.h and host_picture.h (and GetSysColor, ScriptIsComplex,
+// MessageBoxW) that the program makes adds one line, "Name(arguments)", in call order; calls that the
+// platform makes of itself do not. Contexts are left out; of the arguments,
 //   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and
 //   lone surrogates, objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where
 //   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB) or null, flags and raster operations 0x.., other

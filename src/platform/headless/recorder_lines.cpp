@@ -48,6 +48,9 @@ constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms =
     {"ExtTextOutW", "-ddxrt"},
     {"GetSysColor", "d"},
     {"ScriptIsComplex", "tx"},
+    {"LoadPicture", "t"},
+    {"RenderPicture", "-"},
+    {"MessageBoxW", "ttx"},
 }};
 
 const Form& FormOf(Operation operation) { return kForms[static_cast<std::size_t>(operation)]; }

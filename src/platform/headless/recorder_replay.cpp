@@ -5,6 +5,7 @@
 
 #include "platform/gdi.h"
 #include "platform/headless/recording_state.h"
+#include "platform/host_picture.h"
 #include "platform/system.h"
 #include "platform/uniscribe.h"
 
@@ -122,6 +123,9 @@ constexpr std::array<Repeat, static_cast<std::size_t>(Operation::kCount)> kRepea
     Again<ExtTextOutW>,
     Again<GetSysColor>,
     Again<ScriptIsComplex>,
+    Again<LoadPicture>,
+    Again<RenderPicture>,
+    Again<MessageBoxW>,
 };
 
 void Player::Play() {

@@ -48,6 +48,9 @@ enum class Operation : std::uint8_t {
   kExtTextOutW,
   kGetSysColor,
   kScriptIsComplex,
+  kLoadPicture,
+  kRenderPicture,
+  kMessageBoxW,
   kCount,
 };
 

@@ -93,6 +93,12 @@ HMODULE LoadLibraryA(std::string_view name) {
   return LibraryExists(name) ? reinterpret_cast<HMODULE>(const_cast<char*>(loaded)) : nullptr;
 }
 
+int MessageBoxW(std::u16string_view text, std::u16string_view title, std::uint32_t style) {
+  if (Refused(Operation::kMessageBoxW, text, title, style) || !Configuration().message_box) return 0;
+  Configuration().message_box(text, title);
+  return 1;
+}
+
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text) {
   if (window == nullptr) return false;
   window->text = text.substr(0, text.find(u'\0'));  // the platform takes texts up to their first NUL

@@ -72,6 +72,15 @@ std::u16string MultiByteToWideChar(std::uint32_t code_page, std::string_view byt
   return text;
 }
 
+int MessageBoxW(std::u16string_view text, std::u16string_view title, std::uint32_t style) {
+  if (Configuration().message_box) {
+    Configuration().message_box(text, title);
+    return IDOK;
+  }
+  const std::u16string shown(text), caption(title);
+  return ::MessageBoxW(GetActiveWindow(), Native(shown.c_str()), Native(caption.c_str()), style);
+}
+
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text) {
   const std::u16string terminated(text);
   return window &&

@@ -24,6 +24,7 @@
 #undef TA_RTLREADING
 #undef CP_ACP
 #undef CP_UTF8
+#undef MB_ICONEXCLAMATION
 #undef S_OK
 #undef S_FALSE
 #undef SIC_COMPLEX
