@@ -3,8 +3,8 @@
 
 #include "bitmaps/colour.h"
 #include "bitmaps/edge.h"
-#include "control/ignore_errors.h"
 #include "control/marklet.h"
+#include "platform/ignore_errors.h"
 #include "platform/rounding.h"
 #include "platform/system.h"
 

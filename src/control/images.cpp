@@ -1,6 +1,6 @@
 // The control as an owner of images.
-#include "control/ignore_errors.h"
 #include "control/marklet.h"
+#include "platform/ignore_errors.h"
 
 namespace marklet {
 namespace {

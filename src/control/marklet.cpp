@@ -1,6 +1,6 @@
 #include "control/marklet.h"
 
-#include "control/ignore_errors.h"
+#include "platform/ignore_errors.h"
 #include "text/string_helpers.h"
 
 namespace marklet {

@@ -1,8 +1,8 @@
 // From state to pixels: the layers of the picture, bottom to top, and the copy to where it is wanted.
-#include "control/ignore_errors.h"
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "markup/markup_caption.h"
+#include "platform/ignore_errors.h"
 #include "platform/rounding.h"
 #include "platform/text.h"
 #include "text/caption_style.h"

@@ -5,9 +5,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "control/ignore_errors.h"
 #include "control/marklet.h"
 #include "control/text_bytes.h"
+#include "platform/ignore_errors.h"
 
 namespace marklet {
 namespace {

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "control/ignore_errors.h"
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "markup/font_colour_tags.h"
+#include "platform/ignore_errors.h"
 #include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"

@@ -1,6 +1,6 @@
 // AutoSize, and what a resize does to the finished picture.
-#include "control/ignore_errors.h"
 #include "control/marklet.h"
+#include "platform/ignore_errors.h"
 #include "platform/os_tests.h"
 #include "platform/rounding.h"
 #include "platform/system.h"

@@ -1,4 +1,4 @@
-// The control's rule for failures: a failing step is skipped and the next one runs.
+// The rule for failures: a failing step is skipped and the next one runs.
 #pragma once
 
 #include <utility>
@@ -11,7 +11,7 @@ void IgnoreErrors(Step&& step) noexcept {
   try {
     std::forward<Step>(step)();
   } catch (...) {
-    // Skipped on purpose: no property, paint or notification reports an error to the host.
+    // Skipped on purpose: no property, paint, load or notification reports an error to the host.
   }
 }
 
