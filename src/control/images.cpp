@@ -1,5 +1,6 @@
 // The control as an owner of images.
 #include "control/marklet.h"
+#include "imagelist/owned_images.h"
 #include "platform/ignore_errors.h"
 
 namespace marklet {
@@ -16,33 +17,26 @@ bool Marklet::LoadIconImageFromFile(std::u16string_view file, std::u16string_vie
   bool loaded = false;
   IgnoreErrors([&] {
     if (file.size() * sizeof(char16_t) < kShortestFileBytes || key.empty()) return;
-    if (StartsWithDigit(key)) return;
-    if (state_.Images && state_.Images->Item(key)) return;
+    if (StartsWithDigit(key) || !ImageKeyFree(key)) return;
     LoadImageIntoList(file, key);
-    loaded = state_.Images && state_.Images->Item(key) != nullptr;
+    loaded = !ImageKeyFree(key);
   });
   return loaded;
 }
 
-// No file format is read so far, so that nothing joins the list; the host is told of a change all the same.
-void Marklet::LoadImageIntoList(std::u16string_view /*file*/, std::u16string_view /*key*/) {
-  if (!state_.Images) state_.Images = std::make_shared<ImageCollection>();
-  IgnoreErrors([this] { host_.PropertyChanged({}); });
+bool Marklet::ImageKeyFree(std::u16string_view key) const {
+  return !state_.Images || state_.Images->Item(key) == nullptr;
 }
 
-void Marklet::DeleteIconImage(std::u16string_view key) {
-  if (!state_.Images) return;
-  IgnoreErrors([&] { state_.Images->Remove(key); });
-  IgnoreErrors([this] { host_.PropertyChanged({}); });
+ImageRef Marklet::LoadImageIntoList(std::u16string_view file, std::u16string_view key) {
+  return marklet::LoadImageIntoList(state_.Images, host_, file, key);
 }
+
+void Marklet::DeleteIconImage(std::u16string_view key) { RemoveImage(state_.Images, host_, key); }
 
 void Marklet::DestroyIconByteCollectionData() {
   state_.Images.reset();
   IgnoreErrors([this] { state_.Images = std::make_shared<ImageCollection>(); });
-}
-
-ImageRef Marklet::LoadIconByteImageFromDisk(std::u16string_view /*file*/, std::u16string_view /*key*/) {
-  return nullptr;
 }
 
 }  // namespace marklet

@@ -1,12 +1,13 @@
 #include "control/layout.h"
 
+#include "images/image_sizes.h"
 #include "platform/rounding.h"
 
 namespace marklet {
 
 Long PixelsOfImageSize(Long image_size) {
-  static constexpr Long kPixels[] = {16, 24, 32, 48, 72, 96, 128, 256};
-  return image_size >= 0 && image_size < 8 ? kPixels[image_size] : 16;
+  const Long pixels = SizeFromIndex(image_size);
+  return pixels != 0 ? pixels : 16;
 }
 
 ImageSide SideOfImage(Long image_alignment, bool right_to_left) {

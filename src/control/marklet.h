@@ -16,6 +16,7 @@
 #include "control/properties.h"
 #include "control/value.h"
 #include "imagelist/image_collection.h"
+#include "imagelist/supports_alpha_image.h"
 #include "platform/property_bag.h"
 #include "platform/types.h"
 #include "platform/user_control.h"
@@ -53,11 +54,11 @@ struct MarkletState {
   bool SafeForScripting = false, SafeForInitializing = false;
 };
 
-class Marklet {
+class Marklet : public ISupportsAlphaImage {
  public:
   // Initialize. `host` and `events` outlive the control.
   Marklet(UserControl& host, MarkletEvents& events);
-  ~Marklet();  // Terminate
+  ~Marklet() override;  // Terminate
   Marklet(const Marklet&) = delete;
   Marklet& operator=(const Marklet&) = delete;
 
@@ -77,13 +78,16 @@ class Marklet {
   // three characters, an empty key, one that starts with a digit, one that is taken.
   bool LoadIconImageFromFile(std::u16string_view file, std::u16string_view key);
 
-  // The owner of images, as the design-time page sees it.
-  void DeleteIconImage(std::u16string_view key);
-  void DestroyIconByteCollectionData();
-  std::u16string GetFriendlyString() const { return u"label"; }
-  std::shared_ptr<ImageCollection> GetIconByteCollection() const { return state_.Images; }
-  // Deliberately does nothing: LoadIconImageFromFile is the working route.
-  ImageRef LoadIconByteImageFromDisk(std::u16string_view file, std::u16string_view key);
+  // The same without asking about the key: the image, also when the list didn't take it.
+  ImageRef LoadImageIntoList(std::u16string_view file, std::u16string_view key);
+  bool ImageKeyFree(std::u16string_view key) const;
+
+  // ISupportsAlphaImage. LoadIconByteImageFromDisk stays the interface's own and does nothing:
+  // LoadIconImageFromFile is the working route.
+  void DestroyIconByteCollectionData() override;
+  void DeleteIconImage(std::u16string_view key) override;
+  std::shared_ptr<ImageCollection> GetIconByteCollection() const override { return state_.Images; }
+  std::u16string GetFriendlyString() const override { return u"label"; }
 
   // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null.
   void PaintControl(HDC dc);
@@ -115,11 +119,8 @@ class Marklet {
   void SetByName(std::string_view name, const Value& value);
   void LoadProperty(PropertyBag& bag, std::string_view key);
   void SaveProperty(PropertyBag& bag, std::string_view key);
-  void LoadImages(PropertyBag& bag);
-  void SaveImages(PropertyBag& bag);
   void MatchAccessKeys();
   void FitToCaption();
-  void LoadImageIntoList(std::u16string_view file, std::u16string_view key);
 
   bool CheckSystemColors();
   void BuildPicture(Long width, Long height);

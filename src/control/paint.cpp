@@ -1,6 +1,7 @@
 // From state to pixels: the layers of the picture, bottom to top, and the copy to where it is wanted.
 #include "control/layout.h"
 #include "control/marklet.h"
+#include "images/image_sizes.h"
 #include "markup/markup_caption.h"
 #include "platform/ignore_errors.h"
 #include "platform/rounding.h"
@@ -12,7 +13,6 @@ namespace marklet {
 namespace {
 
 constexpr OLE_COLOR kButtonFace = 0x8000000F, kWindow = 0x80000005, kButtonShadow = 0x80000010;
-constexpr Long kDepthIndex = 4;
 
 }  // namespace
 
@@ -60,7 +60,9 @@ void Marklet::DrawImage(HDC dc, RECT& rect) {
   const ImageSide side = SideOfImage(state_.ImageAlignment, state_.RightToLeft);
   const ImagePlace place = PlaceImage(rect, side, state_.ImagePixels, BorderInset(state_.BorderStyle));
   IgnoreErrors([&] {
-    image->Render(dc, state_.ImageSize, kDepthIndex, place.x, place.y, host_.Enabled(), kButtonFace, 0);
+    // By the pixels: a size that isn't in the enumeration is drawn, like it is placed, at 16.
+    image->Render(dc, SizeIndex(state_.ImagePixels), kAlphaDepthIndex, place.x, place.y, host_.Enabled(),
+                  kButtonFace, 0);
   });
   rect = AdjustTextRect(rect, side, state_.ImagePixels);
 }

@@ -1,9 +1,16 @@
 // The control as an owner of images, and where it draws one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <string>
 
+#include "bitmaps/cdib24.h"
+#include "images/image_sizes.h"
+#include "images/png_pictures.h"
 #include "support/fake_host.h"
+#include "support/memory_bag.h"
+#include "support/temporary_folder.h"
 
 namespace marklet {
 namespace {
@@ -54,7 +61,7 @@ TEST_F(ImageFixture, IsAskedForItsSizeAtDepthFourOnTheButtonFace) {
   hosted.host.enabled = false;
   hosted.Set("ImageSize", Long{9});
   Redraw();
-  EXPECT_EQ(normal->asked, (Log{"size 9 depth 4 at 0,0 enabled 0 on 8000000F, 0"}));
+  EXPECT_EQ(normal->asked, (Log{"size 0 depth 4 at 0,0 enabled 0 on 8000000F, 0"}));
 }
 
 TEST_F(ImageFixture, LeftOfABorderSitsTwoPixelsInAndDown) {
@@ -114,20 +121,21 @@ TEST(LoadIconImageFromFile, RefusesAFileNameOfTwoCharacters) {
 
 TEST(LoadIconImageFromFile, ThreeCharactersPassTheLengthTest) {
   HostedControl hosted;
-  EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"abc", u"key")) << "there is no such image";
+  EXPECT_TRUE(hosted.control.LoadIconImageFromFile(u"abc", u"key"))
+      << "a file that isn't there is listed too";
   EXPECT_EQ(hosted.host.log, (Log{"PropertyChanged()"}));
 }
 
 TEST(LoadIconImageFromFile, RefusesAnEmptyKey) {
   HostedControl hosted;
-  EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"a.png", u""));
+  EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"no such file.bmp", u""));
   EXPECT_TRUE(hosted.host.log.empty());
 }
 
 TEST(LoadIconImageFromFile, RefusesAKeyThatStartsWithADigit) {
   HostedControl hosted;
   for (const char16_t* key : {u"1a", u"0", u"9 lives"}) {
-    EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"a.png", key));
+    EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"no such file.bmp", key));
     EXPECT_TRUE(hosted.host.log.empty());
   }
 }
@@ -135,15 +143,16 @@ TEST(LoadIconImageFromFile, RefusesAKeyThatStartsWithADigit) {
 TEST(LoadIconImageFromFile, AKeyMayStartWithABlankOrAnythingElse) {
   for (const char16_t* key : {u" 1", u"/1", u":1", u"a1"}) {
     HostedControl hosted;
-    hosted.control.LoadIconImageFromFile(u"a.png", key);
+    EXPECT_TRUE(hosted.control.LoadIconImageFromFile(u"no such file.bmp", key));
     EXPECT_EQ(hosted.host.log, (Log{"PropertyChanged()"}));
+    EXPECT_EQ(hosted.State().Images->Item(1)->Key(), key) << "as it was given";
   }
 }
 
 TEST(LoadIconImageFromFile, AKeyInUseIsRefusedWithoutTouchingTheList) {
   HostedControl hosted;
   hosted.State().Images->Add(u"Key", std::make_shared<AskedImage>());
-  EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"a.png", u"KEY"));
+  EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"no such file.bmp", u"KEY"));
   EXPECT_TRUE(hosted.host.log.empty());
   EXPECT_EQ(hosted.State().Images->Count(), 1);
 }
@@ -151,22 +160,126 @@ TEST(LoadIconImageFromFile, AKeyInUseIsRefusedWithoutTouchingTheList) {
 TEST(LoadIconImageFromFile, DoesNotRedraw) {
   HostedControl hosted;
   hosted.Init();
-  hosted.control.LoadIconImageFromFile(u"a.png", u"key");
+  hosted.control.LoadIconImageFromFile(u"no such file.bmp", u"key");
   EXPECT_EQ(hosted.host.Paints(), 0);
 }
 
 TEST(LoadIconImageFromFile, MakesTheListWhenThereIsNone) {
   HostedControl hosted;
   hosted.State().Images.reset();
-  hosted.control.LoadIconImageFromFile(u"a.png", u"key");
+  hosted.control.LoadIconImageFromFile(u"no such file.bmp", u"key");
   EXPECT_TRUE(hosted.State().Images);
+}
+
+TEST(LoadIconImageFromFile, ShowsTheImageAtTheNextRepaint) {
+  const testing::TemporaryFolder folder;
+  const auto png = pictures::Png(16, [](int, int) { return 0xFF203040u; });
+  folder.Write("a.png", std::string(png.begin(), png.end()));
+  HostedControl hosted;
+  hosted.Init();
+  hosted.Set("Caption", std::u16string());
+  hosted.Set("ImageKey", std::u16string(u"key"));
+  EXPECT_TRUE(hosted.control.LoadIconImageFromFile(folder.Path("a.png").u16string(), u"key"));
+  EXPECT_NE(hosted.host.Pixel(5, 5), MakeRgb(0x20, 0x30, 0x40));
+  hosted.control.RedrawNow();
+  EXPECT_EQ(hosted.host.Pixel(5, 5), MakeRgb(0x20, 0x30, 0x40));
+  EXPECT_NE(hosted.host.Pixel(16, 5), MakeRgb(0x20, 0x30, 0x40));
+}
+
+// --- Painted ----------------------------------------------------------------------------------------------
+
+struct PaintedImages : ::testing::Test {
+  HostedControl hosted;
+  static constexpr COLORREF kNormal = MakeRgb(10, 20, 30), kHover = MakeRgb(200, 100, 50);
+
+  void SetUp() override {
+    hosted.Init();
+    hosted.Set("Caption", std::u16string());
+    Add(u"normal", kNormal);
+    Add(u"hover", kHover);
+    hosted.Set("ImageKey", std::u16string(u"normal"));
+    hosted.Set("ImageKeyhover", std::u16string(u"hover"));
+  }
+  // An image without alpha, of every size.
+  void Add(const char16_t* key, COLORREF colour) {
+    const auto image = std::make_shared<CIconBytes>();
+    image->PutKey(key);
+    for (Long index = 0; index < CIconBytes::kSizes; ++index) {
+      const Long size = SizeFromIndex(index);
+      CDib24 surface;
+      ASSERT_TRUE(surface.Create(size, size));
+      surface.Clear(colour);
+      image->StoreBits(index, 3, 24, 0, 0, size, size, surface.hDC());
+    }
+    hosted.State().Images->Add(key, image);
+  }
+  // The box that a colour takes on the control.
+  RECT BoxOf(COLORREF colour) {
+    RECT box = {1000, 1000, -1, -1};
+    for (Long y = 0; y < 50; ++y)
+      for (Long x = 0; x < 100; ++x)
+        if (hosted.host.Pixel(x, y) == colour)
+          box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x),
+                 std::max(box.bottom, y)};
+    return box;
+  }
+};
+
+TEST_F(PaintedImages, StandLeftRightAndCentred) {
+  hosted.Set("ImageSize", Long{1});
+  EXPECT_EQ(BoxOf(kNormal), (RECT{0, 0, 23, 23}));
+  hosted.Set("ImageAlignment", Long{1});
+  EXPECT_EQ(BoxOf(kNormal), (RECT{75, 0, 98, 23}));
+  hosted.Set("ImageAlignment", Long{2});
+  EXPECT_EQ(BoxOf(kNormal), (RECT{38, 0, 61, 23}));
+  hosted.Set("BorderStyle", Long{1});
+  EXPECT_EQ(BoxOf(kNormal), (RECT{38, 2, 61, 25}));
+}
+
+TEST_F(PaintedImages, OfASizeOutOfRangeAre16Pixels) {
+  for (const Long size : {9, -1, 2147483647}) {
+    hosted.Set("ImageSize", Long{3});
+    hosted.Set("ImageSize", size);
+    EXPECT_EQ(BoxOf(kNormal), (RECT{0, 0, 15, 15})) << size;
+  }
+}
+
+TEST_F(PaintedImages, ChangeWithThePointer) {
+  EXPECT_EQ(BoxOf(kHover).right, -1);
+  hosted.State().Hover = true;
+  hosted.control.RedrawNow();
+  EXPECT_EQ(BoxOf(kHover), (RECT{0, 0, 15, 15}));
+  EXPECT_EQ(BoxOf(kNormal).right, -1);
+}
+
+TEST_F(PaintedImages, AreGreyOnADisabledControl) {
+  hosted.Set("Enabled", false);
+  EXPECT_EQ(BoxOf(kNormal).right, -1);
+  EXPECT_EQ(hosted.host.Pixel(3, 3), MakeRgb(20, 20, 20));
+}
+
+TEST_F(PaintedImages, AreThereAgainAfterTheFormIsSavedAndLoaded) {
+  testing::MemoryBag bag;
+  hosted.control.WriteProperties(bag);
+  HostedControl loaded;
+  loaded.control.ReadProperties(bag);
+  for (Long y = 0; y < 20; ++y)
+    for (Long x = 0; x < 20; ++x)
+      ASSERT_EQ(loaded.host.Pixel(x, y), hosted.host.Pixel(x, y)) << x << "," << y;
+  EXPECT_EQ(loaded.host.Pixel(15, 15), kNormal);
+}
+
+TEST_F(PaintedImages, OfAListThatHoldsNothingRaiseNothing) {
+  hosted.control.DestroyIconByteCollectionData();
+  hosted.control.RedrawNow();
+  EXPECT_EQ(BoxOf(kNormal).right, -1);
 }
 
 // --- The owner as the design-time page sees it ------------------------------------------------------------
 
 TEST(ImageOwner, LoadingThroughTheInternalInterfaceGivesNothing) {
   HostedControl hosted;
-  EXPECT_EQ(hosted.control.LoadIconByteImageFromDisk(u"a.png", u"key"), nullptr);
+  EXPECT_EQ(hosted.control.LoadIconByteImageFromDisk(u"no such file.bmp", u"key"), nullptr);
   EXPECT_TRUE(hosted.host.log.empty());
   EXPECT_EQ(hosted.State().Images->Count(), 0);
 }

@@ -1,0 +1,39 @@
+// InternalAlphaImageList: the hidden control that holds images for controls without a list of their own.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "imagelist/owned_images.h"
+#include "platform/property_bag.h"
+#include "platform/user_control.h"
+
+namespace marklet {
+
+// No call throws: a failing step is skipped. The list is null until one of InitProperties, ReadProperties and
+// LoadImageIntoList makes it. Keys are taken as given.
+class InternalAlphaImageList {
+ public:
+  explicit InternalAlphaImageList(UserControl& host) : host_(host) {}  // `host` outlives the list
+
+  void InitProperties() { ClearIcons(); }
+  void ReadProperties(PropertyBag& bag) { ReadImages(bag, images_); }
+  void WriteProperties(PropertyBag& bag) { WriteImages(bag, images_); }
+
+  // Null when there is no such image.
+  ImageRef GetIcoBytes(std::u16string_view key) const { return images_ ? images_->Item(key) : nullptr; }
+  void ClearIcons();
+  void RemoveIcon(std::u16string_view key) { RemoveImage(images_, host_, key); }
+  ImageRef LoadImageIntoList(std::u16string_view file, std::u16string_view key);
+  // The list itself.
+  ImagesRef IconCollection() const { return images_; }
+  // The file of the image added last.
+  const std::u16string& FileName() const { return file_name_; }
+
+ private:
+  UserControl& host_;
+  std::u16string file_name_;
+  ImagesRef images_;
+};
+
+}  // namespace marklet

@@ -1,0 +1,85 @@
+// The images of a saved form.
+#include <string>
+#include <utility>
+
+#include "imagelist/owned_images.h"
+#include "platform/ignore_errors.h"
+
+namespace marklet {
+namespace {
+
+std::string KeyName(Long image) { return "IcoBytesKey_" + std::to_string(image); }
+
+std::string CellName(Long size, Long depth, Long image) {
+  return "IconBytesJ" + std::to_string(size) + "K" + std::to_string(depth) + "_" + std::to_string(image);
+}
+
+template <class Visit>
+void ForEachCell(Visit visit) {
+  for (Long size = 0; size < CIconBytes::kSizes; ++size)
+    for (Long depth = 0; depth < CIconBytes::kDepths; ++depth) visit(size, depth);
+}
+
+// A cell without bytes isn't kept, and neither is one of a single byte.
+bool Kept(const ByteArray& cell) { return cell.UpperBound() > 0; }
+
+// Reads one image into `image`; false when the bag holds nothing of it.
+bool ReadImage(PropertyBag& bag, Long number, CIconBytes& image) {
+  bool found = false;
+  IgnoreErrors([&] {
+    const auto key = bag.ReadProperty(KeyName(number), BagType::Text);
+    found = key.has_value();
+    if (key && std::holds_alternative<std::u16string>(*key)) image.PutKey(std::get<std::u16string>(*key));
+  });
+  ForEachCell([&](Long size, Long depth) {
+    IgnoreErrors([&] {
+      auto cell = bag.ReadProperty(CellName(size, depth, number), BagType::Bytes);
+      found = found || cell.has_value();
+      if (!cell || !std::holds_alternative<ByteArray>(*cell)) return;
+      if (Kept(std::get<ByteArray>(*cell)))
+        image.SetBytes(size, depth, std::move(std::get<ByteArray>(*cell)));
+    });
+  });
+  return found;
+}
+
+void WriteImage(PropertyBag& bag, Long number, const CIconBytes& image) {
+  IgnoreErrors([&] { bag.WriteProperty(KeyName(number), image.Key(), BagValue()); });
+  ForEachCell([&](Long size, Long depth) {
+    const ByteArray& cell = image.GetBytes(size, depth);
+    if (Kept(cell)) IgnoreErrors([&] { bag.WriteProperty(CellName(size, depth, number), cell, BagValue()); });
+  });
+}
+
+}  // namespace
+
+// The count says how many images to look for, and may say anything. A saved form has no gaps: where this many
+// aren't there, the count is wrong.
+void ReadImages(PropertyBag& bag, ImagesRef& images) {
+  constexpr Long kMostAbsent = 100;
+  Long count = 0;
+  IgnoreErrors([&] {
+    const auto read = bag.ReadProperty("NumOfIconBytes", BagType::I4);
+    if (read && std::holds_alternative<Long>(*read)) count = std::get<Long>(*read);
+  });
+  images.reset();
+  IgnoreErrors([&] { images = std::make_shared<ImageCollection>(); });
+  Long absent = 0;
+  for (Long i = 1; i <= count && absent < kMostAbsent; ++i) {
+    IgnoreErrors([&] {
+      const auto image = std::make_shared<CIconBytes>();
+      if (!ReadImage(bag, i, *image)) ++absent;
+      if (images) images->Add(image->Key(), image);  // a key that is taken keeps its image
+    });
+  }
+}
+
+void WriteImages(PropertyBag& bag, const ImagesRef& list) {
+  const ImagesRef images = list;  // the bag may be the host's own code
+  if (!images) return;
+  IgnoreErrors([&] { bag.WriteProperty("NumOfIconBytes", images->Count(), std::int16_t{0}); });
+  for (Long i = 1; i <= images->Count(); ++i)
+    if (const ImageRef image = images->Item(i)) WriteImage(bag, i, *image);
+}
+
+}  // namespace marklet
