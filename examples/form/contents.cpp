@@ -11,6 +11,9 @@ constexpr LONG kHighlight = static_cast<LONG>(0x8000000D), kHighlightText = stat
 constexpr LONG kInfo = static_cast<LONG>(0x80000018), kInfoText = static_cast<LONG>(0x80000017);
 constexpr LONG kStroke = 1, kShadow = 2, kEmboss = 3, kEngrave = 4, kHollow = 5;
 
+constexpr LONG kRight = 1, kCentre = 2;
+constexpr LONG k16 = 0, k32 = 2, k48 = 3;
+
 constexpr int kColumns = 3, kMargin = 20, kGap = 14, kCellWidth = 250, kCellHeight = 58, kTitleHeight = 16;
 
 struct Cell {
@@ -60,6 +63,38 @@ const Cell kCells[] = {
       {L"BackColor", LONG{RGB(0xE3, 0xF1, 0xE8)}},
       {L"ForeColor", LONG{RGB(0x1E, 0x5B, 0x34)}}}},
 
+    {L"An image at the left",
+     {{L"ImageKey", L"logo"}, {L"ImageSize", k48}, {L"Caption", L"A caption beside its image"}}},
+    {L"At the right",
+     {{L"ImageKey", L"parcel"},
+      {L"ImageSize", k48},
+      {L"ImageAlignment", kRight},
+      {L"Caption", L"<b>2 parcels</b> from an icon file"}}},
+    {L"Centred, under the text",
+     {{L"ImageKey", L"star"},
+      {L"ImageSize", k48},
+      {L"ImageAlignment", kCentre},
+      {L"Caption", L"An image that is centred takes no room from the caption."}}},
+    {L"Lit while the pointer is on it",
+     {{L"ImageKey", L"lamp"}, {L"ImageKeyhover", L"lit"}, {L"ImageSize", k48}, {L"Caption", L"Switch on"}}},
+    {L"Disabled",
+     {{L"ImageKey", L"logo"},
+      {L"ImageSize", k48},
+      {L"BackColor", kButtonFace},
+      {L"Enabled", false},
+      {L"Caption", L"Grey and faded"}}},
+    {L"Alpha over a colour",
+     {{L"ImageKey", L"lit"},
+      {L"ImageSize", k48},
+      {L"BackColor", LONG{RGB(47, 93, 138)}},
+      {L"ForeColor", LONG{RGB(255, 255, 255)}},
+      {L"Caption", L"Soft edges on any background"}}},
+    {L"32x32", {{L"ImageKey", L"parcel"}, {L"ImageSize", k32}, {L"Caption", L"The same icon file"}}},
+    {L"16x16, bordered",
+     {{L"ImageKey", L"parcel"}, {L"ImageSize", k16}, {L"BorderStyle", LONG{1}}, {L"Caption", L"And again"}}},
+    {L"A PNG in another size",
+     {{L"ImageKey", L"logo"}, {L"ImageSize", k32}, {L"Caption", L"Made from 48 by 48 pixels"}}},
+
     {L"Greek", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Καλημέρα</b>, κόσμε"}}},
     {L"Cyrillic", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Здравствуй</b>, мир"}}},
     {L"Hebrew", {{L"FontSize", LONG{11}}, {L"Caption", L"שלום, עולם"}}},
@@ -69,6 +104,22 @@ const Cell kCells[] = {
      {{L"Caption",
        L"<b>3 parcels</b> for <a>Jane Doe</a>: <c=1E7B34>2 arrived</c>, <c=C00000>1 is <i>late</i></c>."}}},
 };
+
+const Image kImages[] = {{L"images\\logo.png", L"logo"},
+                         {L"images\\lamp.png", L"lamp"},
+                         {L"images\\lamp-lit.png", L"lit"},
+                         {L"images\\star.png", L"star"},
+                         {L"images\\parcel.ico", L"parcel"}};
+
+// Those that one of the properties names.
+std::vector<Image> ImagesOf(const Cell& cell) {
+  std::vector<Image> images;
+  for (const Image& image : kImages)
+    for (const Property& property : cell.properties)
+      if (const auto* text = std::get_if<const wchar_t*>(&property.value))
+        if (std::wstring_view(*text) == image.key) images.push_back(image);
+  return images;
+}
 
 bool ShowsAnEffect(const Cell& cell) {
   return cell.properties.front().name == std::wstring_view(L"TextEffect");
@@ -103,7 +154,7 @@ std::vector<Item> Contents() {
     const RECT title = {place.left, place.top, place.right, place.top + kTitleHeight};
     const RECT control = {place.left, place.top + kTitleHeight, place.right, place.bottom};
     items.push_back({title, {{L"Caption", cell.title}, {L"ForeColor", LONG{RGB(90, 101, 112)}}}});
-    items.push_back({control, WithDefaults(cell)});
+    items.push_back({control, WithDefaults(cell), ImagesOf(cell)});
   }
   return items;
 }

@@ -14,10 +14,16 @@ struct Property {
   std::variant<const wchar_t*, LONG, bool> value;
 };
 
+// An image file, beside the program, and the key that controls know it by.
+struct Image {
+  const wchar_t *file, *key;
+};
+
 // A control with its place on the form, in pixels.
 struct Item {
   RECT place;
   std::vector<Property> properties;
+  std::vector<Image> images{};  // to be loaded before the properties are set
 };
 
 // All controls of the form, titles included, and the room that they take.

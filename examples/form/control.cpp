@@ -47,14 +47,32 @@ Control::~Control() {
 
 void Control::Move(const RECT& place) { site_->OnPosRectChange(&place); }
 
-void Control::Put(const wchar_t* name, VARIANT value) {
+bool Control::LoadImage(const wchar_t* file, const wchar_t* key) {
+  VARIANT arguments[2], loaded;  // the last argument first
+  VariantInit(&loaded);
+  for (VARIANT& argument : arguments) V_VT(&argument) = VT_BSTR;
+  V_BSTR(&arguments[1]) = SysAllocString(file);
+  V_BSTR(&arguments[0]) = SysAllocString(key);
+  DISPPARAMS parameters = {arguments, nullptr, 2, 0};
+  const HRESULT result = properties_->Invoke(Find(L"LoadIconImageFromFile"), IID_NULL, LOCALE_USER_DEFAULT,
+                                             DISPATCH_METHOD, &parameters, &loaded, nullptr, nullptr);
+  for (VARIANT& argument : arguments) VariantClear(&argument);
+  Check(result);
+  return V_BOOL(&loaded) != VARIANT_FALSE;
+}
+
+DISPID Control::Find(const wchar_t* name) {
   LPOLESTR names = const_cast<LPOLESTR>(name);
   DISPID id;
   Check(properties_->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+  return id;
+}
+
+void Control::Put(const wchar_t* name, VARIANT value) {
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters = {&value, &put, 1, 1};
-  Check(properties_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, nullptr,
-                            nullptr, nullptr));
+  Check(properties_->Invoke(Find(name), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters,
+                            nullptr, nullptr, nullptr));
 }
 
 void Control::Set(const wchar_t* name, const wchar_t* text) {

@@ -26,10 +26,14 @@ class Control {
   void Set(const wchar_t* name, LONG number);
   void Set(const wchar_t* name, bool truth);
 
+  // Adds an image file to the control's list under a key; false when it doesn't take it.
+  bool LoadImage(const wchar_t* file, const wchar_t* key);
+
   // Moves the control to another place in its window.
   void Move(const RECT& place);
 
  private:
+  DISPID Find(const wchar_t* name);
   void Put(const wchar_t* name, VARIANT value);
 
   ComPtr<IOleObject> object_;

@@ -47,8 +47,21 @@ HWND CreateForm() {
                        description.hInstance, nullptr);
 }
 
+// The full name of a file in the program's own folder.
+std::wstring BesideProgram(const wchar_t* file) {
+  wchar_t program[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  const std::wstring path = program;
+  return path.substr(0, path.find_last_of(L'\\') + 1) + file;
+}
+
 std::unique_ptr<Control> Place(HWND window, const Item& item) {
   auto control = std::make_unique<Control>(window, item.place);
+  for (const Image& image : item.images) {
+    const std::wstring file = BesideProgram(image.file);
+    if (!control->LoadImage(file.c_str(), image.key))
+      std::fwprintf(stderr, L"form: can't load %ls\n", file.c_str());
+  }
   for (const Property& property : item.properties)
     std::visit([&](auto value) { control->Set(property.name, value); }, property.value);
   return control;

@@ -34,10 +34,20 @@ bool WriteNew(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
+void RequireFile(const std::string& name) {
+  std::error_code error;
+  if (!fs::is_regular_file(PathOf(name), error)) throw RenderError("there is no file " + Quoted(name));
+}
+
+std::string NameBeside(const std::string& file, const std::string& name) {
+  const std::u8string path = (PathOf(file).parent_path() / PathOf(name)).u8string();
+  return {path.begin(), path.end()};
+}
+
 std::string ReadTextFile(const std::string& name) {
+  RequireFile(name);
   const fs::path file = PathOf(name);
   std::error_code error;
-  if (!fs::is_regular_file(file, error)) throw RenderError("there is no file " + Quoted(name));
   if (fs::file_size(file, error) > kMostBytes || error) throw RenderError(Quoted(name) + " is too large");
   std::ifstream in(file, std::ios::binary);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

@@ -7,6 +7,12 @@
 
 namespace marklet {
 
+// Throws RenderError when there is no such file.
+void RequireFile(const std::string& name);
+
+// A name as seen from the folder of another file.
+std::string NameBeside(const std::string& file, const std::string& name);
+
 // Throws RenderError when the file can't be read, or exceeds 64 MiB.
 std::string ReadTextFile(const std::string& name);
 

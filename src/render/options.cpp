@@ -27,7 +27,15 @@ struct Switch {
 constexpr Switch kSwitches[] = {{"--help", &Options::help},
                                 {"--version", &Options::version},
                                 {"--reference", &Options::reference},
-                                {"--log", &Options::log}};
+                                {"--log", &Options::log},
+                                {"--hover", &Options::hover}};
+
+void AddImage(Options& options, const std::string& value) {
+  const std::size_t equals = value.find('=');
+  if (equals == std::string::npos)
+    throw RenderError("--image can't be " + Quoted(value) + ": it is KEY=FILE");
+  options.images.emplace_back(value.substr(0, equals), value.substr(equals + 1));
+}
 
 struct Setting {
   std::string_view name;
@@ -39,6 +47,7 @@ constexpr Setting kSettings[] = {
     {"--scale", [](Options& options, const std::string& value) { options.scale = ParseScale(value); }},
     {"--caption-file", [](Options& options, const std::string& value) { options.caption_file = value; }},
     {"--sheet", [](Options& options, const std::string& value) { options.sheet = value; }},
+    {"--image", AddImage},
 };
 
 template <class Row, std::size_t N>
@@ -61,6 +70,8 @@ void Check(const Options& options) {
   if (options.sheet.empty()) return;
   if (!options.properties.empty() || !options.caption_file.empty())
     throw RenderError("a sheet has its own properties: give none beside --sheet");
+  if (!options.images.empty() || options.hover)
+    throw RenderError("a sheet has its own images: give no --image and no --hover beside --sheet");
 }
 
 }  // namespace
@@ -136,6 +147,9 @@ std::string HelpText() {
          "  --size 200x40        the control's size, in 96ths of an inch\n"
          "  --scale 1            1 to 2, for screens of 96 to 192 dots per inch\n"
          "  --caption-file FILE  the caption, as UTF-8\n"
+         "  --image KEY=FILE     an image for ImageKey and ImageKeyhover: PNG, ICO, BMP, GIF, JPG or CUR, "
+         "square\n"
+         "  --hover              as it looks with the pointer on it\n"
          "  --sheet FILE         several controls on one sheet, described in JSON\n"
          "  --log                prints the platform calls of the painting\n"
          "  --reference          prints the properties, events and enumerations as Markdown\n"

@@ -13,14 +13,21 @@ namespace marklet {
 // Properties in the order in which they are set, as name and text.
 using PropertyTexts = std::vector<std::pair<std::string, std::string>>;
 
+// What a control is given beside its properties.
+struct Surroundings {
+  std::vector<std::pair<std::string, std::string>> images;  // key and file name, in UTF-8
+  bool hover = false;                                       // the pointer is on it
+};
+
 struct Options {
-  bool help = false, version = false, reference = false, log = false;
+  bool help = false, version = false, reference = false, log = false, hover = false;
   double scale = 1;
   SIZE size = {200, 40};  // in 96ths of an inch
   std::string output;     // file names are UTF-8
   std::string caption_file;
   std::string sheet;
   PropertyTexts properties;
+  std::vector<std::pair<std::string, std::string>> images;
 };
 
 // Throws RenderError for what can't be understood.

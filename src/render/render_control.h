@@ -18,8 +18,10 @@ Long ScaledPixels(double units, double scale);
 class RenderedControl {
  public:
   // Sets the properties in their order on a new control of that size (96ths of an inch), and paints it.
-  // Throws RenderError for a property that can't be set and for a control that came out empty.
-  RenderedControl(SIZE size, const PropertyTexts& properties, double scale);
+  // Throws RenderError for a property that can't be set, an image that can't be used, and a control that came
+  // out empty.
+  RenderedControl(SIZE size, const PropertyTexts& properties, double scale,
+                  const Surroundings& surroundings = {});
 
   Long Width() const { return host_.Surface().Width(); }  // pixels
   Long Height() const { return host_.Surface().Height(); }
@@ -29,6 +31,7 @@ class RenderedControl {
 
  private:
   void SetAll(const PropertyTexts& properties);
+  void LoadImage(const std::string& key, const std::string& file);
 
   MemoryHost host_;
   Marklet control_;

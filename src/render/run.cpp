@@ -44,13 +44,14 @@ void PrintLog(std::ostream& out, const std::function<void()>& paint) {
 }
 
 Picture RenderOne(const Options& options, std::ostream& out) {
-  RenderedControl control(options.size, PropertiesOf(options), options.scale);
+  RenderedControl control(options.size, PropertiesOf(options), options.scale,
+                          {options.images, options.hover});
   if (options.log) PrintLog(out, [&] { control.Redraw(); });
   return PictureOf(control.Surface());
 }
 
 Picture RenderSheet(const Options& options, std::ostream& out) {
-  Sheet sheet(ReadTextFile(options.sheet), options.scale);
+  Sheet sheet(ReadTextFile(options.sheet), options.scale, options.sheet);
   if (options.log) PrintLog(out, [&] { sheet.Redraw(); });
   return sheet.Compose();
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "control/properties.h"
+#include "render/files.h"
 #include "render/property_text.h"
 #include "render/render_error.h"
 #include "render/sheet_reader.h"
@@ -73,8 +74,9 @@ class Sheet::Layout {
     return {units(width), units(height)};
   }
 
-  Long Place(SIZE size, const PropertyTexts& properties, Long x, Long y) {
-    auto control = std::make_unique<RenderedControl>(size, properties, scale_);
+  Long Place(SIZE size, const PropertyTexts& properties, Long x, Long y,
+             const Surroundings& surroundings = {}) {
+    auto control = std::make_unique<RenderedControl>(size, properties, scale_, surroundings);
     const Long height = control->Height();
     sheet_.placed_.push_back({std::move(control), x, y});
     return height;
@@ -102,8 +104,8 @@ class Sheet::Layout {
   void EndRow() {
     Long height = 0;
     for (const Waiting& waiting : waiting_)
-      height =
-          std::max(height, Place(waiting.item->size, waiting.item->properties, waiting.left, y_ + titles_));
+      height = std::max(height, Place(waiting.item->size, waiting.item->properties, waiting.left,
+                                      y_ + titles_, waiting.item->surroundings));
     if (!waiting_.empty()) y_ += titles_ + height + Pixels(description_.gap);
     waiting_.clear();
     column_ = titles_ = 0;
@@ -123,8 +125,10 @@ class Sheet::Layout {
   std::vector<Waiting> waiting_;
 };
 
-Sheet::Sheet(std::string_view json, double scale) {
-  const SheetDescription description = ReadSheet(json);
+Sheet::Sheet(std::string_view json, double scale, const std::string& file) {
+  SheetDescription description = ReadSheet(json);
+  for (SheetItem& item : description.items)
+    for (auto& [key, image] : item.surroundings.images) image = NameBeside(file, image);
   background_ = ParseBackground(description.background);
   Layout layout(*this, description, scale);
   for (const SheetItem& item : description.items) layout.Add(item);

@@ -2,8 +2,9 @@
 //
 //   { "columns": 3, "margin": 24, "gap": 16, "background": "#FFFFFF",
 //     "properties": { "FontName": "Tahoma" },          every control's, before its own
+//     "images": { "logo": "logo.png" },                file names as seen from the sheet
 //     "items": [ { "heading": "Effects" },             starts a row of its own
-//                { "title": "Stroke", "size": "240x48", "span": 1,
+//                { "title": "Stroke", "size": "240x48", "span": 1, "hover": false,
 //                  "properties": { "Caption": "Text", "TextEffect": "effectStroke" } } ] }
 //
 // Everything but "items" may be left out. Lengths are in 96ths of an inch. Headings and titles are captions
@@ -22,8 +23,8 @@ namespace marklet {
 
 class Sheet {
  public:
-  // Reads a description in JSON and paints every control. Throws RenderError.
-  Sheet(std::string_view json, double scale);
+  // Reads a description in JSON, from the file of that name, and paints every control. Throws RenderError.
+  Sheet(std::string_view json, double scale, const std::string& file = {});
 
   // Paints every control again.
   void Redraw();

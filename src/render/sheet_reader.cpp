@@ -50,6 +50,18 @@ std::string ReadValue(const Json& value) {
   throw RenderError(Quoted(value.dump()) + " is no text, whole number or Boolean");
 }
 
+bool ReadSwitch(const Json& value) {
+  if (!value.is_boolean()) throw RenderError(Quoted(value.dump()) + " is neither true nor false");
+  return value.get<bool>();
+}
+
+PropertyTexts ReadImages(const Json& value) {
+  if (!value.is_object()) throw RenderError("images are an object in {}");
+  PropertyTexts result;
+  for (const auto& [key, file] : value.items()) result.emplace_back(key, ReadText(file));
+  return result;
+}
+
 PropertyTexts ReadProperties(const Json& value) {
   if (!value.is_object()) throw RenderError("properties are an object in {}");
   PropertyTexts result;
@@ -63,11 +75,13 @@ constexpr Member<SheetItem> kItemMembers[] = {
     {"size", [](SheetItem& item, const Json& value) { item.size = ParseSizeOption(ReadText(value)); }},
     {"span", [](SheetItem& item, const Json& value) { item.span = ReadLength<1, 20>(value); }},
     {"properties", [](SheetItem& item, const Json& value) { item.properties = ReadProperties(value); }},
+    {"hover", [](SheetItem& item, const Json& value) { item.surroundings.hover = ReadSwitch(value); }},
 };
 
 struct SheetParts {
   SheetDescription sheet;
   PropertyTexts properties;
+  PropertyTexts images;  // keys and files
 };
 
 void ReadItems(SheetParts& parts, const Json& value) {
@@ -89,6 +103,7 @@ constexpr Member<SheetParts> kSheetMembers[] = {
     {"gap", [](SheetParts& parts, const Json& v) { parts.sheet.gap = ReadLength<0, 500>(v); }},
     {"background", [](SheetParts& parts, const Json& v) { parts.sheet.background = ReadText(v); }},
     {"properties", [](SheetParts& parts, const Json& v) { parts.properties = ReadProperties(v); }},
+    {"images", [](SheetParts& parts, const Json& v) { parts.images = ReadImages(v); }},
     {"items", ReadItems},
 };
 
@@ -98,6 +113,12 @@ Json Parse(std::string_view json) {
   } catch (const Json::parse_error& error) {
     throw RenderError("the sheet is no JSON at byte " + std::to_string(error.byte));
   }
+}
+
+bool NamesAnImage(const PropertyTexts& properties) {
+  return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
+    return SameWord(property.first, "ImageKey") || SameWord(property.first, "ImageKeyhover");
+  });
 }
 
 }  // namespace
@@ -110,6 +131,7 @@ SheetDescription ReadSheet(std::string_view json) {
     PropertyTexts all = parts.properties;
     all.insert(all.end(), item.properties.begin(), item.properties.end());
     item.properties = std::move(all);
+    if (NamesAnImage(item.properties)) item.surroundings.images = parts.images;
     item.span = std::min(item.span, parts.sheet.columns);
   }
   return parts.sheet;

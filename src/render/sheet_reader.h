@@ -16,6 +16,7 @@ struct SheetItem {
   SIZE size = {200, 40};
   Long span = 1;  // columns
   PropertyTexts properties;
+  Surroundings surroundings;  // all of the sheet's images for an item that names one
 };
 
 struct SheetDescription {

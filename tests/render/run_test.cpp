@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 
+#include "bitmaps/cdib24.h"
+#include "images/png_pictures.h"
+#include "png/cpng_decoder.h"
 #include "support/temporary_folder.h"
 
 namespace marklet {
@@ -203,6 +207,96 @@ TEST_F(RunTest, ASheetsMessageNamesTheItem) {
 TEST_F(RunTest, ASheetMayBeginWithAByteOrderMark) {
   const std::string file = folder.Write("s.json", "\xEF\xBB\xBF{\"items\": [{}]}");
   EXPECT_EQ(RunTo("a.png", {"--sheet", file}), 0) << err.str();
+}
+
+// --- Images -----------------------------------------------------------------------------------------------
+
+struct RunImages : RunTest {
+  void SetUp() override {
+    WritePng("red.png", 0xFFFF0000u);
+    WritePng("green.png", 0xFF00FF00u);
+    WritePng("wide.png", 0xFF00FF00u, 15);
+  }
+  void WritePng(const std::string& name, std::uint32_t colour, int height = 0) {
+    const auto png = pictures::Png(
+        16, [colour](int, int) { return colour; }, true, height);
+    folder.Write(name, std::string(png.begin(), png.end()));
+  }
+  std::string Image(const std::string& key, const std::string& file) { return key + "=" + folder.File(file); }
+  // Red, green and blue of a written picture.
+  std::uint32_t ColourIn(const std::string& file, std::size_t x, std::size_t y) {
+    CPngDecoder decoder;
+    decoder.LoadFromFile(folder.Path(file).u16string());
+    CDib24 picture;
+    picture.CreateFromPicture(decoder.BitmapHandle());
+    GdiFlush();
+    if (picture.Bits() == nullptr) return 0x123456;
+    const std::uint8_t* pixel = picture.Bits() +
+                                (static_cast<std::size_t>(picture.Height()) - 1 - y) *
+                                    static_cast<std::size_t>(picture.BytesPerScanLine()) +
+                                x * 3;
+    return static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+  }
+};
+
+TEST_F(RunImages, AreDrawnUnderTheirKeys) {
+  EXPECT_EQ(RunTo("a.png", {"--image", Image("a", "red.png"), "--image", Image("b", "green.png"),
+                            "ImageKey=B", "ImageAlignment=1", "--size", "60x30"}),
+            0);
+  EXPECT_EQ(out.str() + err.str(), "");
+  EXPECT_EQ(ColourIn("a.png", 60 - 17 + 5, 5), 0x00FF00u);
+  EXPECT_NE(ColourIn("a.png", 5, 5), 0xFF0000u);
+}
+
+TEST_F(RunImages, ChangeUnderThePointer) {
+  const Arguments arguments = {"--image",    Image("a", "red.png"), "--image", Image("b", "green.png"),
+                               "ImageKey=a", "ImageKeyhover=b"};
+  EXPECT_EQ(RunTo("away.png", arguments), 0);
+  Arguments hovering = arguments;
+  hovering.push_back("--hover");
+  EXPECT_EQ(RunTo("on.png", hovering), 0);
+  EXPECT_EQ(ColourIn("away.png", 5, 5), 0xFF0000u);
+  EXPECT_EQ(ColourIn("on.png", 5, 5), 0x00FF00u);
+}
+
+TEST_F(RunImages, ThatAreMissingAreToldAndLeaveNoFile) {
+  ExpectRefused({"--image", Image("a", "missing.png")});
+  EXPECT_NE(err.str().find("missing.png"), std::string::npos);
+}
+
+TEST_F(RunImages, ThatCantBeUsedAreTold) {
+  ExpectRefused({"--image", Image("a", "wide.png")});
+  EXPECT_NE(err.str().find("PNG images must have equal width and height."), std::string::npos) << err.str();
+  folder.Write("text.bmp", "no picture");
+  ExpectRefused({"--image", Image("a", "text.bmp")});
+  EXPECT_NE(err.str().find("no picture in"), std::string::npos) << err.str();
+  ExpectRefused({"--image", Image("1a", "red.png")});
+  ExpectRefused({"--image", Image("", "red.png")});
+  ExpectRefused({"--image", Image("a", "red.png"), "--image", Image("A", "red.png")});
+  ExpectRefused({"--image", "red.png"});
+  ExpectRefused({"--image"});
+}
+
+TEST_F(RunImages, OfASheetLieBesideIt) {
+  std::filesystem::create_directory(folder.Path("sub"));
+  std::filesystem::copy(folder.Path("red.png"), folder.Path("sub/one.png"));
+  const std::string sheet = folder.Write("sub/sheet.json", R"({ "margin": 0, "columns": 1, "gap": 0,
+    "images": { "a": "one.png", "b": "../green.png" },
+    "items": [ { "size": "40x20", "properties": { "ImageKey": "a" } },
+               { "size": "40x20", "hover": true, "properties": { "ImageKey": "a", "ImageKeyhover": "b" } } ] })");
+  EXPECT_EQ(RunTo("sheet.png", {"--sheet", sheet}), 0) << err.str();
+  EXPECT_EQ(ColourIn("sheet.png", 3, 3), 0xFF0000u);
+  EXPECT_EQ(ColourIn("sheet.png", 3, 23), 0x00FF00u);
+  ExpectRefused({"--sheet", sheet, "--hover"});
+  ExpectRefused({"--sheet", sheet, "--image", Image("a", "red.png")});
+}
+
+TEST_F(RunImages, OfASheetAreAnObjectOfTexts) {
+  for (const char* json :
+       {R"({ "images": [], "items": [ {} ] })", R"({ "images": { "a": 1 }, "items": [ {} ] })",
+        R"({ "items": [ { "hover": 1 } ] })",
+        R"({ "images": { "a": "no.png" }, "items": [ { "properties": { "imagekey": "a" } } ] })"})
+    ExpectRefused({"--sheet", folder.Write("sheet.json", json)});
 }
 
 }  // namespace
