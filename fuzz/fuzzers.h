@@ -14,4 +14,7 @@ void FuzzMarkup(std::span<const std::uint8_t> input);
 void FuzzSavedForm(std::span<const std::uint8_t> input);
 void FuzzPropertyBag(std::span<const std::uint8_t> input);
 
+// Icon files, and other files and arrays that images are made of.
+void FuzzIcon(std::span<const std::uint8_t> input);
+
 }  // namespace marklet

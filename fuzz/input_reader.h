@@ -26,6 +26,7 @@ class InputReader {
   }
 
   bool Empty() const { return rest_.empty(); }
+  std::span<const std::uint8_t> Rest() const { return rest_; }
 
   // The rest as text, in a form that mutation and dictionary work well on: ASCII as it is, 0x80 to 0xFE for a
   // code unit out of `units`, and 0xFF before the two bytes of any other.

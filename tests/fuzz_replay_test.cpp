@@ -42,7 +42,8 @@ TEST_P(FuzzReplay, EndsOnEveryInput) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, FuzzReplay,
-                         testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"saved_form", FuzzSavedForm},
+                         testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"icon", FuzzIcon},
+                                         Fuzzer{"saved_form", FuzzSavedForm},
                                          Fuzzer{"property_bag", FuzzPropertyBag}),
                          [](const auto& fuzzer) { return std::string(fuzzer.param.name); });
 
