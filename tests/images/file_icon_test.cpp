@@ -428,12 +428,14 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& bad) { return std::string(bad.param.name); });
 
 TEST(FileIconDrawing, OfTheWidestImageWithTheMostPlanesEndsWithoutAMask) {
-  const Bytes dib = WithDword(WithDword(White({}), 4, 0x7FFFFFFFu), 12, 0xFFFFFFFFu);
-  const CFileIcon icon = Opened(FileOf({Entry{.width = 16, .height = 255, .data = dib}}));
-  const PixelContext context(16, 16, 32);
-  Fill(context, 0x00777777);
-  icon.DrawImage(context.Get(), 1, true, 0, 0, 0, 0, SRCCOPY);
-  EXPECT_EQ(ColourAt(context, 0, 0), 0u);
+  for (const std::uint32_t width : {0x7FFFFFFFu, 0x80000000u, 0xB2B2B2B2u}) {
+    const Bytes dib = WithDword(WithDword(White({}), 4, width), 12, 0xFFFFFFFFu);
+    const CFileIcon icon = Opened(FileOf({Entry{.width = 16, .height = 255, .data = dib}}));
+    const PixelContext context(16, 16, 32);
+    Fill(context, 0x00777777);
+    icon.DrawImage(context.Get(), 1, true, 0, 0, 0, 0, SRCCOPY);
+    EXPECT_EQ(ColourAt(context, 0, 0), 0u);
+  }
 }
 
 TEST(FileIconDrawing, OnNoContextDoesNothing) {
