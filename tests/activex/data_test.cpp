@@ -93,10 +93,11 @@ TEST_F(Data, GivesABitmapOfItsSizeBottomUp) {
   EXPECT_EQ(200, header->biWidth);
   EXPECT_EQ(60, header->biHeight);
   EXPECT_EQ(24, header->biBitCount);
-  ASSERT_LE(sizeof *header + 600u * 60u, GlobalSize(medium.hGlobal));
+  constexpr std::size_t kRow = 600;
+  ASSERT_LE(sizeof *header + kRow * 60, GlobalSize(medium.hGlobal));
   const auto* bits = reinterpret_cast<const BYTE*>(header + 1);
   EXPECT_EQ(0, bits[0] | bits[1] | bits[2]) << "the black border";
-  const BYTE* inside = bits + 600 * 30 + 300;
+  const BYTE* inside = bits + kRow * 30 + 300;
   EXPECT_EQ(0, inside[0]);
   EXPECT_EQ(0, inside[1]);
   EXPECT_EQ(255, inside[2]);

@@ -1,5 +1,5 @@
 // The sample container, from which users start.
-#include "form/control.h"  // first: it wants the system's headers whole
+#include "examples/form/control.h"  // first: it wants the system's headers whole
 
 #include "activex/memory.h"
 #include "activex/server.h"
@@ -50,7 +50,7 @@ TEST_F(ExampleForm, LeavesNothingOfItsControls) {
   for (int i = 0; i < kControls; ++i) UseControl();
   // The least that a control can leave is far more.
   const auto after = HeapBytesInUse();
-  EXPECT_LT(after, before + kControls * 8) << before << " to " << after;
+  EXPECT_LT(after, before + std::size_t{kControls} * 8) << before << " to " << after;
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace ocx_test {
 namespace {
 
-constexpr int kWarmUp = 20, kCycles = 400;
+constexpr int kWarmUp = 20, kCycles = 200;
 
 // Everything that takes handles or references: fonts, pictures, contexts, sinks, pictures drawn.
 void OneLife(int number) {
@@ -45,7 +45,7 @@ TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
   for (int i = 0; i < kCycles; ++i) OneLife(i);
   EXPECT_EQ(before, marklet::CountGdiHandles());
   const auto bytes_after = HeapBytesInUse();
-  EXPECT_LT(bytes_after, bytes_before + kCycles * 8) << bytes_before << " to " << bytes_after;
+  EXPECT_LT(bytes_after, bytes_before + std::size_t{kCycles} * 8) << bytes_before << " to " << bytes_after;
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 
@@ -68,7 +68,7 @@ TEST(Leaks, ManyLivesInOneContainerLeaveNothing) {
   for (int i = 0; i < kLives; ++i) live(i);
   EXPECT_EQ(handles, marklet::CountGdiHandles());
   const auto bytes_after = HeapBytesInUse();
-  EXPECT_LT(bytes_after, bytes_before + kLives * 8) << bytes_before << " to " << bytes_after;
+  EXPECT_LT(bytes_after, bytes_before + std::size_t{kLives} * 8) << bytes_before << " to " << bytes_after;
   EXPECT_EQ(nullptr, GetWindow(container.Window(), GW_CHILD));
   EXPECT_EQ(0u, container.SiteReferences());
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());

@@ -25,11 +25,8 @@ class Page final : public IPropertyPage {
     return S_OK;
   }
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
+  ULONG STDMETHODCALLTYPE Release() override { return --references_; }
+  ULONG References() const { return references_; }
 
   HRESULT STDMETHODCALLTYPE SetPageSite(IPropertyPageSite*) override { return S_OK; }
   HRESULT STDMETHODCALLTYPE Activate(HWND parent, LPCRECT, BOOL) override {
@@ -61,7 +58,6 @@ class Page final : public IPropertyPage {
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*) override { return S_FALSE; }
 
  private:
-  ~Page() = default;
   FrameLog& log_;
   IUnknown* expected_;
   ULONG references_ = 0;
@@ -70,7 +66,10 @@ class Page final : public IPropertyPage {
 class PageFactory final : public IClassFactory {
  public:
   PageFactory(FrameLog& log, IUnknown* expected, int number)
-      : log_(log), expected_(expected), number_(number) {}
+      : log_(log), number_(number), page_(log, expected) {}
+  ~PageFactory() { EXPECT_EQ(0u, page_.References()) << "the frame keeps a page"; }
+  PageFactory(const PageFactory&) = delete;
+  PageFactory& operator=(const PageFactory&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
     *object = nullptr;
@@ -82,14 +81,14 @@ class PageFactory final : public IClassFactory {
   ULONG STDMETHODCALLTYPE Release() override { return 1; }
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
     log_.created.push_back(number_);
-    return (new Page(log_, expected_))->QueryInterface(iid, object);
+    return page_.QueryInterface(iid, object);
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 
  private:
   FrameLog& log_;
-  IUnknown* expected_;
   int number_;
+  Page page_;
 };
 
 TEST(PropertyFrame, ShowsTheControlsThreePagesWithTheControl) {
