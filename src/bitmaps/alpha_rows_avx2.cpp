@@ -43,19 +43,19 @@ MARKLET_AVX2 MARKLET_INLINE __m256i FadedWeights(__m256i s, __m256d share) {
 struct Pixels32 {
   static constexpr std::ptrdiff_t kBytes = 4;
   MARKLET_AVX2 MARKLET_INLINE static __m256i Load(const std::uint8_t* bytes) { return LoadWide(bytes); }
-  // Alpha stays as it was.
-  MARKLET_AVX2 MARKLET_INLINE static void Store(std::uint8_t* bytes, __m256i pixels, __m256i former) {
-    StoreWide(bytes, _mm256_blendv_epi8(pixels, former, AlphaMask()));
+  MARKLET_AVX2 MARKLET_INLINE static void Store(std::uint8_t* bytes, __m256i pixels) {
+    StoreWide(bytes, pixels);
   }
+  // Alpha stays as it was.
   MARKLET_AVX2 MARKLET_INLINE static void Overwrite(std::uint8_t* bytes, __m256i pixels) {
-    Store(bytes, pixels, Load(bytes));
+    StoreWide(bytes, _mm256_blendv_epi8(pixels, LoadWide(bytes), AlphaMask()));
   }
 };
 
 struct Pixels24 {
   static constexpr std::ptrdiff_t kBytes = 3;
   MARKLET_AVX2 MARKLET_INLINE static __m256i Load(const std::uint8_t* bytes) { return LoadWide24(bytes); }
-  MARKLET_AVX2 MARKLET_INLINE static void Store(std::uint8_t* bytes, __m256i pixels, __m256i) {
+  MARKLET_AVX2 MARKLET_INLINE static void Store(std::uint8_t* bytes, __m256i pixels) {
     StoreWide24(bytes, pixels);
   }
   MARKLET_AVX2 MARKLET_INLINE static void Overwrite(std::uint8_t* bytes, __m256i pixels) {
@@ -63,10 +63,11 @@ struct Pixels24 {
   }
 };
 
+// The weight of the destination's alpha is 0, so that it stays.
 template <typename Target, bool kFaded>
 MARKLET_AVX2 MARKLET_INLINE void BlendEight(__m256i s, std::uint8_t* destination, __m256d share) {
-  const __m256i d = Target::Load(destination);
-  Target::Store(destination, Blend(s, d, kFaded ? FadedWeights(s, share) : SpreadToColours<3>(s)), d);
+  const __m256i weights = kFaded ? FadedWeights(s, share) : SpreadToColours<3>(s);
+  Target::Store(destination, Blend(s, Target::Load(destination), weights));
 }
 
 // Clear and opaque pixels come in runs.
@@ -163,9 +164,8 @@ struct GreyWide {
     const __m256i s = LoadWide(pixels);
     const __m256i pairs = _mm256_maddubs_epi16(s, _mm256_set1_epi32(0x00010101));
     const __m256i sums = _mm256_madd_epi16(pairs, _mm256_set1_epi16(1));
-    // (n + 1) / 3, which is n / 3 to nearest, for all sums of three bytes.
-    const __m256i means =
-        _mm256_mulhi_epu16(_mm256_add_epi16(sums, _mm256_set1_epi32(1)), _mm256_set1_epi32(21846));
+    // n / 3 to nearest, for all sums of three bytes: n * 10923 / 32768, rounded.
+    const __m256i means = _mm256_mulhrs_epi16(sums, _mm256_set1_epi32(10923));
     const __m256i grey = _mm256_or_si256(SpreadToColours<0>(means), _mm256_and_si256(s, AlphaMask()));
     StoreWide(pixels, spare_key ? _mm256_blendv_epi8(grey, s, IsKey(s)) : grey);
   }

@@ -77,7 +77,7 @@ MARKLET_AVX2 void PickByWindowsOf4(const std::uint8_t* in, const std::vector<Win
     const __m128i places = _mm_loadu_si128(reinterpret_cast<const __m128i*>(window.places));
     const __m256i picked = _mm256_permutevar8x32_epi32(pixels, _mm256_castsi128_si256(places));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(picked));
-    out += 4 * kBytesPerAlphaPixel;
+    out += std::ptrdiff_t{4} * kBytesPerAlphaPixel;
   }
 }
 
