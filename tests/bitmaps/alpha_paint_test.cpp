@@ -60,7 +60,8 @@ void Fill(const PixelContext& context, Random& random) {
 bool Same(const PixelContext& a, const PixelContext& b) {
   GdiFlush();
   for (Long y = 0; y < a.Height(); ++y) {
-    if (std::memcmp(a.At(0, y), b.At(0, y), static_cast<std::size_t>(a.Width() * a.Bytes())) != 0)
+    if (std::memcmp(a.At(0, y), b.At(0, y),
+                    static_cast<std::size_t>(a.Width()) * static_cast<std::size_t>(a.Bytes())) != 0)
       return false;
   }
   return true;

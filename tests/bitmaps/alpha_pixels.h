@@ -51,14 +51,16 @@ inline void PutPixels(const CDib32& surface, const Pixels& pixels) {
   GdiFlush();
   for (Long row = 0; row < surface.Height(); ++row) {
     for (Long x = 0; x < surface.Width(); ++x) {
-      PutPixel(surface, x, row, pixels.at(static_cast<std::size_t>(row * surface.Width() + x)));
+      PutPixel(surface, x, row,
+               pixels.at(static_cast<std::size_t>(row) * static_cast<std::size_t>(surface.Width()) +
+                         static_cast<std::size_t>(x)));
     }
   }
 }
 
 inline std::unique_ptr<CDib32> AlphaSurface(Long width, Long height, const Pixel& pixel) {
   auto surface = AlphaSurface(width, height);
-  PutPixels(*surface, Pixels(static_cast<std::size_t>(width * height), pixel));
+  PutPixels(*surface, Pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), pixel));
   return surface;
 }
 

@@ -31,7 +31,8 @@ class PixelContext {
 
   // In coordinates of the picture, from the top left.
   std::uint8_t* At(Long x, Long y) const {
-    return view_.bits + static_cast<std::ptrdiff_t>(view_.height - 1 - y) * view_.stride + x * Bytes();
+    return view_.bits + static_cast<std::ptrdiff_t>(view_.height - 1 - y) * view_.stride +
+           std::ptrdiff_t{x} * Bytes();
   }
 
  private:

@@ -14,7 +14,8 @@ namespace marklet {
 
 // Blue, green, red. `row` counts from the bottom line of the picture.
 inline std::uint8_t* PixelAt(const CDib24& surface, Long x, Long row) {
-  return surface.Bits() + static_cast<std::ptrdiff_t>(row) * surface.BytesPerScanLine() + x * 3;
+  return surface.Bits() + static_cast<std::ptrdiff_t>(row) * surface.BytesPerScanLine() +
+         std::ptrdiff_t{x} * 3;
 }
 
 inline COLORREF ColourAt(const CDib24& surface, Long x, Long row) {
