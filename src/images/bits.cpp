@@ -61,7 +61,8 @@ ByteArray GetBits(HDC dc, Long x, Long y, Long width, Long height, Long channels
   const Overlap part = readable ? OverlapOf(view, x, y, width, height) : Overlap{};
   if (channels == 3 && (part.width < width || part.height < height)) FillWithKey(array.bytes);
   for (Long line = part.top; line < part.top + part.height; ++line) {
-    std::uint8_t* const row = array.bytes.data() + (height - 1 - line) * stride + part.left * channels;
+    std::uint8_t* const row =
+        array.bytes.data() + (height - 1 - line) * stride + std::ptrdiff_t{part.left} * channels;
     CopyRow(LineOf(view, x + part.left, y + line), view.bits_per_pixel / 8, row, channels, part.width);
   }
   return array;
@@ -75,7 +76,8 @@ bool PutBits(HDC dc, Long x, Long y, Long width, Long height, const ByteArray& b
   if (!PixelsOf(dc, view)) return false;
   const Overlap part = OverlapOf(view, x, y, width, height);
   for (Long line = part.top; line < part.top + part.height; ++line) {
-    const std::uint8_t* const row = bytes.bytes.data() + (height - 1 - line) * stride + part.left * channels;
+    const std::uint8_t* const row =
+        bytes.bytes.data() + (height - 1 - line) * stride + std::ptrdiff_t{part.left} * channels;
     CopyRow(row, channels, LineOf(view, x + part.left, y + line), view.bits_per_pixel / 8, part.width);
   }
   return true;

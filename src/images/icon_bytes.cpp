@@ -12,19 +12,15 @@ bool InRange(Long size_index, Long depth_index) {
          depth_index < CIconBytes::kDepths;
 }
 
-std::size_t Entry(Long size_index, Long depth_index) {
-  return static_cast<std::size_t>(depth_index * CIconBytes::kSizes + size_index);
-}
-
 }  // namespace
 
 const ByteArray& CIconBytes::GetBytes(Long size_index, Long depth_index) const {
   static const ByteArray kNone;
-  return InRange(size_index, depth_index) ? state_.Images[Entry(size_index, depth_index)] : kNone;
+  return InRange(size_index, depth_index) ? state_.Images[EntryIndex(size_index, depth_index)] : kNone;
 }
 
 void CIconBytes::SetBytes(Long size_index, Long depth_index, ByteArray bytes) {
-  if (InRange(size_index, depth_index)) state_.Images[Entry(size_index, depth_index)] = std::move(bytes);
+  if (InRange(size_index, depth_index)) state_.Images[EntryIndex(size_index, depth_index)] = std::move(bytes);
 }
 
 bool CIconBytes::HasImage(Long size_index) const {

@@ -70,7 +70,7 @@ class CIconBytes {
 
  private:
   struct State {
-    std::array<ByteArray, kSizes * kDepths> Images{};  // depth by depth
+    std::array<ByteArray, kImageEntries> Images{};
     // What the search for bytes found, while an image is drawn; 0 at all other times.
     bool UsedFallback = false;  // in another size
     std::u16string Key{};

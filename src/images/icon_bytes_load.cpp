@@ -36,13 +36,13 @@ void Complain(std::u16string_view text, std::u16string_view title) {
 // --- Icons ------------------------------------------------------------------------------------------------
 
 // Which images of the file stay: of those that go to one entry, the last.
-std::array<Long, CIconBytes::kSizes * CIconBytes::kDepths> LastImages(const CFileIcon& icon) {
-  std::array<Long, CIconBytes::kSizes * CIconBytes::kDepths> images{};
+std::array<Long, kImageEntries> LastImages(const CFileIcon& icon) {
+  std::array<Long, kImageEntries> images{};
   for (Long index = 1; index <= icon.ImageCount(); ++index) {
     const Long width = icon.ImageWidth(index), height = icon.ImageHeight(index);
     const Long depth_index = DepthIndex(icon.ImageBitCount(index));
     if (width == kRefusedWidth || width == 0 || height == 0 || depth_index == 0) continue;
-    images[static_cast<std::size_t>(depth_index * CIconBytes::kSizes + SizeIndex(height))] = index;
+    images[EntryIndex(SizeIndex(height), depth_index)] = index;
   }
   return images;
 }

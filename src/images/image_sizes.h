@@ -1,12 +1,20 @@
 // The sizes and depths under which an image's pixels are kept.
 #pragma once
 
+#include <cstddef>
+
 #include "platform/types.h"
 
 namespace marklet {
 
 constexpr Long kImageSizes = 8, kImageDepths = 5;
 constexpr Long kAlphaDepthIndex = 4;  // pixels with alpha
+
+// Entries of an image stand depth by depth.
+constexpr std::size_t kImageEntries = std::size_t{kImageSizes} * kImageDepths;
+constexpr std::size_t EntryIndex(Long size_index, Long depth_index) {
+  return static_cast<std::size_t>(depth_index) * kImageSizes + static_cast<std::size_t>(size_index);
+}
 
 // Edge lengths: 16, 24, 32, 48, 72, 96, 128, 256 pixels for the indices from 0; 0 for any other index.
 Long SizeFromIndex(Long size_index);

@@ -63,9 +63,9 @@ class LoadedImage : public ::testing::Test {
     const Long channels = array.bounds.at(0).count, width = array.bounds.at(1).count,
                height = array.bounds.at(2).count;
     std::uint32_t pixel = 0;
+    const Long first = ((height - 1 - y) * width + x) * channels;
     for (Long c = channels; c-- > 0;)
-      pixel = pixel << 8 |
-              array.bytes.at(static_cast<std::size_t>(((height - 1 - y) * width + x) * channels + c));
+      pixel = pixel << 8 | array.bytes.at(static_cast<std::size_t>(first) + static_cast<std::size_t>(c));
     return pixel;
   }
 
@@ -143,9 +143,9 @@ TEST_F(LoadedImage, OfAPngWithoutPixelsToDeliverIsNothing) {
   gray.color_type = 0;
   Load("a.png", Png(16, OpaqueSpeckle));
   const ByteArray before = image_.GetBytes(0, 4);
-  Load("b.png", png::test::File(gray, png::test::StoredZlib(Bytes(16 * 17))));
+  Load("b.png", png::test::File(gray, png::test::StoredZlib(Bytes(272))));
   gray.width = gray.height = 20;
-  Load("c.png", png::test::File(gray, png::test::StoredZlib(Bytes(20 * 21))));
+  Load("c.png", png::test::File(gray, png::test::StoredZlib(Bytes(420))));
   Load("d.png", {1, 2, 3});
   EXPECT_EQ(Stored(), (Slots{{16, 4}}));
   EXPECT_EQ(image_.GetBytes(0, 4), before);

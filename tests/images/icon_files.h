@@ -103,6 +103,7 @@ inline Entry EntryOf(const Image& image) {
 
 inline Bytes FileOf(const std::vector<Image>& images, int type = 1) {
   std::vector<Entry> entries;
+  entries.reserve(images.size());
   for (const Image& image : images) entries.push_back(EntryOf(image));
   return FileOf(entries, type);
 }
