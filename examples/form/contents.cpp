@@ -74,7 +74,7 @@ const Cell kCells[] = {
      {{L"ImageKey", L"star"},
       {L"ImageSize", k48},
       {L"ImageAlignment", kCentre},
-      {L"Caption", L"An image that is centred takes no room from the caption."}}},
+      {L"Caption", L"Takes no room"}}},
     {L"Lit while the pointer is on it",
      {{L"ImageKey", L"lamp"}, {L"ImageKeyhover", L"lit"}, {L"ImageSize", k48}, {L"Caption", L"Switch on"}}},
     {L"Disabled",
