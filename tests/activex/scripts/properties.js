@@ -17,7 +17,7 @@ label.ImageSize = 9;
 expect("a size that there isn't", 9, label.ImageSize);
 label.Font.Italic = true;
 expect("a member of the font", true, label.FontItalic);
-expect("a file that isn't there", false, label.LoadIconImageFromFile("Z:\\none.png", "a"));
+expect("a key that begins with a digit", false, label.LoadIconImageFromFile("Z:\\none.png", "1a"));
 
 var failed = false;
 try {
