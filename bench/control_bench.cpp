@@ -1,7 +1,6 @@
 // Whole controls: a repaint with nothing changed beside the bare block copy, and what ten thousand of them
 // cost.
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,6 +11,7 @@
 #include "captions.h"
 #include "control/marklet.h"
 #include "control/properties.h"
+#include "heap.h"
 #include "platform/gdi.h"
 #include "render/memory_host.h"
 
@@ -85,11 +85,6 @@ void CreateAndDestroy(benchmark::State& state) {
   }
 }
 BENCHMARK(CreateAndDestroy)->Name("controls/create-and-destroy")->Iterations(1);
-
-std::size_t HeapInUse() {
-  const auto heap = mallinfo2();
-  return heap.uordblks + heap.hblkhd;
-}
 
 std::size_t PixelBytes(const CDib24* surface) {
   if (surface == nullptr || surface->Bits() == nullptr) return 0;
