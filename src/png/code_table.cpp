@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 #include "png/lanes.h"
 
@@ -30,6 +31,21 @@ int LongestLength(const LengthCounts& counts) {
   int longest = kMaxCodeLength;
   while (longest > 0 && counts[static_cast<std::size_t>(longest)] == 0) --longest;
   return longest;
+}
+
+int ShortestLength(const LengthCounts& counts) {
+  int shortest = 1;
+  while (counts[static_cast<std::size_t>(shortest)] == 0) ++shortest;
+  return shortest;
+}
+
+// Puts a copy behind the first `size` entries, a power of two, four at a time: up to three more are written.
+inline void DoubleTable(std::uint32_t* entries, std::size_t size) {
+  for (std::size_t done = 0; done < size; done += 4) {
+    std::uint32_t four[4];
+    std::memcpy(four, entries + done, sizeof four);
+    std::memcpy(entries + size + done, four, sizeof four);
+  }
 }
 
 // What is left of the code space: 0 when the code is complete, negative at the first length with too many.
@@ -78,11 +94,15 @@ int CodeTable::Build(std::span<const std::uint8_t> lengths, const LengthCounts& 
 // behind them: the table is doubled with each length, and each symbol is written once.
 void CodeTable::FillRoots(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
                           int root_bits) {
-  std::size_t size = 1;
+  const int shortest = ShortestLength(counts_);
+  std::size_t size = std::size_t{1} << shortest;
   unsigned code = 0;
-  roots_[0] = 0;
-  for (int length = 1; length <= root_bits; ++length, size *= 2) {
-    std::copy_n(roots_.data(), size, roots_.data() + size);
+  std::fill_n(roots_.data(), size, 0u);
+  for (int length = shortest; length <= root_bits; ++length) {
+    if (length > shortest) {
+      DoubleTable(roots_.data(), size);
+      size *= 2;
+    }
     code <<= 1;
     if (counts_[static_cast<std::size_t>(length)] == 0) continue;
     ForSymbolsOfLength(lengths, length, [&](std::size_t symbol) {

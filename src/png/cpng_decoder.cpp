@@ -1,6 +1,7 @@
 #include "png/cpng_decoder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -24,14 +25,14 @@ class RowMemory {
  public:
   RowMemory(std::size_t size, std::size_t longest_scanline)
       : kept_(std::max(InflateWindow::kHistory, longest_scanline)),
-        full_(std::min(size, kept_ + std::max(kPiece, longest_scanline))),
-        memory_(new (std::nothrow)
-                    std::uint8_t[full_ + InflateWindow::kLongestMatch + InflateWindow::kSpill]) {
+        full_(std::min(size, kept_ + std::max(kPiece, longest_scanline))) {
+    const std::size_t bytes = full_ + InflateWindow::kLongestMatch + InflateWindow::kSpill;
+    if (bytes > small_.size()) memory_.reset(new (std::nothrow) std::uint8_t[bytes]);
     // The decoder must find its limit itself, so a window that holds everything never gets full.
     window_.full = full_ == size ? size + InflateWindow::kLongestMatch : full_;
-    window_.data = memory_.get();
+    window_.data = bytes > small_.size() ? memory_.get() : small_.data();
   }
-  bool allocated() const { return memory_ != nullptr; }
+  bool allocated() const { return window_.data != nullptr; }
   InflateWindow& window() { return window_; }
   std::span<const std::uint8_t> unread() const { return {window_.data + read_, window_.position - read_}; }
   void MarkRead(std::size_t bytes) { read_ += bytes; }
@@ -51,6 +52,7 @@ class RowMemory {
 
   std::size_t kept_, full_;
   std::unique_ptr<std::uint8_t[]> memory_;
+  std::array<std::uint8_t, 5000> small_;  // instead, for an icon of 32 pixels
   InflateWindow window_;
   std::size_t read_ = 0;  // bytes of the window that became pixels
 };

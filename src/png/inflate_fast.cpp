@@ -13,10 +13,12 @@ namespace {
   return out + 1 + (entry >> 12 & 1);
 }
 
-// Bits of the longest things that are taken between two refills: two literals and a length, and a distance.
-constexpr unsigned kLengthBits = 2 * CodeTable::kMaxRootBits + kMaxCodeLength + 5;
-constexpr unsigned kDistanceBits = kMaxCodeLength + 14;
-static_assert(kLengthBits >= 3 * CodeTable::kMaxRootBits && kLengthBits <= FastBits::kRefilled);
+// Bits of the longest things that are taken between two refills, each with those that find the next root
+// entry: two literals and a third one or a length, and a distance.
+constexpr unsigned kRootBits = CodeTable::kMaxRootBits;
+constexpr unsigned kLengthBits = 2 * kRootBits + kMaxCodeLength + kRootBits;
+constexpr unsigned kDistanceBits = kMaxCodeLength + 14 + kRootBits;
+static_assert(kLengthBits >= 2 * kRootBits + kMaxCodeLength + 5 && kLengthBits <= FastBits::kRefilled);
 
 struct Match {
   std::size_t length, distance;
@@ -44,8 +46,10 @@ struct Match {
   FastBits bits = run.bits;
   std::uint8_t* out = run.out;
   bool ended = false;
-  while (bits.Refill(kLengthBits) && out < out_end) {
-    std::uint32_t entry = literals.For(bits.bits());
+  bool enough = bits.Refill(kLengthBits);
+  // The next entry is always looked up before more bits come in, so as not to wait for them.
+  std::uint32_t entry = literals.For(bits.bits());
+  for (; enough && out < out_end; enough = bits.Refill(kLengthBits)) {
     if (entry & kEntryLiteral) {
       bits.Drop(entry);
       out = PutLiteral(out, entry);
@@ -57,6 +61,7 @@ struct Match {
         if (entry & kEntryLiteral) {
           bits.Drop(entry);
           out = PutLiteral(out, entry);
+          entry = literals.For(bits.bits());
           continue;
         }
       }
@@ -66,6 +71,7 @@ struct Match {
       if (entry & kEntryLiteral) {
         bits.Drop(entry);
         out = PutLiteral(out, entry);
+        entry = literals.For(bits.bits());
         continue;
       }
       if (entry & kEntryEnd) {
@@ -82,6 +88,7 @@ struct Match {
       bits = before;
       break;
     }
+    entry = literals.For(bits.bits());
     CopyMatchFast(out, match.distance, match.length);
     out += match.length;
   }
