@@ -17,4 +17,7 @@ void FuzzPropertyBag(std::span<const std::uint8_t> input);
 // Icon files, and other files and arrays that images are made of.
 void FuzzIcon(std::span<const std::uint8_t> input);
 
+// PNG files.
+void FuzzPng(std::span<const std::uint8_t> input);
+
 }  // namespace marklet

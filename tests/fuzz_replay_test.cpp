@@ -44,7 +44,7 @@ TEST_P(FuzzReplay, EndsOnEveryInput) {
 INSTANTIATE_TEST_SUITE_P(, FuzzReplay,
                          testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"icon", FuzzIcon},
                                          Fuzzer{"saved_form", FuzzSavedForm},
-                                         Fuzzer{"property_bag", FuzzPropertyBag}),
+                                         Fuzzer{"property_bag", FuzzPropertyBag}, Fuzzer{"png", FuzzPng}),
                          [](const auto& fuzzer) { return std::string(fuzzer.param.name); });
 
 }  // namespace

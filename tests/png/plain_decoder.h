@@ -43,8 +43,7 @@ class Decoder {
     for (;;) {
       std::uint8_t head[8] = {};
       read(head, 8);
-      const auto length =
-          static_cast<std::int32_t>(std::uint32_t{head[0]} << 24 | head[1] << 16 | head[2] << 8 | head[3]);
+      const int length = Big(head);
       const std::string type(reinterpret_cast<char*>(head + 4), 4);
       if (static_cast<std::int64_t>(position) + 1 + length > static_cast<std::int64_t>(file.size()))
         return false;
@@ -68,8 +67,9 @@ class Decoder {
     }
   }
   static int Big(const std::uint8_t* bytes) {
-    return static_cast<std::int32_t>(std::uint32_t{bytes[0]} << 24 | bytes[1] << 16 | bytes[2] << 8 |
-                                     bytes[3]);
+    std::uint32_t value = 0;
+    for (int i = 0; i < 4; ++i) value = value << 8 | bytes[i];
+    return static_cast<std::int32_t>(value);
   }
   // Matters only in that one object inflates it all.
   void CompressedText(const Bytes& payload) {
