@@ -10,8 +10,7 @@ namespace {
 using testing::HostedControl;
 
 void Save(HostedControl& hosted, SavedBag& bag) {
-  hosted.control.WriteProperties(bag);
-  Require(bag.Complete(), "a property could not be saved");
+  Require(hosted.control.WriteProperties(bag), "a property could not be saved");
   SavedBag check;
   Require(check.Read(bag.Bytes()) == SavedBag::State::Whole, "what was saved can't be read");
 }

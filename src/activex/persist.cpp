@@ -104,10 +104,7 @@ HRESULT Persist::LoadFrom(IStream& stream) {
   return Load(bag, FAILED(result) ? result : ResultOf(state));
 }
 
-HRESULT Persist::Write(SavedBag& bag) {
-  control_.marklet.WriteProperties(bag);
-  return bag.Complete() ? S_OK : E_OUTOFMEMORY;
-}
+HRESULT Persist::Write(SavedBag& bag) { return control_.marklet.WriteProperties(bag) ? S_OK : E_OUTOFMEMORY; }
 
 HRESULT Persist::SaveTo(IStream& stream) {
   SavedBag bag;
@@ -170,9 +167,10 @@ HRESULT PersistBagFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all)
   return Call([&] {
     const unsigned changes = control_.persist.Changes();
     OleBag ole_bag(control_, *bag, nullptr, save_all != FALSE);
-    control_.marklet.WriteProperties(ole_bag);
-    if (SUCCEEDED(ole_bag.Written()) && clear_dirty) control_.persist.SavedAt(changes);
-    return ole_bag.Written();
+    const bool whole = control_.marklet.WriteProperties(ole_bag);
+    const HRESULT result = whole ? ole_bag.Written() : E_OUTOFMEMORY;
+    if (SUCCEEDED(result) && clear_dirty) control_.persist.SavedAt(changes);
+    return result;
   });
 }
 

@@ -66,9 +66,10 @@ class Marklet : public ISupportsAlphaImage {
   void InitProperties();
 
   // Takes the state from a saved form, or writes it. Values that can't be had leave the field as it is.
-  // Change is raised once, before the images are there.
+  // Change is raised once, before the images are there. A value that can't be written is left out, and the
+  // answer is false then, so that a host doesn't take the rest for the whole.
   void ReadProperties(PropertyBag& bag);
-  void WriteProperties(PropertyBag& bag);
+  bool WriteProperties(PropertyBag& bag);
 
   // The public surface. A value of another type than the row's is ignored; setting a read-only property does
   // nothing.
@@ -118,7 +119,7 @@ class Marklet : public ISupportsAlphaImage {
   void RunSteps(const PropertyRow& row);
   void SetByName(std::string_view name, const Value& value);
   void LoadProperty(PropertyBag& bag, std::string_view key);
-  void SaveProperty(PropertyBag& bag, std::string_view key);
+  bool SaveProperty(PropertyBag& bag, std::string_view key);
   void MatchAccessKeys();
   void FitToCaption();
 

@@ -76,8 +76,8 @@ void Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
   });
 }
 
-void Marklet::SaveProperty(PropertyBag& bag, std::string_view key) {
-  IgnoreErrors([&] {
+bool Marklet::SaveProperty(PropertyBag& bag, std::string_view key) {
+  return IgnoreErrors([&] {
     const SavedAs& saved = FindSaved(key)->saved;
     bag.WriteProperty(key, ToBag(saved.get(*this), saved.type), saved.fallback(*this));
   });
@@ -93,9 +93,11 @@ void Marklet::ReadProperties(PropertyBag& bag) {
   UpdateColorFlag();
 }
 
-void Marklet::WriteProperties(PropertyBag& bag) {
-  for (const std::string_view key : kWritten) SaveProperty(bag, key);
-  WriteImages(bag, state_.Images);
+bool Marklet::WriteProperties(PropertyBag& bag) {
+  bool whole = true;
+  for (const std::string_view key : kWritten)
+    if (!SaveProperty(bag, key)) whole = false;
+  return WriteImages(bag, state_.Images) && whole;
 }
 
 }  // namespace marklet

@@ -127,7 +127,6 @@ void SavedBag::WriteProperty(std::string_view name, const BagValue& value, const
     Append(name, value);
   } catch (...) {
     bytes_.resize(before);
-    complete_ = false;
     throw;
   }
 }

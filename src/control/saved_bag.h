@@ -39,12 +39,10 @@ class SavedBag final : public PropertyBag {
   // All that the bag holds.
   const std::vector<std::uint8_t>& Bytes();
 
-  // Whether every value written is in it.
-  bool Complete() const { return complete_; }
-
   // The first of that name.
   std::optional<BagValue> ReadProperty(std::string_view name, BagType type) override;
-  // Leaves nothing out, so that what was saved doesn't depend on what the defaults were.
+  // Leaves nothing out, so that what was saved doesn't depend on what the defaults were. Throws
+  // std::length_error for a name or value that the format can't hold; the bag is then as it was.
   void WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) override;
 
  private:
@@ -61,7 +59,7 @@ class SavedBag final : public PropertyBag {
 
   std::vector<std::uint8_t> bytes_;
   std::vector<Record> records_;
-  bool sorted_ = true, sealed_ = false, complete_ = true;
+  bool sorted_ = true, sealed_ = false;
 };
 
 }  // namespace marklet

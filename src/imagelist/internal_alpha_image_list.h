@@ -18,7 +18,7 @@ class InternalAlphaImageList {
 
   void InitProperties() { ClearIcons(); }
   void ReadProperties(PropertyBag& bag) { ReadImages(bag, images_); }
-  void WriteProperties(PropertyBag& bag) { WriteImages(bag, images_); }
+  bool WriteProperties(PropertyBag& bag) { return WriteImages(bag, images_); }
 
   // Null when there is no such image.
   ImageRef GetIcoBytes(std::u16string_view key) const { return images_ ? images_->Item(key) : nullptr; }

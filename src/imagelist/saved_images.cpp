@@ -43,12 +43,16 @@ bool ReadImage(PropertyBag& bag, Long number, CIconBytes& image) {
   return found;
 }
 
-void WriteImage(PropertyBag& bag, Long number, const CIconBytes& image) {
-  IgnoreErrors([&] { bag.WriteProperty(KeyName(number), image.Key(), BagValue()); });
+bool WriteImage(PropertyBag& bag, Long number, const CIconBytes& image) {
+  bool whole = IgnoreErrors([&] { bag.WriteProperty(KeyName(number), image.Key(), BagValue()); });
   ForEachCell([&](Long size, Long depth) {
-    const ByteArray& cell = image.GetBytes(size, depth);
-    if (Kept(cell)) IgnoreErrors([&] { bag.WriteProperty(CellName(size, depth, number), cell, BagValue()); });
+    const auto write = [&] {
+      const ByteArray& cell = image.GetBytes(size, depth);
+      if (Kept(cell)) bag.WriteProperty(CellName(size, depth, number), cell, BagValue());
+    };
+    if (!IgnoreErrors(write)) whole = false;
   });
+  return whole;
 }
 
 }  // namespace
@@ -74,12 +78,14 @@ void ReadImages(PropertyBag& bag, ImagesRef& images) {
   }
 }
 
-void WriteImages(PropertyBag& bag, const ImagesRef& list) {
+bool WriteImages(PropertyBag& bag, const ImagesRef& list) {
   const ImagesRef images = list;  // the bag may be the host's own code
-  if (!images) return;
-  IgnoreErrors([&] { bag.WriteProperty("NumOfIconBytes", images->Count(), std::int16_t{0}); });
+  if (!images) return true;
+  bool whole = IgnoreErrors([&] { bag.WriteProperty("NumOfIconBytes", images->Count(), std::int16_t{0}); });
   for (Long i = 1; i <= images->Count(); ++i)
-    if (const ImageRef image = images->Item(i)) WriteImage(bag, i, *image);
+    if (const ImageRef image = images->Item(i))
+      if (!WriteImage(bag, i, *image)) whole = false;
+  return whole;
 }
 
 }  // namespace marklet

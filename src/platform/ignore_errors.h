@@ -5,13 +5,15 @@
 
 namespace marklet {
 
-// Runs one step and swallows what it throws.
+// Runs one step and swallows what it throws; whether it ran to its end. Skipped on purpose: no property,
+// paint, load or notification reports an error to the host.
 template <class Step>
-void IgnoreErrors(Step&& step) noexcept {
+bool IgnoreErrors(Step&& step) noexcept {
   try {
     std::forward<Step>(step)();
+    return true;
   } catch (...) {
-    // Skipped on purpose: no property, paint, load or notification reports an error to the host.
+    return false;
   }
 }
 

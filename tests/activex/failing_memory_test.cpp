@@ -1,6 +1,7 @@
 // A server that runs out of memory says so, goes on, and leaves nothing behind.
 #include "activex/failing_memory.h"
 #include "activex/container.h"
+#include "activex/saving.h"
 #include "support/gdi_handles.h"
 
 namespace ocx_test {
@@ -79,6 +80,28 @@ void FailEachInTurn(bool and_on) {
 
 TEST(FailingMemory, OneAllocationMayFailAnywhere) { FailEachInTurn(false); }
 TEST(FailingMemory, AllocationsMayKeepFailing) { FailEachInTurn(true); }
+
+// A save that says it worked has everything.
+TEST(FailingMemory, ASaveIsWholeOrFails) {
+  const ComPtr<IUnknown> control = ControlOf(SavedForm());
+  const auto persist = As<IPersistStreamInit>(control);
+  FailingMemory memory;
+  int number = 0, failures = 0;
+  for (bool has_failed = true; has_failed; ++number) {
+    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+    MemoryStream stream;
+    stream.bytes.reserve(SavedForm().size());
+    memory.FailAt(number + 1, false);
+    const HRESULT result = persist->Save(&stream, FALSE);
+    memory.Stop();
+    has_failed = memory.HasFailed();
+    failures += FAILED(result);
+    if (SUCCEEDED(result)) {
+      EXPECT_EQ(SavedForm(), stream.bytes);
+    }
+  }
+  EXPECT_GT(failures, 10);
+}
 
 // --- What the caller hears --------------------------------------------------------------------------------
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -355,6 +356,33 @@ TEST(Persistence, ACountOfTwoBillionEndsSoon) {
   hosted.control.ReadProperties(bag);
   EXPECT_NE(hosted.State().Images->Item(u"logo"), nullptr);
   EXPECT_LT(bag.asked.size(), 10'000u);
+}
+
+// A bag that refuses the value under one name.
+struct RefusingBag final : PropertyBag {
+  std::string refused;
+  MemoryBag inner;
+  std::optional<BagValue> ReadProperty(std::string_view name, BagType type) override {
+    return inner.ReadProperty(name, type);
+  }
+  void WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) override {
+    if (name == refused) throw std::bad_alloc();
+    inner.WriteProperty(name, value, fallback);
+  }
+};
+
+TEST(Persistence, AValueThatCannotBeWrittenIsToldAndTheOthersAreWritten) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
+  MemoryBag all;
+  EXPECT_TRUE(hosted.control.WriteProperties(all));
+  for (const std::string& name : Names(all)) {
+    RefusingBag bag;
+    bag.refused = name;
+    EXPECT_FALSE(hosted.control.WriteProperties(bag)) << name;
+    EXPECT_EQ(bag.inner.entries.size(), all.entries.size() - 1) << name;
+  }
 }
 
 // --- Images -----------------------------------------------------------------------------------------------
