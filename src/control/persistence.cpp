@@ -8,6 +8,7 @@
 #include "control/text_bytes.h"
 #include "imagelist/owned_images.h"
 #include "platform/ignore_errors.h"
+#include "platform/os_tests.h"
 
 namespace marklet {
 namespace {
@@ -87,6 +88,11 @@ void Marklet::ReadProperties(PropertyBag& bag) {
   for (const std::string_view key : kReadBeforeImages) LoadProperty(bag, key);
   ReadImages(bag, state_.Images);
   for (const std::string_view key : kReadBehindImages) LoadProperty(bag, key);
+  // The first answer is false on any system. A loaded control takes it here, so that its images are
+  // composited by the system's own call from the first paint on, where there is one.
+  IgnoreErrors([&] {
+    if (host_.AmbientProperties().UserMode()) IsWindows2000Family();
+  });
   LoadProperty(bag, "AutoSize");  // measures with all the rest in place
   MatchAccessKeys();
   RedrawNow();

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/os_tests.h"
 #include "support/fake_host.h"
 #include "support/memory_bag.h"
 
@@ -499,6 +500,22 @@ TEST(Persistence, SavingLoadingAndSavingAgainGivesTheSame) {
     if (bag.entries[i].name == "Font") continue;  // an object, which the getter hands out as it is
     EXPECT_TRUE(bag.entries[i].value == again.entries[i].value) << bag.entries[i].name;
   }
+}
+
+// What the test of the system answers to the first who asks behind a load, on a system of the family.
+bool AnswerBehindLoad(bool user_mode) {
+  const testing::FixedSystem windows_2000(5, 0);
+  HostedControl hosted;
+  hosted.host.ambient.user_mode = user_mode;
+  MemoryBag bag;
+  hosted.control.ReadProperties(bag);
+  return IsWindows2000Family();
+}
+
+TEST(ReadProperties, TakesTheFalseFirstAnswerAboutTheSystemInRunMode) { EXPECT_TRUE(AnswerBehindLoad(true)); }
+
+TEST(ReadProperties, LeavesTheFalseFirstAnswerAboutTheSystemToAPaintInADesigner) {
+  EXPECT_FALSE(AnswerBehindLoad(false));
 }
 
 }  // namespace
