@@ -3,6 +3,7 @@
 
 #include "activex/container.h"
 #include "activex/memory.h"
+#include "activex/saving.h"
 #include "support/gdi_handles.h"
 
 namespace ocx_test {
@@ -49,16 +50,23 @@ TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 
-// A form that makes and unmakes controls all day long.
+// A form that makes, saves and unmakes controls all day long, each loaded from what the one before has saved.
 TEST(Leaks, ManyLivesInOneContainerLeaveNothing) {
   constexpr int kLives = 500;
   Container container;
+  Bytes saved;
   const auto live = [&](int number) {
     container.Host();
-    PutText(container.Dispatch().Get(), L"Caption", L"&life <b>number</b>");
-    PutNumber(container.Dispatch().Get(), L"TextEffect", number % 6);
+    const ComPtr<IDispatch> control = container.Dispatch();
+    if (!saved.empty()) {
+      ASSERT_EQ(S_OK, LoadFromStream(control.Get(), saved));
+    }
+    PutText(control.Get(), L"Caption", L"&life <b>number</b>");
+    PutNumber(control.Get(), L"TextEffect", number % 6);
     container.Activate();
     UpdateWindow(container.ControlWindow());
+    saved = SaveToStream(control.Get());
+    ASSERT_FALSE(saved.empty());
     container.Close();
     container.log.clear();
   };
