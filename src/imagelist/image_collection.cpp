@@ -28,6 +28,7 @@ bool ImageCollection::LessWithoutCase::operator()(std::u16string_view a, std::u1
                                       [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved into the map
 bool ImageCollection::Add(std::u16string key, ImageRef image) {
   // So that nothing fails behind the insertion.
   if (order_.size() == order_.capacity()) order_.reserve(2 * order_.size() + 1);

@@ -63,6 +63,7 @@ bool IsPlainBitmap(IPicture& picture) {
 bool CopyBitmap(IPicture& picture, ::HDC dc) {
   OLE_HANDLE handle = 0;
   if (FAILED(picture.get_Handle(&handle)) || handle == 0) return false;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): OLE hands out handles as numbers
   const auto bitmap = reinterpret_cast<::HBITMAP>(static_cast<INT_PTR>(static_cast<int>(handle)));
   ::BITMAP record{};
   const ::HDC source = ::CreateCompatibleDC(nullptr);
