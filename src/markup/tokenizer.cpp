@@ -16,8 +16,8 @@ class Tokenizer {
  public:
   Tokenizer(std::u16string_view text, bool shaping, std::pmr::memory_resource* memory)
       : text_(text), shaping_(shaping), breaks_(BreakCharacters(shaping)), tokens_(memory) {
-    constexpr std::size_t kUsualLength = 4;  // of a word or tag, at the least
-    tokens_.reserve(text.size() / kUsualLength + 1);
+    constexpr std::size_t kUsualLength = 3;  // of words and tags taken together, at the least
+    tokens_.reserve(text.size() / kUsualLength + 2);
   }
 
   Tokens Run() {
@@ -61,17 +61,19 @@ class Tokenizer {
   // never the letters. Each rule has its own bound, and they differ: the colour opener needs a character
   // behind it.
   std::size_t TagLength(std::size_t at) {
-    if (const std::size_t length = FontOpenerLength(at)) return length;
-    const bool slash = Is(at + 1, u'/');
-    if (Is(at + 2, u'>')) return 3;
-    if (Is(at + 3, u'>') && slash) return 4;
-    if (Is(at + 4, u'>')) return 5;
-    if (Is(at + 5, u'>')) return slash ? 6 : 0;  // without the slash the colour opener isn't tried either
-    return Is(at + 9, u'>') && at + 10 < text_.size() && StartsWith(at, u"<c=") ? 10 : 0;
+    const std::u16string_view rest = text_.substr(at);
+    if (const std::size_t length = FontOpenerLength(at, rest)) return length;
+    const auto closes = [rest](std::size_t place) { return place < rest.size() && rest[place] == u'>'; };
+    if (closes(2)) return 3;
+    const bool slash = rest.size() > 1 && rest[1] == u'/';
+    if (slash && closes(3)) return 4;
+    if (closes(4)) return 5;
+    if (closes(5)) return slash ? 6 : 0;  // without the slash the colour opener isn't tried either
+    return closes(9) && rest.size() > 10 && rest.starts_with(u"<c=") ? 10 : 0;
   }
 
-  std::size_t FontOpenerLength(std::size_t at) {
-    if (at + 5 >= text_.size() || !StartsWith(at, u"<f=")) return 0;
+  std::size_t FontOpenerLength(std::size_t at, std::u16string_view rest) {
+    if (rest.size() <= 5 || rest[1] != u'f' || rest[2] != u'=') return 0;
     const std::size_t close = CloseFrom(at);
     return close == std::u16string_view::npos ? 0 : close + 1 - at;
   }
@@ -82,11 +84,6 @@ class Tokenizer {
     if (close_ < at || !close_known_) close_ = text_.find(u'>', at);
     close_known_ = true;
     return close_;
-  }
-
-  bool Is(std::size_t at, char16_t ch) const { return at < text_.size() && text_[at] == ch; }
-  bool StartsWith(std::size_t at, std::u16string_view what) const {
-    return text_.substr(at, what.size()) == what;
   }
 
   std::u16string_view text_;
