@@ -55,6 +55,13 @@ int DrawPlainText(::HDC dc, std::u16string_view text, const RECT& rect, std::uin
   return PlainDrawText(dc, text, place, flags);
 }
 
+Long ScreenPixelsPerInch() {
+  const ::HDC screen = GetDC(nullptr);
+  const Long result = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
+  ReleaseDC(nullptr, screen);
+  return result;
+}
+
 // Draws a run where the context's text alignment places it.
 bool DrawAligned(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text) {
   const UINT align = GetTextAlign(dc);
@@ -90,10 +97,9 @@ HFONT CreateFontIndirectW(const LOGFONTW& record) {
 Long PixelsPerInch(HDC dc) {
   if (Configuration().pixels_per_inch) return *Configuration().pixels_per_inch;
   if (dc) return GetDeviceCaps(Native(dc), LOGPIXELSY);
-  const ::HDC screen = GetDC(nullptr);
-  const Long result = screen ? GetDeviceCaps(screen, LOGPIXELSY) : 96;
-  ReleaseDC(nullptr, screen);
-  return result;
+  // Windows holds the screen's resolution fast from sign-in to sign-out.
+  static const Long screen = ScreenPixelsPerInch();
+  return screen;
 }
 
 COLORREF SetTextColor(HDC dc, COLORREF colour) { return ::SetTextColor(Native(dc), colour); }
