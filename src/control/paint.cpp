@@ -74,19 +74,25 @@ COLORREF Marklet::CaptionColour() {
   return BlendColors(state_.ForeColor, state_.BackColor, 92);
 }
 
+// What can't be had is done without: the text is drawn in the context's own font, or in the style's own
+// colour.
 void Marklet::DrawCaption(HDC dc, RECT rect) {
-  const std::u16string text = state_.Caption;
-  const FontRef font = host_.Font();
+  std::u16string text;
+  IgnoreErrors([&] { text = state_.Caption; });
+  FontRef font;
+  IgnoreErrors([&] { font = host_.Font(); });
+  HFONT font_handle = nullptr;
+  IgnoreErrors([&] { font_handle = font ? font->hFont() : nullptr; });
   // TRANSPARENT gives the platform's mode 1 and OPAQUE its mode 2.
   const int mode = WrapAdd(state_.BackStyle, 1);
-  const HGDIOBJ old_font = SelectObject(dc, font ? font->hFont() : nullptr);
+  const HGDIOBJ old_font = SelectObject(dc, font_handle);
   SetTextAlign(dc, 0);
   const int old_mode = SetBkMode(dc, mode);
   MoveToEx(dc, rect.left, rect.top);
 
   CaptionStyle style;
   style.Font = font;
-  style.ForeColor = CaptionColour();
+  IgnoreErrors([&] { style.ForeColor = CaptionColour(); });
   style.BackColor = TranslateColor(state_.BackColor);
   style.EffectColor = TranslateColor(state_.EffectColor);
   style.Alignment = state_.Alignment;

@@ -165,13 +165,101 @@ TEST(FailingHost, AnAnnouncementThatThrowsIsSkippedAndChangeIsStillRaised) {
   EXPECT_EQ(hosted.host.log.back(), "Change");
 }
 
-TEST(FailingHost, APaintThatThrowsIsSkippedAndTheRestRuns) {
+TEST(FailingHost, AStepOfAPaintThatThrowsIsSkippedAndTheNextRuns) {
   HostedControl hosted;
   hosted.Init();
+  hosted.State().Caption = u"WWW";
   hosted.host.on_enabled_asked = [] { throw std::runtime_error("no"); };
   hosted.Set("BackColor", Long{0x00FF00});
-  EXPECT_EQ(hosted.host.Pixel(3, 3), 0x00FF00u) << "the background is drawn, the caption isn't";
+  EXPECT_EQ(hosted.host.Pixel(99, 49), 0x00FF00u);
+  int ink = 0;
+  for (Long y = 0; y < 50; ++y)
+    for (Long x = 0; x < 100; ++x) ink += hosted.host.Pixel(x, y) != 0x00FF00u;
+  EXPECT_GT(ink, 0) << "the text is drawn, in whatever colour";
   EXPECT_EQ(hosted.host.Announced(), (Log{"BackColor"}));
+}
+
+// A host that answers nothing at all.
+struct NoHost final : UserControl, MarkletEvents, Ambient {
+  [[noreturn]] static void No() { throw std::runtime_error("no"); }
+  Ambient& AmbientProperties() override { return *this; }
+  bool UserMode() override { No(); }
+  OLE_COLOR ForeColor() override { No(); }
+  std::u16string DisplayName() override { No(); }
+  bool RightToLeft() override { No(); }
+  HWND hWnd() override { No(); }
+  HDC hDC() override { No(); }
+  double ScaleWidth() override { No(); }
+  double ScaleHeight() override { No(); }
+  double Width() override { No(); }
+  double Height() override { No(); }
+  void PutWidth(double) override { No(); }
+  void PutHeight(double) override { No(); }
+  double TwipsPerPixelX() override { No(); }
+  double TwipsPerPixelY() override { No(); }
+  bool Enabled() override { No(); }
+  void PutEnabled(bool) override { No(); }
+  FontRef Font() override { No(); }
+  void PutFont(FontRef) override { No(); }
+  OLE_COLOR BackColor() override { No(); }
+  void PutBackColor(OLE_COLOR) override { No(); }
+  HostObjectRef MouseIcon() override { No(); }
+  void PutMouseIcon(HostObjectRef) override { No(); }
+  Long MousePointer() override { No(); }
+  void PutMousePointer(Long) override { No(); }
+  std::u16string AccessKeys() override { No(); }
+  void PutAccessKeys(std::u16string) override { No(); }
+  HWND ContainerHwnd() override { No(); }
+  std::shared_ptr<NamedMembers> Parent() override { No(); }
+  std::shared_ptr<NamedMembers> Extender() override { No(); }
+  void PropertyChanged(std::string_view) override { No(); }
+  void Change() override { No(); }
+  void Click() override { No(); }
+  void DblClick() override { No(); }
+  void MouseDown(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
+  void MouseUp(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
+  void MouseMove(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
+};
+
+Value AValueFor(ValueType type) {
+  switch (type) {
+    case ValueType::Boolean:
+      return true;
+    case ValueType::Text:
+      return std::u16string(u"<b>text</b>");
+    case ValueType::Font:
+      return std::make_shared<StdFont>();
+    case ValueType::Picture:
+      return HostObjectRef();
+    default:
+      return Long{1};
+  }
+}
+
+TEST(FailingHost, WhereNothingWorksNoErrorGetsOutAndFieldsAreStillStored) {
+  NoHost host;
+  Marklet control(host, host);
+  control.InitProperties();
+  EXPECT_TRUE(control.State().WordWrap) << "behind steps that failed";
+  for (const auto& rows : {Properties(), HiddenProperties()})
+    for (const PropertyRow& row : rows) {
+      control.Set(row, AValueFor(row.type));
+      control.Get(row);
+    }
+  EXPECT_EQ(control.State().Caption, u"<b>text</b>");
+  EXPECT_EQ(control.State().ImageSize, 1);
+  EXPECT_EQ(control.State().ImagePixels, 24);
+  EXPECT_EQ(control.State().EffectColor, 1u);
+  EXPECT_FALSE(control.State().UsesSystemColors);
+  EXPECT_TRUE(control.LoadIconImageFromFile(u"no such file.bmp", u"key"));
+  control.DeleteIconImage(u"key");
+  control.Resize();
+  control.PaintControl(nullptr);
+  control.Click();
+  control.DblClick();
+  control.MouseDown(1, 0, 1, 1);
+  control.MouseUp(1, 0, 1, 1);
+  control.MouseMove(1, 0, 1, 1);
 }
 
 TEST(FailingHost, NowhereToPaintIsNoError) {
