@@ -52,13 +52,16 @@ Value GetDesignerText(Marklet& control) {
   return text;
 }
 
+// By the rules of English (United States), whatever language the system has.
+constexpr std::uint32_t kWindowTextCodePage = 1252;
+
 // The default window procedure is called directly, so that a subclass doesn't see the text pass.
 void GiveWindowText(Marklet& control) {
   const std::u16string& caption = control.State().Caption;
   if (IsNT4OrLater())
     DefWindowProcW_SetText(control.Host().hWnd(), caption);
   else
-    DefWindowProcA_SetText(control.Host().hWnd(), WideCharToMultiByte(CP_ACP, caption));
+    DefWindowProcA_SetText(control.Host().hWnd(), WideCharToMultiByte(kWindowTextCodePage, caption));
 }
 
 void StoreCaption(Marklet& control, const Value& value) {

@@ -103,6 +103,11 @@ TEST(SystemCodePage, PutsAQuestionMarkForWhatItLacks) {
   EXPECT_EQ(WideCharToMultiByte(CP_ACP, u"\U0001F600"), "??");
 }
 
+TEST(CodePages, Windows1252IsThereByItsNumber) {
+  EXPECT_EQ(WideCharToMultiByte(1252, u"Caf\u00E9 \u20AC \u0416"), "Caf\xE9 \x80 ?");
+  EXPECT_EQ(MultiByteToWideChar(1252, "Caf\xE9 \x80"), u"Caf\u00E9 \u20AC");
+}
+
 TEST(CodePages, ThatArentThereGiveNothing) {
   constexpr std::uint32_t kNoCodePage = 4242;
   EXPECT_EQ(WideCharToMultiByte(kNoCodePage, u"a"), "");
