@@ -4,7 +4,10 @@
 #include <cstdio>
 
 #include "control/library.h"
+#include "control/marklet.h"
 #include "control/properties.h"
+#include "platform/system.h"
+#include "render/memory_host.h"
 
 namespace marklet {
 namespace {
@@ -69,11 +72,39 @@ std::string AccessText(const PropertyRow& row) {
   return text;
 }
 
-std::string PropertyLine(const PropertyRow& row) {
+std::string NumberText(const PropertyRow& row, Long number) {
+  if (row.type == ValueType::Colour) return Hexadecimal(number);
+  if (row.enumeration)
+    for (const EnumMember& member : row.enumeration->members)
+      if (member.value == number) return Code(member.name);
+  return std::to_string(number);
+}
+
+std::string FontText(const StdFont& font) {
+  std::array<char, 16> size;
+  std::snprintf(size.data(), size.size(), "%g", font.Size());
+  return WideCharToMultiByte(CP_UTF8, font.Name()) + " " + size.data();
+}
+
+// What a property of a control reads; nothing for one without a value, as the window of a control that has
+// none.
+std::string ValueText(Marklet& control, const PropertyRow& row) {
+  const Value value = control.Get(row);
+  if (row.store == nullptr) return {};
+  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "True" : "False";
+  if (const auto* number = std::get_if<Long>(&value)) return NumberText(row, *number);
+  if (const auto* text = std::get_if<std::u16string>(&value))
+    return "\"" + WideCharToMultiByte(CP_UTF8, *text) + "\"";
+  const auto* font = std::get_if<FontRef>(&value);
+  return font ? FontText(**font) : "none";
+}
+
+std::string PropertyLine(Marklet& placed, const PropertyRow& row) {
   const std::string_view help = row.help.empty() ? row.description : row.help;
   const std::string announced = row.announced.empty() ? "nothing" : Code(row.announced);
   return "| " + Code(row.name) + " | " + DispidText(row.dispid) + " | " + TypeText(row) + " | " +
-         AccessText(row) + " | " + announced + " | " + std::string(help) + " |\n";
+         ValueText(placed, row) + " | " + AccessText(row) + " | " + announced + " | " + std::string(help) +
+         " |\n";
 }
 
 std::string ArgumentsText(std::span<const Argument> arguments) {
@@ -101,12 +132,18 @@ std::string EnumerationLine(const Enumeration& enumeration) {
 }  // namespace
 
 std::string ReferenceText() {
+  MemoryHost host(1, 1, 96);
+  Marklet placed(host, host);
+  placed.InitProperties();
   std::string text =
       "# Reference\n\nThis page is written by `marklet-render --reference` from the control's own tables.\n\n"
       "## Properties\n\n"
+      "The column Initial is what a newly placed control has. `BackColor`, `ForeColor`, the font and the "
+      "caption come from\nthe host's ambient properties; without them they are as they stand here.\n\n"
       "A host that watches for changes hears the name in the column Announced, misspelled ones included.\n\n"
-      "| Property | DISPID | Type | Access | Announced | Meaning |\n|---|---|---|---|---|---|\n";
-  for (const PropertyRow& row : Properties()) text += PropertyLine(row);
+      "| Property | DISPID | Type | Initial | Access | Announced | Meaning "
+      "|\n|---|---|---|---|---|---|---|\n";
+  for (const PropertyRow& row : Properties()) text += PropertyLine(placed, row);
   text += "\n## Method\n\n| Method | DISPID | Arguments |\n|---|---|---|\n";
   const MethodRow& method = LoadIconImageFromFileRow();
   text += MemberLine(method.name, method.dispid, method.arguments);
@@ -114,7 +151,10 @@ std::string ReferenceText() {
       "\n## Events\n\nEvery argument is passed by reference.\n\n| Event | DISPID | Arguments "
       "|\n|---|---|---|\n";
   for (const EventRow& event : Events()) text += MemberLine(event.name, event.dispid, event.arguments);
-  text += "\n## Enumerations\n\n| Enumeration | Members |\n|---|---|\n";
+  text +=
+      "\n## Enumerations\n\nNo property checks its number: one that isn't a member is kept and reads "
+      "back.\n\n"
+      "| Enumeration | Members |\n|---|---|\n";
   for (const Enumeration* enumeration : Enumerations()) text += EnumerationLine(*enumeration);
   return text;
 }
