@@ -277,9 +277,16 @@ TEST_F(PaintedImages, OfAListThatHoldsNothingRaiseNothing) {
 
 // --- The owner as the design-time page sees it ------------------------------------------------------------
 
-TEST(ImageOwner, LoadingThroughTheInternalInterfaceGivesNothing) {
+TEST(ImageOwner, LoadingThroughTheInternalInterfaceGivesNothingEvenForAGoodFile) {
+  const testing::TemporaryFolder folder;
+  const auto png = pictures::Png(16, [](int, int) { return 0xFF203040u; });
+  folder.Write("a.png", std::string(png.begin(), png.end()));
+  const std::u16string file = folder.Path("a.png").u16string();
+  HostedControl good;
+  ASSERT_TRUE(good.control.LoadIconImageFromFile(file, u"key"));
+  ASSERT_TRUE(good.State().Images->Item(u"key")->HasImage(0));
   HostedControl hosted;
-  EXPECT_EQ(hosted.control.LoadIconByteImageFromDisk(u"no such file.bmp", u"key"), nullptr);
+  EXPECT_EQ(hosted.control.LoadIconByteImageFromDisk(file, u"key"), nullptr);
   EXPECT_TRUE(hosted.host.log.empty());
   EXPECT_EQ(hosted.State().Images->Count(), 0);
 }

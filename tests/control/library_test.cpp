@@ -108,7 +108,12 @@ TEST(Library, IdentitiesAreThoseOfRegisteredForms) {
   EXPECT_EQ(library::kClass.name, "Marklet");
   EXPECT_EQ(library::kClass.guid, "{2C94FDA3-AB60-4E3F-85FD-A5AEC6543F3F}");
   EXPECT_EQ(library::kEvents.name, "__Marklet");
+  EXPECT_EQ(library::kEvents.name, "__Marklet");
   EXPECT_EQ(library::kEvents.guid, "{6E85A505-50AA-4694-9B51-64C50D1D2045}");
+  EXPECT_EQ(library::kImageOwner.name, "_ISupportsAlphaImage");
+  EXPECT_EQ(library::kImageOwnerClass.name, "ISupportsAlphaImage");
+  EXPECT_EQ(library::kImagePage.name, "_prpImage");
+  EXPECT_EQ(library::kImagePageClass.name, "prpImage");
   EXPECT_EQ(library::kImageOwner.guid, "{215FB7C9-18D0-42C9-BE97-3A3FA3C703E4}");
   EXPECT_EQ(library::kImageOwnerClass.guid, "{35D4D430-2D52-44B8-9189-8ECE9ABC223B}");
   EXPECT_EQ(library::kImagePage.guid, "{FBF96550-A8CD-41BE-9064-EBFBF5BB0A63}");

@@ -66,17 +66,28 @@ TEST_F(PaintCalls, WithSystemColoursItAlsoLooksAtTheSix) {
                                    "GetSysColor(15)", "GetSysColor(18)", "BitBlt(0,0,100,50,0,0,0xCC0020)"}));
 }
 
-TEST_F(PaintCalls, LayersComeInOrderBackgroundBorderCaptionCopy) {
+// An image that shows in the recording when it is asked to draw, and where it was told to.
+struct Marked final : CIconBytes {
+  void Render(HDC dc, Long, Long, Long x, Long y, bool, OLE_COLOR, Long) override {
+    DrawFocusRect(dc, {x, y, x + 16, y + 16});
+  }
+};
+
+TEST_F(PaintCalls, LayersComeInOrderBackgroundBorderImageCaptionCopy) {
   hosted.Set("Appearance", Long{0});
   hosted.Set("BorderStyle", Long{1});
+  hosted.State().Images->Add(u"key", std::make_shared<Marked>());
+  hosted.State().ImageKey = u"key";
   Caption(u"text");
   const Log lines = Redraw();
   const std::size_t background = IndexOf(lines, "FillRect([0,0,100,50]");
   const std::size_t border = IndexOf(lines, "LineTo(");
+  const std::size_t image = IndexOf(lines, "DrawFocusRect([2,2,18,18])");
   const std::size_t caption = IndexOf(lines, "DrawTextW(");
   ASSERT_LT(caption, lines.size());
   EXPECT_LT(background, border);
-  EXPECT_LT(border, caption);
+  EXPECT_LT(border, image);
+  EXPECT_LT(image, caption);
   EXPECT_EQ(lines.back(), "BitBlt(0,0,100,50,0,0,0xCC0020)");
 }
 

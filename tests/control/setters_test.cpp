@@ -1,6 +1,8 @@
 // What each setter stores, does and announces, in which order.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/system.h"
 #include "support/fake_host.h"
 
@@ -95,6 +97,58 @@ TEST(Setters, SevenKindsOfSetterMeasureUnderAutoSize) {
   }
 }
 
+// The measuring, the sizing and the repaint that goes with them stand before the setter's own repaint; the
+// announcement comes last.
+TEST(Setters, MeasuringComesBeforeTheRepaintAndTheAnnouncementBehindIt) {
+  const FixedSystem windows7;
+  for (const Protocol& protocol : Protocols()) {
+    const std::string_view name = protocol.property;
+    HostedControl hosted;
+    hosted.Init();
+    hosted.State().Caption = u"Caption";
+    hosted.State().AutoSize = true;
+    hosted.Set(name, name == "AutoSize" ? Value(true) : protocol.value);
+    const bool measures = std::any_of(hosted.host.log.begin(), hosted.host.log.end(),
+                                      [](const std::string& line) { return line.starts_with("Height("); });
+    if (!measures) {
+      EXPECT_EQ(hosted.host.log, protocol.seen) << name;
+      continue;
+    }
+    Log expected;
+    for (const std::string& line : protocol.seen) {
+      if (line == "hDC") {
+        expected.push_back("hDC");  // the measuring
+        if (name == "WordWrap") expected.push_back("Width");
+        expected.insert(expected.end(), {"Height", "hDC"});
+      }
+      expected.push_back(line);
+    }
+    Log seen;
+    for (const std::string& line : hosted.host.log) {
+      const bool sizes = line.starts_with("Width(") || line.starts_with("Height(");
+      seen.push_back(sizes ? line.substr(0, line.find('(')) : line);
+    }
+    EXPECT_EQ(seen, expected) << name;
+  }
+}
+
+TEST(Setters, EachButFourDropsThePictureAndLeavesANewOne) {
+  const FixedSystem windows7;
+  for (const Protocol& protocol : Protocols()) {
+    const std::string_view name = protocol.property;
+    HostedControl hosted;
+    hosted.Init();
+    hosted.control.RedrawNow();
+    const auto before = hosted.State().BackBuffer;
+    ASSERT_TRUE(before);
+    hosted.Set(name, protocol.value);
+    const bool keeps = name == "UseMnemonic" || name == "UniToolTipText" || name == "MouseIcon" ||
+                       name == "MousePointer" || name == "hwnd";
+    EXPECT_EQ(hosted.State().BackBuffer == before, keeps) << name;
+    EXPECT_TRUE(hosted.State().BackBuffer) << name;
+  }
+}
+
 TEST(Setters, HiddenPropertiesFollowTheSameProtocolUnderTheirOwnNames) {
   HostedControl hosted;
   hosted.Init();
@@ -170,6 +224,29 @@ TEST(Setters, ColourFlagFollowsTheThreeColours) {
     hosted.Set(name, Long{0xFFFFFF});
     EXPECT_FALSE(hosted.State().UsesSystemColors) << name;
   }
+}
+
+// The setter's own repaint looks at the system's colours already.
+TEST(Setters, ColourFlagIsUpdatedBeforeTheRepaint) {
+  for (const char* name : {"BackColor", "ForeColor", "EffectColor"}) {
+    const FixedSystem windows7;
+    HostedControl hosted;
+    hosted.Init();
+    for (const char* colour : {"BackColor", "ForeColor", "EffectColor"}) hosted.Set(colour, Long{0xFF});
+    Configuration().system_colours[15] = 0x00ABCDEF;
+    hosted.control.RedrawNow();
+    ASSERT_NE(hosted.State().SystemColorCache[0], 0x00ABCDEFu);
+    hosted.Set(name, static_cast<Long>(0x80000012));
+    EXPECT_EQ(hosted.State().SystemColorCache[0], 0x00ABCDEFu) << name;
+  }
+}
+
+TEST(Setters, EnabledIsReadFromTheHost) {
+  HostedControl hosted;
+  hosted.Init();
+  EXPECT_TRUE(hosted.Flag("Enabled"));
+  hosted.host.enabled = false;
+  EXPECT_FALSE(hosted.Flag("Enabled"));
 }
 
 TEST(Setters, ImageSizeOutOfRangeIsKeptAndMeansSixteenPixels) {
@@ -415,6 +492,23 @@ TEST(Font, EachMemberMakesANewFontAndChangesOnlyItself) {
   EXPECT_EQ(hosted.host.font->Size(), 20);
   hosted.Set("FontBold", false);
   EXPECT_EQ(hosted.host.font->Weight(), 400);
+}
+
+TEST(Font, AMemberSetToWhatItIsMakesANewFontToo) {
+  const std::pair<const char*, Value> members[] = {{"FontBold", false},
+                                                   {"FontItalic", false},
+                                                   {"FontStrikethru", false},
+                                                   {"FontUnderline", false},
+                                                   {"FontName", std::u16string(u"Tahoma")},
+                                                   {"FontSize", Long{8}}};
+  for (const auto& [name, value] : members) {
+    HostedControl hosted;
+    hosted.Init();
+    const FontRef before = hosted.host.font;
+    ASSERT_EQ(hosted.Get(name), value) << name;
+    hosted.Set(name, value);
+    EXPECT_NE(hosted.host.font, before) << name;
+  }
 }
 
 TEST(Font, AMemberIsSetOnTheFontThatStoodToo) {
