@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 
 #include "platform/system.h"
 #include "support/fake_host.h"
@@ -293,7 +294,7 @@ TEST(Setters, AValueOfAnotherTypeIsIgnoredWhole) {
 TEST(Setters, HwndIsTheHostsWindow) {
   HostedControl hosted;
   EXPECT_EQ(hosted.Number("hwnd"), 0);
-  hosted.host.window = reinterpret_cast<HWND>(std::intptr_t{0x1234});
+  hosted.host.window = std::bit_cast<HWND>(std::intptr_t{0x1234});
   EXPECT_EQ(hosted.Number("hwnd"), 0x1234);
 }
 
