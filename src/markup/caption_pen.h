@@ -38,7 +38,8 @@ struct CaptionPen {
   COLORREF SavedColor = 0;                      // shared by <a> and <c=...>
   Long SavedSize = 0;                           // points; not 0 while a <sub> or <sup> is open
   bool SubscriptActive = false;
-  Long SubscriptDrop = 0;  // pixels
+  Long SubscriptDrop = 0;       // pixels
+  std::size_t split_units = 0;  // code units measured so far in cutting words up
   bool ItalicOpen = false;
   ABC Overhang;
   bool OverhangValid = false;  // for the token at hand

@@ -106,22 +106,38 @@ std::size_t FitCount(const CaptionPen& pen, std::u16string_view text, Long heigh
   return static_cast<std::size_t>(std::max(count, 1));
 }
 
-// Draws the word piece by piece until what is left fits a line. Each piece costs the measure of all that is
-// left, so that a word of n units takes time in the order of n squared. For a word of ordinary length that
-// doesn't matter and the platform sees every call; a long one stops where the surface ends and draws what is
-// left in one go. The pen is below the surface for the rest of the caption then, as it would have been at the
-// word's end, so that the picture is the same. On a context without pixel memory there is no such end.
+// Cutting a word up measures all that is left of it for each piece, which takes time in the order of its
+// length squared. For captions of ordinary length that doesn't matter and the platform sees every call.
+// Behind this many units two short cuts keep the time of a long one in bounds, and the picture as it is.
+constexpr std::size_t kUnitsInFull = 16384;
+
+// Extent of what is left of a word. On the short cut its beginning will do where that alone is wider than the
+// line, by more than a letter can narrow those before it.
+SIZE MeasureRest(CaptionPen& pen, std::u16string_view rest) {
+  constexpr std::size_t kBeginning = 1024;
+  pen.split_units += rest.size();
+  if (pen.split_units > kUnitsInFull && rest.size() > kBeginning) {
+    const SIZE beginning = pen.Measure(rest.substr(0, kBeginning));
+    const std::int64_t narrowed = std::int64_t{beginning.cx} - 4 * std::int64_t{beginning.cy};
+    if (SaturatingAdd(pen.LineStart, narrowed) > pen.AvailableWidth) return beginning;
+  }
+  return pen.Measure(rest);
+}
+
+// Draws the word piece by piece until what is left fits a line. On the short cut it stops where the surface
+// ends and draws what is left in one go: the pen is below the surface for the rest of the caption then, as it
+// would have been at the word's end. On a context without pixel memory there is no such end.
 void Split(CaptionPen& pen, std::u16string_view rest, SIZE size) {
-  constexpr std::size_t kLongWord = 256;
-  const std::optional<Long> surface_height = rest.size() > kLongWord ? SurfaceHeight(pen.dc) : std::nullopt;
+  std::optional<Long> surface_height;
   do {
     const std::u16string_view piece = rest.substr(0, FitCount(pen, rest, size.cy));
+    if (pen.split_units > kUnitsInFull && !surface_height) surface_height = SurfaceHeight(pen.dc);
     if (piece.empty() || BelowSurface(pen, surface_height, size.cy)) break;
     size = pen.Measure(piece);
     Draw(pen, piece, size.cy);
     rest.remove_prefix(piece.size());
     pen.PenY = SaturatingAdd(pen.PenY, size.cy);
-    size = pen.Measure(rest);
+    size = MeasureRest(pen, rest);
     pen.PenX = pen.LineStart;
   } while (SaturatingAdd(pen.PenX, size.cx) > pen.AvailableWidth);  // here a line filled exactly does fit
   // The pen is on a fresh line already and takes another: the last piece stands two lines below the one

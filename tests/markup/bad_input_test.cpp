@@ -1,10 +1,12 @@
-// Captions that no designer would type, and rectangles and fonts that no form would have. The bounds on time
-// are wide enough for a sanitizer on a busy machine, and far below what anything quadratic takes.
+// Captions that no designer would type, and rectangles and fonts that no form would have.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <limits>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "markup/canvas.h"
 #include "markup/markup_caption.h"
@@ -15,6 +17,7 @@ namespace marklet {
 namespace {
 
 constexpr Long kMin = std::numeric_limits<Long>::min(), kMax = std::numeric_limits<Long>::max();
+// Wide enough for a sanitizer on a busy machine, and far below what anything quadratic takes.
 constexpr double kSeconds = 20;
 
 class BadCaption : public testing::Test {
@@ -33,6 +36,14 @@ class BadCaption : public testing::Test {
     const auto start = std::chrono::steady_clock::now();
     Draw(caption);
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  }
+
+  // The shortest of a few, since the machine may be busy with other things.
+  double LeastSecondsToDraw(std::u16string_view caption, double enough) {
+    double least = SecondsToDraw(caption);
+    for (int again = 0; again < 4 && least >= enough; ++again)
+      least = std::min(least, SecondsToDraw(caption));
+    return least;
   }
 
   // Draws with every effect, in every generation.
@@ -155,15 +166,33 @@ TEST_F(BadCaption, OfAMegabyteWithoutABreak) {
   }
 }
 
-TEST_F(BadCaption, OfAHundredThousandCharacters) {
+// Pieces put one behind the other, then texts of which no part comes twice.
+std::vector<std::u16string> LongCaptions() {
+  constexpr std::size_t kLength = 100000;
+  std::vector<std::u16string> captions;
   for (const std::u16string_view piece :
        {u"a ", u"word ", u"x", u"<b>x</b>", u"\u05D0", u"\u0627\u0644", u"\u4E00", u"\t", u"<p>",
         u"<sub>x</sub>", u"\xD800", u"<c=FF0000>x"}) {
-    const std::u16string caption = u"<b></b>" + Repeated(piece, 100000);
+    captions.push_back(u"<b></b>" + Repeated(piece, kLength));
+  }
+  std::mt19937 random(7);
+  for (const std::size_t word_length : {10u, 100u, 250u, 100000u}) {
+    std::u16string hebrew = u"<b></b>";
+    while (hebrew.size() < kLength) {
+      for (std::size_t i = 0; i < word_length; ++i) hebrew += static_cast<char16_t>(0x5D0 + random() % 27);
+      hebrew += u' ';
+    }
+    captions.push_back(hebrew);
+  }
+  return captions;
+}
+
+TEST_F(BadCaption, OfAHundredThousandCharactersIsDrawnInUnderASecond) {
+  for (const std::u16string& caption : LongCaptions()) {
     for (const SystemGeneration& played : {generation::kNT4, generation::kVista}) {
       const PlayedSystem system(played);
-      EXPECT_LT(SecondsToDraw(caption), kSeconds)
-          << testing::PrintToString(std::u16string(piece)) << " " << played.name;
+      EXPECT_LT(LeastSecondsToDraw(caption, 1), 1)
+          << testing::PrintToString(caption.substr(0, 40)) << " " << played.name;
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string>
 
@@ -66,7 +67,7 @@ class MarkupCaption : public testing::Test {
   Long ParagraphStep() const { return Height(u" ") + LineStep(); }
 
   static std::string FontLine(const StdFont& font) {
-    const Long pixels = static_cast<Long>(font.Size() * 96 / 72 + 0.5);
+    const auto pixels = std::lround(font.Size() * 96 / 72);
     std::string name(font.Name().begin(), font.Name().end());
     return "font(\"" + name + "\",-" + std::to_string(pixels) + "," + std::to_string(font.Weight()) + ",\"" +
            (font.Italic() ? "i" : "") + (font.Underline() ? "u" : "") + (font.Strikethrough() ? "k" : "") +
@@ -778,7 +779,7 @@ TEST_F(MarkupSplit, LeavesAWordWholeWithoutShaping) {
 }
 
 TEST_F(MarkupSplit, ShowsTheSamePictureWhetherOrNotItStopsBelowTheSurface) {
-  // Long enough for the stop; the same word in short words takes every step.
+  // Long enough for the stop; the shorter one takes every step.
   rect_ = {0, 0, 30, 300};
   const std::u16string long_word(400, u'\u05D0');
   canvas_.Fill(0xFF);
@@ -786,9 +787,32 @@ TEST_F(MarkupSplit, ShowsTheSamePictureWhetherOrNotItStopsBelowTheSurface) {
   const std::vector<std::uint8_t> stopped = canvas_.Pixels();
   EXPECT_LT(runs_.size(), 60u);
   canvas_.Fill(0xFF);
-  Draw(u"<b></b>" + long_word.substr(0, 200));
-  EXPECT_GT(runs_.size(), 190u);
+  Draw(u"<b></b>" + long_word.substr(0, 150));
+  EXPECT_GT(runs_.size(), 140u);
   EXPECT_EQ(stopped, canvas_.Pixels());
+}
+
+TEST_F(MarkupSplit, CutsALongWordWhereItWouldCutAShortOne) {
+  // The first words of the two captions differ in length alone, and only the long one is measured in part.
+  const Canvas tall(200, 4000);
+  rect_ = {0, 0, 200, 4000};
+  const auto drawn = [&](std::size_t length) {
+    tall.Fill(0xFF);
+    Recorder recorder;
+    RECT rect = rect_;
+    DrawMarkupCaption(tall.dc(), u"<b></b>" + std::u16string(length, u'\u05D0'), rect, style_);
+    lines_ = recorder.Lines();
+    return DrawnRuns(recorder);
+  };
+  const std::vector<DrawnRun> whole = drawn(120), in_part = drawn(20000);
+  const auto single = [](const DrawnRun& run) { return run.text == "\u05D0"; };
+  ASSERT_GT(whole.size(), 50u);
+  ASSERT_TRUE(std::all_of(whole.begin(), whole.end() - 1, single));
+  for (std::size_t at = 0; at + 1 < whole.size(); ++at) EXPECT_EQ(in_part.at(at).rect, whole[at].rect) << at;
+  EXPECT_GE(in_part.at(in_part.size() - 2).rect.top, 4000 - 2 * Step()) << "down to the end of the surface";
+  std::size_t units = 0;
+  for (const std::string& line : Lines("GetTextExtentPoint32W")) units += line.size() / 2;
+  EXPECT_LT(units, 20000u * 30) << "not all that is left for each of hundreds of pieces";
 }
 
 // --- Failing calls ---
