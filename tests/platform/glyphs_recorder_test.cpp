@@ -48,6 +48,25 @@ class Glyphs : public testing::Test {
   TestPicture picture_{240, 40};
 };
 
+TEST_F(Glyphs, OfAFaceThatIsNotThereAreThoseOfNoFace) {
+  const std::vector<COLORREF> none = Drawn(u"Total \u05D0 \u4E2D", Record(u""));
+  for (const char16_t* name : {u"no such face", u"1", u",", u" x, y ", u"\xD800", u"\u4E2D\u6587"}) {
+    EXPECT_EQ(Drawn(u"Total \u05D0 \u4E2D", Record(name)), none)
+        << testing::PrintToString(std::u16string(name));
+  }
+}
+
+TEST_F(Glyphs, OfAFaceAreItsOwnHoweverItsNameIsWritten) {
+  const std::vector<COLORREF> none = Drawn(u"Total", Record(u""));
+  const std::vector<COLORREF> mono = Drawn(u"Total", Record(u"DejaVu Sans Mono"));
+  EXPECT_NE(mono, none);
+  for (const char16_t* name : {u"dejavu sans mono", u"DejaVuSansMono", u"DEJAVU SANS MONO"}) {
+    EXPECT_EQ(Drawn(u"Total", Record(name)), mono) << testing::PrintToString(std::u16string(name));
+  }
+  EXPECT_EQ(Drawn(u"Total", Record(u"Courier New")), mono) << "by a rule for substitutes";
+  EXPECT_EQ(Drawn(u"Total", Record(u"Times New Roman")), Drawn(u"Total", Record(u"DejaVu Serif")));
+}
+
 TEST_F(Glyphs, StandOneAfterTheOther) {
   const std::vector<COLORREF> whole = Drawn(u"Total");
   Prepare(Record());

@@ -39,13 +39,23 @@ bool SameLetters(std::u16string_view a, std::u16string_view b) {
                     [&lower](char16_t x, char16_t y) { return lower(x) == lower(y); });
 }
 
+const Substitute* SubstituteFor(std::u16string_view name) {
+  const auto found = std::find_if(std::begin(kSubstitutes), std::end(kSubstitutes),
+                                  [name](const Substitute& row) { return SameLetters(row.name, name); });
+  return found == std::end(kSubstitutes) ? nullptr : found;
+}
+
 // A comma would separate families, and a NUL would end the name.
+std::string FamilyOf(std::u16string_view name) {
+  std::string family = ToUtf8(name.substr(0, name.find(u'\0')));
+  std::replace(family.begin(), family.end(), ',', ' ');
+  return family;
+}
+
 std::string FamiliesFor(std::u16string_view name) {
-  for (const Substitute& substitute : kSubstitutes)
-    if (SameLetters(substitute.name, name)) return substitute.families;
-  std::string families = ToUtf8(name.substr(0, name.find(u'\0')));
-  std::replace(families.begin(), families.end(), ',', ' ');
-  return families.empty() ? "sans" : families + ",sans";
+  if (const Substitute* substitute = SubstituteFor(name)) return substitute->families;
+  const std::string family = FamilyOf(name);
+  return family.empty() ? "sans" : family + ",sans";
 }
 
 PangoFontDescription* Describe(const LOGFONTW& record) {
@@ -148,6 +158,10 @@ Long Ceil(double value) { return RoundHalfEven(std::ceil(value)); }
 }  // namespace
 
 const Face::Page Face::kEmptyPage{};
+
+bool Face::IsKnown(std::u16string_view name) {
+  return SubstituteFor(name) != nullptr || FontSystem::OfThread()->Families().Has(FamilyOf(name));
+}
 
 Face::Face(const LOGFONTW& record) : system_(FontSystem::OfThread()), description_(Describe(record)) {
   pages_.fill(&kEmptyPage);

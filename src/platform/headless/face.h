@@ -70,6 +70,9 @@ class Face {
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
+  // Whether a face of this name differs from one without a name.
+  static bool IsKnown(std::u16string_view name);
+
   Long Ascent() const { return ascent_; }
   Long Descent() const { return descent_; }
   Long Height() const { return ascent_ + descent_; }

@@ -1,5 +1,7 @@
 #include "platform/headless/font_system.h"
 
+#include <pango/pangofc-fontmap.h>
+
 namespace marklet::headless {
 namespace {
 
@@ -23,7 +25,8 @@ PangoContext* MakeContext(PangoFontMap* map, cairo_hint_style_t style, cairo_hin
 FontSystem::FontSystem()
     : map_(pango_cairo_font_map_new()),
       hinted_(MakeContext(map_, CAIRO_HINT_STYLE_SLIGHT, CAIRO_HINT_METRICS_ON)),
-      linear_(MakeContext(map_, CAIRO_HINT_STYLE_NONE, CAIRO_HINT_METRICS_OFF)) {}
+      linear_(MakeContext(map_, CAIRO_HINT_STYLE_NONE, CAIRO_HINT_METRICS_OFF)),
+      families_(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(map_))) {}
 
 FontSystem::~FontSystem() {
   g_object_unref(hinted_);

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include "platform/headless/known_families.h"
+
 namespace marklet::headless {
 
 class FontSystem {
@@ -22,11 +24,13 @@ class FontSystem {
   PangoContext* Hinted() const { return hinted_; }
   // Neither hints nor rounding, for outlines that are scaled up.
   PangoContext* Linear() const { return linear_; }
+  const KnownFamilies& Families() const { return families_; }
 
  private:
   PangoFontMap* map_;
   PangoContext* hinted_;
   PangoContext* linear_;
+  KnownFamilies families_;
 };
 
 }  // namespace marklet::headless

@@ -21,15 +21,28 @@ std::map<FaceKey, std::weak_ptr<Face>>& Faces() {
   return faces;
 }
 
-std::shared_ptr<Face> FaceFor(const LOGFONTW& record) {
-  auto& faces = Faces();
-  const FaceKey key(record.lfFaceName, record.lfHeight, record.lfWeight, record.lfItalic);
-  if (const auto found = faces.find(key); found != faces.end())
-    if (std::shared_ptr<Face> face = found->second.lock()) return face;
-  std::erase_if(faces, [](const auto& entry) { return entry.second.expired(); });
+std::shared_ptr<Face> Find(const FaceKey& key) {
+  const auto found = Faces().find(key);
+  return found != Faces().end() ? found->second.lock() : nullptr;
+}
+
+std::shared_ptr<Face> Make(const FaceKey& key, const LOGFONTW& record) {
+  std::erase_if(Faces(), [](const auto& entry) { return entry.second.expired(); });
   auto face = std::make_shared<Face>(record);
-  faces[key] = face;
+  Faces()[key] = face;
   return face;
+}
+
+// A caption may name thousands of typefaces that aren't there. They share one face: to make another costs
+// milliseconds, and the font map would remember each name for good.
+std::shared_ptr<Face> FaceFor(LOGFONTW record) {
+  FaceKey key(record.lfFaceName, record.lfHeight, record.lfWeight, record.lfItalic);
+  if (std::shared_ptr<Face> face = Find(key)) return face;
+  if (Face::IsKnown(record.lfFaceName)) return Make(key, record);
+  record.lfFaceName.clear();
+  std::get<0>(key).clear();
+  if (std::shared_ptr<Face> face = Find(key)) return face;
+  return Make(key, record);
 }
 
 LOGFONTW WithCutName(LOGFONTW record) {
