@@ -25,11 +25,38 @@ fs::path TemporaryBeside(const fs::path& file) {
   return result;
 }
 
-bool WriteNew(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
+bool Write(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
   out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   out.close();
   return !out.fail();
+}
+
+bool Replace(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
+  const fs::path temporary = TemporaryBeside(file);
+  std::error_code error;
+  bool written = Write(temporary, bytes);
+  if (written) {
+    fs::rename(temporary, file, error);
+    written = !error;
+  }
+  if (!written) fs::remove(temporary, error);
+  return written;
+}
+
+// The file that a link leads to, so that the link stays.
+fs::path Followed(const fs::path& file) {
+  std::error_code error;
+  if (!fs::is_symlink(file, error)) return file;
+  const fs::path target = fs::canonical(file, error);
+  return error ? file : target;
+}
+
+// Devices and pipes are no files that could be replaced by another.
+bool IsReplaceable(const fs::path& file) {
+  std::error_code error;
+  const fs::file_status status = fs::status(file, error);
+  return !fs::exists(status) || fs::is_regular_file(status);
 }
 
 }  // namespace
@@ -56,17 +83,9 @@ std::string ReadTextFile(const std::string& name) {
 }
 
 void WriteFileWhole(const std::string& name, const std::vector<std::uint8_t>& bytes) {
-  const fs::path file = PathOf(name);
-  const fs::path temporary = TemporaryBeside(file);
-  std::error_code error;
-  bool written = WriteNew(temporary, bytes);
-  if (written) {
-    fs::rename(temporary, file, error);
-    written = !error;
-  }
-  if (written) return;
-  fs::remove(temporary, error);
-  throw RenderError("can't write " + Quoted(name));
+  const fs::path file = Followed(PathOf(name));
+  const bool written = IsReplaceable(file) ? Replace(file, bytes) : Write(file, bytes);
+  if (!written) throw RenderError("can't write " + Quoted(name));
 }
 
 }  // namespace marklet

@@ -16,7 +16,8 @@ std::string NameBeside(const std::string& file, const std::string& name);
 // Throws RenderError when the file can't be read, or exceeds 64 MiB.
 std::string ReadTextFile(const std::string& name);
 
-// Writes beside the file and then renames, so that the file is whole or as it was. Throws RenderError.
+// Writes beside the file and then renames, so that the file is whole or as it was; a device or pipe is
+// written to as it is. Throws RenderError.
 void WriteFileWhole(const std::string& name, const std::vector<std::uint8_t>& bytes);
 
 }  // namespace marklet
