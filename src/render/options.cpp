@@ -15,9 +15,10 @@ double ParseScale(const std::string& text) {
   double scale = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), scale);
   const bool number = error == std::errc() && end == text.data() + text.size();
-  if (!number || !(scale >= 1 && scale <= 2))
-    throw RenderError("--scale can't be " + Quoted(text) + ": it is a number from 1 to 2");
-  return scale;
+  if (number && scale >= 1 && scale <= 2) return scale;
+  if (number && scale >= 96 && scale <= 192) return scale / 96;
+  throw RenderError("--scale can't be " + Quoted(text) +
+                    ": it is a number from 1 to 2, or from 96 to 192 dots per inch");
 }
 
 struct Switch {
@@ -145,7 +146,7 @@ std::string HelpText() {
          "\n"
          "  -o FILE              the picture to write\n"
          "  --size 200x40        the control's size, in 96ths of an inch\n"
-         "  --scale 1            1 to 2, for screens of 96 to 192 dots per inch\n"
+         "  --scale 1            1 to 2, for screens of 96 to 192 dots per inch; those numbers do as well\n"
          "  --caption-file FILE  the caption, as UTF-8\n"
          "  --image KEY=FILE     an image for ImageKey and ImageKeyhover: PNG, ICO, BMP, GIF, JPG or CUR, "
          "square\n"

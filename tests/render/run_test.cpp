@@ -65,6 +65,16 @@ TEST_F(RunTest, ScaleMultipliesTheSize) {
   EXPECT_EQ(SizeOf("a.png"), (std::pair{152, 62})) << "151.5 and 61.5, halves to even";
 }
 
+TEST_F(RunTest, AScaleMayBeGivenInDotsPerInch) {
+  ASSERT_EQ(RunTo("factor.png", {"Caption=x", "--scale", "1.5"}), 0);
+  ASSERT_EQ(RunTo("density.png", {"Caption=x", "--scale", "144"}), 0);
+  EXPECT_EQ(folder.Read("factor.png"), folder.Read("density.png"));
+  ASSERT_EQ(RunTo("least.png", {"--scale", "96", "--size", "10x10"}), 0);
+  EXPECT_EQ(SizeOf("least.png"), (std::pair{10, 10}));
+  ASSERT_EQ(RunTo("most.png", {"--scale", "192", "--size", "10x10"}), 0);
+  EXPECT_EQ(SizeOf("most.png"), (std::pair{20, 20}));
+}
+
 TEST_F(RunTest, AutoSizeDecidesTheSizeOfThePicture) {
   ASSERT_EQ(RunTo("short.png", {"Caption=xx", "WordWrap=false", "AutoSize=true"}), 0);
   ASSERT_EQ(RunTo("long.png", {"AutoSize=true", "WordWrap=false", "Caption=xx xx xx xx"}), 0);
@@ -118,7 +128,7 @@ TEST_F(RunTest, RefusesWhatItDoesNotUnderstand) {
   for (const char* size :
        {"300", "0x10", "10x0", "-1x5", "4097x10", "99999x1", "axb", "10x", "x10", "10x10x10", ""})
     ExpectRefused({"--size", size});
-  for (const char* scale : {"0.9", "2.1", "x", "", "1.5x", "nan", "inf", "-1"})
+  for (const char* scale : {"0.9", "2.1", "95.9", "192.1", "x", "", "1.5x", "nan", "inf", "-1"})
     ExpectRefused({"--scale", scale});
 }
 
