@@ -71,6 +71,7 @@ void Check(const Options& options) {
   if (options.sheet.empty()) return;
   if (!options.properties.empty() || !options.caption_file.empty())
     throw RenderError("a sheet has its own properties: give none beside --sheet");
+  if (options.size) throw RenderError("a sheet has its own sizes: give no --size beside --sheet");
   if (!options.images.empty() || options.hover)
     throw RenderError("a sheet has its own images: give no --image and no --hover beside --sheet");
 }

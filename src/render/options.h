@@ -22,8 +22,8 @@ struct Surroundings {
 struct Options {
   bool help = false, version = false, reference = false, log = false, hover = false;
   double scale = 1;
-  SIZE size = {200, 40};  // in 96ths of an inch
-  std::string output;     // file names are UTF-8
+  std::optional<SIZE> size;  // in 96ths of an inch
+  std::string output;        // file names are UTF-8
   std::string caption_file;
   std::string sheet;
   PropertyTexts properties;
@@ -36,6 +36,8 @@ Options ParseOptions(const std::vector<std::string>& arguments);
 // What --help prints.
 std::string HelpText();
 
+// The size of a control that is given none, in 96ths of an inch.
+constexpr SIZE kUsualSize = {200, 40};
 // Sizes that a picture of one control may have, in 96ths of an inch.
 constexpr Long kMostUnits = 4096;
 // Reads WIDTHxHEIGHT, or throws.

@@ -44,7 +44,7 @@ void PrintLog(std::ostream& out, const std::function<void()>& paint) {
 }
 
 Picture RenderOne(const Options& options, std::ostream& out) {
-  RenderedControl control(options.size, PropertiesOf(options), options.scale,
+  RenderedControl control(options.size.value_or(kUsualSize), PropertiesOf(options), options.scale,
                           {options.images, options.hover});
   if (options.log) PrintLog(out, [&] { control.Redraw(); });
   return PictureOf(control.Surface());

@@ -13,7 +13,7 @@ namespace marklet {
 struct SheetItem {
   std::string heading;  // not empty: a heading, and nothing else of the item counts
   std::string title;
-  SIZE size = {200, 40};
+  SIZE size = kUsualSize;
   Long span = 1;  // columns
   PropertyTexts properties;
   Surroundings surroundings;  // all of the sheet's images for an item that names one

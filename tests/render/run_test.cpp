@@ -154,6 +154,7 @@ TEST_F(RunTest, RefusesAControlThatComesOutEmpty) {
 TEST_F(RunTest, ReadsNothingTwice) {
   ExpectRefused({"Caption=x", "--sheet", folder.File("s.json")});
   ExpectRefused({"--caption-file", folder.File("c.txt"), "--sheet", folder.File("s.json")});
+  ExpectRefused({"--size", "20x20", "--sheet", folder.File("s.json")});
 }
 
 TEST_F(RunTest, HelpListsEveryPropertyThatCanBeGiven) {
