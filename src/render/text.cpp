@@ -28,8 +28,13 @@ bool SameWord(std::string_view a, std::string_view b) {
 
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kMost = 60;
+  std::size_t shown = std::min(text.size(), kMost);
+  const auto inside_character = [text](std::size_t at) {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+  };
+  while (shown > 0 && inside_character(shown)) --shown;
   std::string result = "\"";
-  for (const char ch : text.substr(0, kMost)) {
+  for (const char ch : text.substr(0, shown)) {
     char code[8];
     std::snprintf(code, sizeof code, "\\x%02X", static_cast<unsigned>(static_cast<unsigned char>(ch)));
     const bool control = static_cast<unsigned char>(ch) < 32 || ch == 127;

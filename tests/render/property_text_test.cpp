@@ -73,6 +73,9 @@ TEST(PropertyText, MessagesNameThePropertyAndTheText) {
             "TextEffect can't be \"glow\": it is a number or one of effectNone, effectStroke, effectShadow, "
             "effectEmboss, effectEngrave, effectHollow");
   EXPECT_EQ(Refusal("AutoSize", "a\nb"), "AutoSize can't be \"a\\x0Ab\": it is true or false");
+  EXPECT_EQ(Refusal("AutoSize", std::string(59, 'a') + "\xE4\xB8\xAD"),
+            "AutoSize can't be \"" + std::string(59, 'a') + "...\": it is true or false")
+      << "no character is cut in two";
 }
 
 TEST(PropertyText, WhatCannotBeGiven) {
