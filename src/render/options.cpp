@@ -111,7 +111,7 @@ std::string PropertyLine(const PropertyRow& row) {
   static constexpr std::pair<ValueType, std::string_view> kKinds[] = {
       {ValueType::Boolean, "true or false"}, {ValueType::Number, "a whole number"},
       {ValueType::Colour, "a colour"},       {ValueType::Text, "a text"},
-      {ValueType::MousePointer, "a number"},
+      {ValueType::MousePointer, "a number"}, {ValueType::Font, "NAME, SIZE, bold italic underline strikeout"},
   };
   std::string line = "  " + std::string(row.name);
   line.resize(std::max<std::size_t>(line.size() + 1, 20), ' ');
@@ -131,8 +131,7 @@ std::string PropertyLines() {
   std::string lines;
   for (const auto& rows : {Properties(), HiddenProperties()})
     for (const PropertyRow& row : rows) {
-      const bool as_text = row.type != ValueType::Font && row.type != ValueType::Picture;
-      if (row.store != nullptr && as_text) lines += PropertyLine(row);
+      if (row.store != nullptr && row.type != ValueType::Picture) lines += PropertyLine(row);
     }
   return lines;
 }

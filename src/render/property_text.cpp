@@ -1,6 +1,7 @@
 #include "render/property_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <limits>
 
 #include "render/render_error.h"
@@ -68,6 +69,59 @@ Value ParseChoice(const PropertyRow& row, std::string_view text) {
   return static_cast<Long>(*number);
 }
 
+std::string_view Trimmed(std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
+}
+
+// Takes what stands in front of the first of the delimiters off the text.
+std::string_view Take(std::string_view& text, std::string_view delimiters) {
+  const std::size_t end = std::min(text.find_first_of(delimiters), text.size());
+  const std::string_view taken = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return Trimmed(taken);
+}
+
+struct FontStyle {
+  std::string_view name;
+  void (StdFont::*put)(bool);
+};
+constexpr FontStyle kFontStyles[] = {{"bold", &StdFont::PutBold},
+                                     {"italic", &StdFont::PutItalic},
+                                     {"underline", &StdFont::PutUnderline},
+                                     {"strikeout", &StdFont::PutStrikethrough}};
+
+bool PutStyles(StdFont& font, std::string_view words) {
+  while (!words.empty()) {
+    const std::string_view word = Take(words, " ,");
+    if (word.empty()) continue;
+    const auto* const style =
+        std::find_if(std::begin(kFontStyles), std::end(kFontStyles),
+                     [word](const FontStyle& known) { return SameWord(known.name, word); });
+    if (style == std::end(kFontStyles)) return false;
+    (font.*style->put)(true);
+  }
+  return true;
+}
+
+// Sizes may have fractions here, which FontSize has not.
+Value ParseFont(const PropertyRow& row, std::string_view text) {
+  const auto font = std::make_shared<StdFont>();
+  std::string_view rest = text;
+  const std::string_view name = Take(rest, ",");
+  const bool with_size = !rest.empty();
+  const std::string_view size = Take(rest, ",");
+  double points = font->Size();
+  const auto [end, error] = std::from_chars(size.data(), size.data() + size.size(), points);
+  const bool sized = !with_size || (error == std::errc() && end == size.data() + size.size() && points > 0);
+  if (name.empty() || !sized || !PutStyles(*font, rest))
+    Refuse(row, text, "it is NAME, SIZE in points and any of bold, italic, underline and strikeout");
+  font->PutName(FromUtf8(name));
+  font->PutSize(points);
+  return font;
+}
+
 Value ParseText(const PropertyRow&, std::string_view text) { return FromUtf8(text); }
 
 struct Parser {
@@ -78,6 +132,7 @@ constexpr Parser kParsers[] = {
     {ValueType::Boolean, ParseBoolean}, {ValueType::Number, ParseLongOrRefuse},
     {ValueType::Colour, ParseColour},   {ValueType::Choice, ParseChoice},
     {ValueType::Text, ParseText},       {ValueType::MousePointer, ParseLongOrRefuse},
+    {ValueType::Font, ParseFont},
 };
 
 const Parser* ParserOf(ValueType type) {
@@ -94,8 +149,6 @@ NamedProperty FindNamedProperty(std::string_view name) {
     if (SameWord(row.name, name)) result = {&row, true};
   if (result.row == nullptr) throw RenderError("there is no property " + Quoted(name));
   if (result.row->store == nullptr) throw RenderError(std::string(result.row->name) + " can only be read");
-  if (result.row->type == ValueType::Font)
-    throw RenderError("Font is given by its members: FontName, FontSize, FontBold and so on");
   if (ParserOf(result.row->type) == nullptr)
     throw RenderError(std::string(result.row->name) + " can't be given as text");
   return result;

@@ -19,7 +19,8 @@ struct NamedProperty {
 NamedProperty FindNamedProperty(std::string_view name);
 
 // Reads a text as a row's value: true, false, 0, 1 and -1 for Booleans; decimal and 0x numbers; #RRGGBB as
-// well for colours; the members of an enumeration by name, in any case. Texts are UTF-8. Throws RenderError.
+// well for colours; the members of an enumeration by name, in any case; a font as "Tahoma, 8.25, bold
+// italic", of which all but the name may be left out. Texts are UTF-8. Throws RenderError.
 Value ParseValue(const PropertyRow& row, std::string_view text);
 
 // Sets a public property through its setter, and a hidden one directly.

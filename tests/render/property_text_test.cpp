@@ -67,6 +67,36 @@ TEST(PropertyText, TextsAreUtf8) {
   EXPECT_EQ(Parse("FontName", "Times New Roman"), Value(std::u16string(u"Times New Roman")));
 }
 
+TEST(PropertyText, Fonts) {
+  const auto font = std::get<FontRef>(Parse("Font", "Times New Roman, 8.25, bold Italic strikeout"));
+  EXPECT_EQ(font->Name(), u"Times New Roman");
+  EXPECT_EQ(font->Size(), 8.25);
+  EXPECT_TRUE(font->Bold());
+  EXPECT_TRUE(font->Italic());
+  EXPECT_FALSE(font->Underline());
+  EXPECT_TRUE(font->Strikethrough());
+  const auto underlined = std::get<FontRef>(Parse("font", " \xCE\xA9 ,12,,underline,"));
+  EXPECT_EQ(underlined->Name(), u"\u03A9");
+  EXPECT_EQ(underlined->Size(), 12);
+  EXPECT_TRUE(underlined->Underline());
+  EXPECT_FALSE(underlined->Bold());
+  const auto named = std::get<FontRef>(Parse("Font", "Arial"));
+  EXPECT_EQ(named->Name(), u"Arial");
+  EXPECT_EQ(named->Size(), 8.25);
+  for (const char* bad : {"", ",", ", 12", "Arial, x", "Arial, 0", "Arial, -8", "Arial, 12pt", "Arial, nan",
+                          "Arial, bold", "Arial, 12, wide", "Arial, 1 2"})
+    EXPECT_NE(Refusal("Font", bad), "taken") << bad;
+}
+
+TEST(PropertyText, AFontGoesThroughItsSetter) {
+  HostedControl hosted;
+  hosted.Init();
+  AssignProperty(hosted.control, "Font", "Arial, 9.5, bold");
+  EXPECT_EQ(hosted.host.Font()->Name(), u"Arial");
+  EXPECT_EQ(hosted.host.Font()->Size(), 9.5);
+  EXPECT_EQ(hosted.host.Font()->Weight(), 700);
+}
+
 TEST(PropertyText, MessagesNameThePropertyAndTheText) {
   EXPECT_EQ(Refusal("fontsize", "big"), "FontSize can't be \"big\": it is a whole number");
   EXPECT_EQ(Refusal("TextEffect", "glow"),
@@ -79,18 +109,18 @@ TEST(PropertyText, MessagesNameThePropertyAndTheText) {
 }
 
 TEST(PropertyText, WhatCannotBeGiven) {
-  for (const char* name : {"", "Colour", "hwnd", "Font", "MouseIcon", "Caption "})
+  for (const char* name : {"", "Colour", "hwnd", "MouseIcon", "Caption "})
     EXPECT_THROW(FindNamedProperty(name), RenderError) << name;
 }
 
 TEST(PropertyText, EveryOtherPropertyCanBeGiven) {
   int count = 0;
   for (const PropertyRow& row : Properties()) {
-    if (row.name == "hwnd" || row.name == "Font" || row.name == "MouseIcon") continue;
+    if (row.name == "hwnd" || row.name == "MouseIcon") continue;
     EXPECT_EQ(FindNamedProperty(row.name).row, &row);
     ++count;
   }
-  EXPECT_EQ(count, 24);
+  EXPECT_EQ(count, 25);
 }
 
 TEST(PropertyText, HiddenPropertiesAreStoredPastTheirSetters) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include "bitmaps/cdib24.h"
 #include "images/png_pictures.h"
@@ -20,7 +21,7 @@ struct RunTest : ::testing::Test {
   testing::TemporaryFolder folder;
   std::ostringstream out, err;
 
-  int Run(Arguments arguments) {
+  int Run(const Arguments& arguments) {
     out.str("");
     err.str("");
     return RunMarkletRender(arguments, out, err);
@@ -32,7 +33,7 @@ struct RunTest : ::testing::Test {
   // One clear line, the code 2, and no file.
   void ExpectRefused(Arguments arguments) {
     const int before = folder.Entries();
-    EXPECT_EQ(RunTo("refused.png", arguments), 2);
+    EXPECT_EQ(RunTo("refused.png", std::move(arguments)), 2);
     const std::string line = err.str();
     EXPECT_TRUE(line.starts_with("marklet-render: ")) << line;
     EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1) << line;
