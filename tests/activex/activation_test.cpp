@@ -1,4 +1,5 @@
 // In-place activation, sizes and painting, in our own container.
+#include <bit>
 #include <cmath>
 #include <memory>
 
@@ -168,6 +169,41 @@ TEST_F(Activation, GivesTheWindowTheCaptionsSource) {
   PutText(object_.Get(), L"Caption", L"later");
   SendMessageW(window_, WM_GETTEXT, 50, reinterpret_cast<LPARAM>(text));
   EXPECT_STREQ(L"later", text);
+}
+
+// Counts the texts that a window's procedure is given.
+class TextCounter {
+ public:
+  explicit TextCounter(HWND window) : window_(window) {
+    texts_ = 0;
+    former_ = std::bit_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
+  }
+  ~TextCounter() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
+  TextCounter(const TextCounter&) = delete;
+  TextCounter& operator=(const TextCounter&) = delete;
+  static int Texts() { return texts_; }
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    texts_ += message == WM_SETTEXT;
+    return CallWindowProcW(former_, window, message, wparam, lparam);
+  }
+  HWND window_;
+  static inline WNDPROC former_ = nullptr;
+  static inline int texts_ = 0;
+};
+
+TEST_F(Activation, GivesTheWindowItsTextPastASubclass) {
+  Activate();
+  const TextCounter counter(window_);
+  PutText(object_.Get(), L"Caption", L"unseen");
+  EXPECT_EQ(0, TextCounter::Texts());
+  wchar_t text[50] = {};
+  SendMessageW(window_, WM_GETTEXT, 50, reinterpret_cast<LPARAM>(text));
+  EXPECT_STREQ(L"unseen", text);
+  SendMessageW(window_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"seen"));
+  EXPECT_EQ(1, TextCounter::Texts());
 }
 
 TEST_F(Activation, SavesOnlyWhenAskedAndDirty) {
@@ -569,6 +605,29 @@ TEST(AmbientProperties, BecomeTheDefaultsOfANewControl) {
   EXPECT_EQ(std::lround(static_cast<double>(size.int64) / 10000), GetNumber(object.Get(), L"FontSize"));
   EXPECT_EQ(-1, GetNumber(object.Get(), L"FontBold"));
   EXPECT_EQ(static_cast<long>(0x80000010), GetNumber(object.Get(), L"EffectColor"));
+}
+
+TEST(AmbientProperties, TheRestOfANewControlIsTheSameEverywhere) {
+  const std::pair<const wchar_t*, long> numbers[] = {
+      {L"AutoSize", 0},       {L"BackStyle", 1},     {L"Appearance", 1},     {L"BorderStyle", 0},
+      {L"FontStrikethru", 0}, {L"FontUnderline", 0}, {L"UseMnemonic", -1},   {L"TextEffect", 0},
+      {L"Enabled", -1},       {L"WordWrap", -1},     {L"ImageAlignment", 0}, {L"ImageSize", 0},
+      {L"MousePointer", 0}};
+  for (const bool ambients : {true, false}) {
+    Container container;
+    container.ambients.font = AmbientFont();
+    if (!ambients) container.missing = {SiteInterface::Ambients};
+    container.Host();
+    const auto object = container.Dispatch();
+    for (const auto& [name, value] : numbers)
+      EXPECT_EQ(value, GetNumber(object.Get(), name)) << std::string(name, name + wcslen(name));
+    EXPECT_EQ(static_cast<long>(0x80000010), GetNumber(object.Get(), L"EffectColor"));
+    for (const wchar_t* name : {L"ImageKey", L"ImageKeyhover", L"UniToolTipText"})
+      EXPECT_EQ(L"", GetText(object.Get(), name));
+    Variant icon;
+    ASSERT_EQ(S_OK, GetByName(object.Get(), L"MouseIcon", icon));
+    EXPECT_EQ(nullptr, icon.pdispVal);
+  }
 }
 
 TEST(AmbientProperties, HaveDefaultsWhereTheHostHasNone) {

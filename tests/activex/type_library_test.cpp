@@ -449,6 +449,7 @@ TEST_F(TypeLibrary, ListsAllEventsWithTheirArgumentsByReference) {
     for (std::size_t j = 0; j < expected.arguments.size(); ++j) {
       EXPECT_EQ(expected.arguments[j].first, found[i].parameter_names[j]);
       EXPECT_EQ(expected.arguments[j].second, found[i].parameters[j]);
+      EXPECT_EQ(PARAMFLAG_FIN | PARAMFLAG_FOUT, found[i].parameter_flags[j]) << "a handler may change it";
     }
   }
 }
@@ -479,6 +480,34 @@ TEST_F(TypeLibrary, GivesEachClassItsInterfaceAndOneClassEvents) {
       ASSERT_EQ(S_OK, type->GetImplTypeFlags(i, &flags));
       EXPECT_EQ(i == 0 ? expected.interface_name : L"__Marklet", NameOf(implemented.Get()));
       EXPECT_EQ(i == 0 ? IMPLTYPEFLAG_FDEFAULT : IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE, flags);
+    }
+  }
+}
+
+// Help stands with the library and its properties, and nowhere else.
+TEST_F(TypeLibrary, HelpsWithNoTypeEnumerationMemberOrEvent) {
+  for (UINT i = 0; i < library_->GetTypeInfoCount(); ++i) {
+    ComPtr<ITypeInfo> type;
+    ASSERT_EQ(S_OK, library_->GetTypeInfo(i, type.GetAddressOf()));
+    const std::wstring name = NameOf(type.Get());
+    SCOPED_TRACE(std::string(name.begin(), name.end()));
+    BSTR help = nullptr;
+    ASSERT_EQ(S_OK, type->GetDocumentation(MEMBERID_NIL, nullptr, &help, nullptr, nullptr));
+    EXPECT_EQ(L"", Take(help));
+    const Attributes attributes(type.Get());
+    for (UINT k = 0; k < attributes->cVars; ++k) {
+      VARDESC* member = nullptr;
+      ASSERT_EQ(S_OK, type->GetVarDesc(k, &member));
+      help = nullptr;
+      ASSERT_EQ(S_OK, type->GetDocumentation(member->memid, nullptr, &help, nullptr, nullptr));
+      EXPECT_EQ(L"", Take(help));
+      type->ReleaseVarDesc(member);
+    }
+    if (name == L"_Marklet" || attributes->typekind == TKIND_COCLASS) continue;
+    for (UINT k = 0; k < attributes->cFuncs; ++k) {
+      const ReadFunction function = Read(type.Get(), k);
+      if (function.flags & FUNCFLAG_FRESTRICTED) continue;  // of IDispatch
+      EXPECT_EQ(L"", function.help);
     }
   }
 }
