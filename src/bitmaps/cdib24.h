@@ -38,7 +38,7 @@ class CDib24 : public Dib {
   // The same onto a surface that exists, other than this one, of any size. Always false.
   bool BilinearInto(CDib24& destination, COLORREF key) const;
 
-  // Nearest neighbour, corner sampling corner. Null when the new surface can't be made.
+  // Nearest neighbour, corner sampling corner. An empty surface when the new pixels can't be made.
   std::unique_ptr<CDib24> ResampleNearest(Long new_width, Long new_height) const;
 };
 

@@ -74,8 +74,7 @@ void CDib24::Grayscale(COLORREF& key) {
 
 std::unique_ptr<CDib24> CDib24::ResampleNearest(Long new_width, Long new_height) const {
   auto resampled = std::make_unique<CDib24>();
-  if (!resampled->Create(new_width, new_height)) return nullptr;
-  if (Bits() == nullptr) return resampled;
+  if (!resampled->Create(new_width, new_height) || Bits() == nullptr) return resampled;
   GdiFlush();
   const PixelRows from{Bits(), Width(), Height(), BytesPerScanLine()};
   const PixelRows to{resampled->Bits(), new_width, new_height, resampled->BytesPerScanLine()};

@@ -83,7 +83,7 @@ void CIconBytes::RenderKeyed(HDC dc, const ByteArray& bytes, Long size, Long x, 
   COLORREF key = KeyColour;
   if (!enabled) surface->Grayscale(key);
   if (!same_size) surface = surface->ResampleNearest(size, size);
-  if (surface) surface->PaintTransparent(dc, x, y, -1, -1, 0, 0, KeyColour);
+  surface->PaintTransparent(dc, x, y, -1, -1, 0, 0, KeyColour);
 }
 
 }  // namespace marklet

@@ -363,10 +363,17 @@ TEST(ResampleNearest, KeepsTheKeyExact) {
   }
 }
 
-TEST(ResampleNearest, IsNothingWhenTheNewSurfaceCannotBeMade) {
-  const auto source = Surface(5, 3);
-  EXPECT_EQ(source->ResampleNearest(0, 4), nullptr);
-  EXPECT_EQ(source->ResampleNearest(4, -1), nullptr);
+TEST(ResampleNearest, IsASurfaceWithoutPixelsWhenTheyCannotBeMade) {
+  const auto source = Surface(5, 3, kMagenta);
+  const auto target = Surface(2, 1);
+  constexpr Long kSizes[][2] = {{0, 4}, {4, 0}, {0, 0}, {4, -1}, {-4, 4}};
+  for (const auto& [width, height] : kSizes) {
+    const auto resampled = source->ResampleNearest(width, height);
+    ASSERT_NE(resampled, nullptr) << width << " by " << height;
+    EXPECT_EQ(resampled->Bits(), nullptr) << width << " by " << height;
+    resampled->PaintTransparent(target->hDC(), 0, 0, -1, -1, 0, 0, KeyColour);
+  }
+  EXPECT_EQ(Colours(*target), std::vector<COLORREF>(2, 0)) << "it paints nothing";
 }
 
 }  // namespace

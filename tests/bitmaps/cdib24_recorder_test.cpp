@@ -198,13 +198,15 @@ TEST(CDib24Handles, ResizeKeyedWithTheSameSizeIsOneBlit) {
   ExpectNoLeak(recorder);
 }
 
-TEST(CDib24Handles, AResizeWithoutMemoryIsNothingAndLeaksNothing) {
+TEST(CDib24Handles, AResizeWithoutMemoryIsNothingOrEmptyAndLeaksNothing) {
   CDib24 surface;
   surface.Create(5, 3);
   Recorder recorder;
   recorder.Fail("CreateDIBSection");
   EXPECT_EQ(surface.ResizeKeyed(7, 7, KeyColour), nullptr);
-  EXPECT_EQ(surface.ResampleNearest(7, 7), nullptr);
+  const auto resampled = surface.ResampleNearest(7, 7);
+  ASSERT_NE(resampled, nullptr);
+  EXPECT_EQ(resampled->hDC(), nullptr);
   EXPECT_EQ(Names(recorder), (Lines{"CreateCompatibleDC", "CreateDIBSection", "DeleteDC",
                                     "CreateCompatibleDC", "CreateDIBSection", "DeleteDC"}));
 }
