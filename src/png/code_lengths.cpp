@@ -11,60 +11,46 @@ constexpr unsigned kMostBits = 14;  // of a length and how often it comes
 constexpr int kInARow = 4;          // between two refills
 static_assert(kInARow * kMostBits <= FastBits::kRefilled);
 
-void StoreEightTimes(unsigned two_lengths, std::uint8_t* to) {
-  const std::uint64_t four_times = std::uint64_t{two_lengths} * 0x0001000100010001;
-  StoreLittleEndian(to, four_times);
-  StoreLittleEndian(to + 8, four_times);
-}
-
-void Count(LengthCounts& counts, std::size_t length, std::size_t added) {
-  counts[length] = static_cast<std::uint16_t>(counts[length] + added);
-}
-
 }  // namespace
 
-LengthCounts CodeLengths::CountsWithout(const LengthCounts& part) const {
-  LengthCounts rest;
-  for (std::size_t length = 0; length < rest.size(); ++length)
-    rest[length] = static_cast<std::uint16_t>(counts_[length] + second_counts_[length] - part[length]);
-  return rest;
-}
-
-[[gnu::always_inline]] inline bool CodeLengths::AddAt(Place& place, std::uint32_t entry,
-                                                      std::uint32_t value) {
-  const bool is_run = (entry & kEntryMatch) != 0;
-  const std::size_t pair = (entry & kEntryPair) != 0 ? 1 : 0;
-  const std::size_t added = is_run ? value : 1 + pair;
-  if ((RepeatsLast(entry) && place.count == 0) || added > total_ - place.count) return false;
-  const unsigned repeated = (entry & kEntryEnd) != 0 ? 0u : place.last;
-  const unsigned two = is_run ? repeated * 0x101 : EntryValue(entry);
-  std::uint8_t* const to = &lengths_[place.count];
-  StoreEightTimes(two, to);
-  if (added > kFewRepeats) std::memset(to, static_cast<int>(repeated), added);
-  Count(counts_, two & 0xFF, added - pair);
-  Count(second_counts_, two >> 8, pair);
-  place.last = two >> 8 * pair & 0xFF;
-  place.count += added;
+[[gnu::always_inline]] inline bool CodeLengths::AddRun(std::size_t& count, std::uint32_t entry,
+                                                       std::size_t repeats) {
+  if ((RepeatsLast(entry) && count == 0) || repeats > total_ - count) return false;
+  std::uint8_t* const to = &lengths_[count];
+  const std::uint64_t length = RepeatsLast(entry) ? to[-1] : 0u, eight_times = length * 0x0101010101010101;
+  StoreLittleEndian(to, eight_times);
+  StoreLittleEndian(to + 8, eight_times);
+  if (repeats > kFewRepeats) std::memset(to, static_cast<int>(length), repeats);
+  count += repeats;
   return true;
 }
 
-bool CodeLengths::Add(std::uint32_t entry, std::uint32_t value) { return AddAt(place_, entry, value); }
+bool CodeLengths::Add(std::uint32_t entry, std::uint32_t value) {
+  if ((entry & kEntryMatch) != 0) return AddRun(count_, entry, value);
+  lengths_[count_++] = static_cast<std::uint8_t>(EntryValue(entry));
+  return true;
+}
 
-// Place and bits are copied, so that they stay in registers.
+// Count and bits are copied, so that they stay in registers.
 [[gnu::always_inline]] inline bool CodeLengths::AddManyInline(const CodeTable& table, FastBits& bits_now) {
   const RootEntries roots = table.roots();
   FastBits bits = bits_now;
-  Place place = place_;
-  bool sound = true;
-  while (sound && total_ - place.count >= 2 && bits.Refill(kInARow * kMostBits))
-    for (int i = 0; i < kInARow && sound && total_ - place.count >= 2; ++i) {
+  std::size_t count = count_;
+  const std::size_t total = total_;
+  while (total - count >= 2 && bits.Refill(kInARow * kMostBits))
+    for (int i = 0; i < kInARow && total - count >= 2; ++i) {
       const std::uint32_t entry = roots.For(bits.bits());
-      sound = AddAt(place, entry, EntryValueWithExtra(entry, bits.bits()));
+      if ((entry & kEntryMatch) == 0) {
+        StoreLittleEndian(&lengths_[count], static_cast<std::uint16_t>(EntryValue(entry)));
+        count += 1 + PairBit(entry);
+      } else if (!AddRun(count, entry, EntryValueWithExtra(entry, bits.bits()))) {
+        return false;
+      }
       bits.Drop(entry);
     }
   bits_now = bits;
-  place_ = place;
-  return sound;
+  count_ = count;
+  return true;
 }
 
 bool CodeLengths::AddManyPlain(const CodeTable& table, FastBits& bits) { return AddManyInline(table, bits); }

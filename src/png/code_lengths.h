@@ -16,36 +16,29 @@ class CodeLengths {
  public:
   explicit CodeLengths(std::size_t total) : total_(total) {}
 
-  std::size_t left() const { return total_ - place_.count; }
+  std::size_t left() const { return total_ - count_; }
   std::span<const std::uint8_t> all() const { return std::span(lengths_).first(total_); }
-  LengthCounts CountsWithout(const LengthCounts& part) const;
 
   // Whether `entry`, one of kLengthMeanings in a table, repeats a length where there is none yet.
-  bool LacksLast(std::uint32_t entry) const { return RepeatsLast(entry) && place_.count == 0; }
-  // Adds what `entry` says, `value` being its value with extra bits. False when that breaks a rule.
+  bool LacksLast(std::uint32_t entry) const { return RepeatsLast(entry) && count_ == 0; }
+  // Adds what `entry`, not a pair, says, `value` being its value with extra bits. False when that breaks a
+  // rule.
   bool Add(std::uint32_t entry, std::uint32_t value);
-  // Adds as many as `bits` allow, but for the very last one. `table` may have pairs.
+  // Adds as many as `bits` allow, but for the very last one.
   bool AddMany(const CodeTable& table, FastBits& bits);
 
  private:
   static constexpr std::size_t kFewRepeats = 16;  // always written, to spare a jump that can't be foreseen
-  // How far they have come.
-  struct Place {
-    std::size_t count = 0;
-    unsigned last = 0;  // the last length
-  };
 
   static bool RepeatsLast(std::uint32_t entry) { return (entry & (kEntryMatch | kEntryEnd)) == kEntryMatch; }
-  bool AddAt(Place& place, std::uint32_t entry, std::uint32_t value);
+  bool AddRun(std::size_t& count, std::uint32_t entry, std::size_t repeats);
   bool AddManyInline(const CodeTable& table, FastBits& bits);
   bool AddManyPlain(const CodeTable& table, FastBits& bits);
   bool AddManyBmi2(const CodeTable& table, FastBits& bits);
 
   std::size_t total_;
-  Place place_;
-  // The second of a pair is counted apart: a number that was only just stored is slow to read.
-  LengthCounts counts_{}, second_counts_{};
-  std::array<std::uint8_t, kLiteralSymbols + kDistanceSymbols + kFewRepeats> lengths_;
+  std::size_t count_ = 0;  // of those that have come
+  std::array<std::uint8_t, kLiteralSymbols + kDistanceSymbols + CodeTable::kSpill> lengths_;
 };
 
 }  // namespace marklet::png

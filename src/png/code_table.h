@@ -26,15 +26,12 @@ constexpr int kEntryValueShift = 16;
 constexpr unsigned EntryTaken(std::uint32_t entry) { return entry & kEntryTakenMask; }
 constexpr unsigned EntryLength(std::uint32_t entry) { return entry >> kEntryLengthShift & kEntryLengthMask; }
 constexpr unsigned EntryValue(std::uint32_t entry) { return entry >> kEntryValueShift; }
+constexpr std::uint32_t PairBit(std::uint32_t entry) { return entry / kEntryPair & 1; }
 // With the extra bits, which follow the code in `bits`.
 constexpr std::uint32_t EntryValueWithExtra(std::uint32_t entry, std::uint64_t bits) {
   const std::uint64_t taken = bits & ((std::uint64_t{1} << EntryTaken(entry)) - 1);
   return EntryValue(entry) + static_cast<std::uint32_t>(taken >> EntryLength(entry));
 }
-
-// How many symbols have a code of each length; those without a code at 0.
-using LengthCounts = std::array<std::uint16_t, kMaxCodeLength + 1>;
-LengthCounts CountLengths(std::span<const std::uint8_t> lengths);
 
 // The entries that are found directly, for loops that keep them in registers. 0 where the code is longer.
 struct RootEntries {
@@ -43,23 +40,21 @@ struct RootEntries {
   std::uint32_t For(std::uint64_t bits) const { return entries[static_cast<std::size_t>(bits) & mask]; }
 };
 
-// A complete prefix code. Codes up to so many bits are found directly; for a longer one there is a search by
-// length.
+// A complete prefix code. Codes up to so many bits are found directly, two literals at once where both codes
+// fit; for a longer one there is a search by length.
 class CodeTable {
  public:
   static constexpr int kMaxRootBits = 11;
 
   CodeTable() {}  // leaves the arrays as they are: clearing them would cost more than a small picture
 
-  // Takes the code lengths of symbols 0, 1, ... with their counts, and what each symbol means: an entry
-  // without its code's length. Up to kSpill bytes behind the lengths are read. Returns 0 for a complete code,
-  // a negative number for one with too many codes of some length, and a positive one for a code with gaps;
-  // the table is usable after 0 only. `longest` rises to the longest length.
-  static constexpr std::size_t kSpill = 15;
-  int Build(std::span<const std::uint8_t> lengths, const LengthCounts& counts,
-            std::span<const std::uint32_t> meanings, int max_root_bits, int& longest);
-  // Lets root entries stand for two literals where both codes fit. Pays where many symbols follow.
-  void JoinLiterals();
+  // Takes the code lengths of symbols 0, 1, ... and what each symbol means: an entry without its code's
+  // length. Up to kSpill bytes behind the lengths are read. Returns 0 for a complete code, a negative number
+  // for one with too many codes of some length, and a positive one for a code with gaps; the table is usable
+  // after 0 only. `longest` rises to the longest length.
+  static constexpr std::size_t kSpill = 63;
+  int Build(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings, int max_root_bits,
+            int& longest);
 
   // `bits` holds the stream's next bits from its lowest bit up, at least the longest code's length of them.
   // Never a pair.
@@ -69,11 +64,16 @@ class CodeTable {
   RootEntries roots() const { return {roots_.data(), root_mask_}; }
 
  private:
-  static constexpr int kMaxSymbols = 288;
+  // How many symbols have a code of each length; nothing at 0.
+  using LengthCounts = std::array<std::uint16_t, kMaxCodeLength + 1>;
+  class Literals;
 
+  static LengthCounts CountLengths(std::span<const std::uint8_t> lengths);
   void FillRoots(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
                  int root_bits);
   void SortLong(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings, int longest);
+
+  static constexpr int kMaxSymbols = 288;
 
   std::size_t root_mask_ = 0;
   LengthCounts counts_;

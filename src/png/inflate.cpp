@@ -12,9 +12,9 @@ namespace marklet::png {
 namespace {
 
 constexpr int kLiteralRootBits = 11, kDistanceRootBits = 8, kLengthRootBits = 7;
-// For a few bytes of input a big table costs more than it saves, and so do pairs of literals in it.
+// For a few bytes of input a big table costs more than it saves.
 constexpr int kShortLiteralRootBits = 10, kShortDistanceRootBits = 7;
-constexpr std::size_t kShortInput = 1500, kPairsPay = 3500;
+constexpr std::size_t kShortInput = 1500;
 
 // Between what was taken in a hurry and the stream's end, so that it shows in no result how that was done.
 // The exact decoder may be ahead of the codes by three bytes, it takes as many until that no longer depends
@@ -26,16 +26,15 @@ struct FixedTables {
   CodeTable literals, distances;
 
   FixedTables() {
-    std::array<std::uint8_t, kLiteralSymbols> lengths;
+    std::array<std::uint8_t, kLiteralSymbols + CodeTable::kSpill> lengths;
     std::fill_n(lengths.begin(), 144, std::uint8_t{8});
     std::fill_n(lengths.begin() + 144, 112, std::uint8_t{9});
     std::fill_n(lengths.begin() + 256, 24, std::uint8_t{7});
     std::fill_n(lengths.begin() + 280, 8, std::uint8_t{8});
     int longest = 0;
-    literals.Build(lengths, CountLengths(lengths), kLiteralMeanings, kLiteralRootBits, longest);
+    literals.Build(std::span(lengths).first(kLiteralSymbols), kLiteralMeanings, kLiteralRootBits, longest);
     std::fill_n(lengths.begin(), kDistanceSymbols, std::uint8_t{5});
-    const auto distance_lengths = std::span(lengths).first(kDistanceSymbols);
-    distances.Build(distance_lengths, CountLengths(distance_lengths), kDistanceMeanings, kDistanceRootBits,
+    distances.Build(std::span(lengths).first(kDistanceSymbols), kDistanceMeanings, kDistanceRootBits,
                     longest);
   }
 };
@@ -201,10 +200,8 @@ Inflater::Step Inflater::StartDynamic(const InflateWindow&) {
   }
   int longest = 0;
   CodeTable length_table;
-  if (length_table.Build(code_lengths, CountLengths(code_lengths), kLengthMeanings, kLengthRootBits,
-                         longest) != 0)
+  if (length_table.Build(code_lengths, kLengthMeanings, kLengthRootBits, longest) != 0)
     return Step::kBadTables;
-  length_table.JoinLiterals();
 
   CodeLengths lengths(literal_count + distance_count);
   if (const Step failure = ReadCodeLengths(length_table, longest, lengths); failure != Step::kSymbols)
@@ -214,18 +211,15 @@ Inflater::Step Inflater::StartDynamic(const InflateWindow&) {
 
 bool Inflater::BuildTables(const CodeLengths& lengths, std::size_t literal_count) {
   const std::size_t left = stream_.size() - input_position_;  // all of it, though there may be more blocks
-  const bool short_input = left < kShortInput;
-  const std::span<const std::uint8_t> literal_lengths = lengths.all().first(literal_count);
-  const std::span<const std::uint8_t> distance_lengths = lengths.all().subspan(literal_count);
-  const LengthCounts distance_counts = CountLengths(distance_lengths);
-  if (own_literals_.Build(literal_lengths, lengths.CountsWithout(distance_counts), kLiteralMeanings,
-                          short_input ? kShortLiteralRootBits : kLiteralRootBits, longest_literal_) != 0)
+  const int literal_bits = left < kShortInput ? kShortLiteralRootBits : kLiteralRootBits;
+  const std::span<const std::uint8_t> all = lengths.all();
+  if (own_literals_.Build(all.first(literal_count), kLiteralMeanings, literal_bits, longest_literal_) != 0)
     return false;
   // A lone distance code of one bit is refused here like any other gap.
-  if (own_distances_.Build(distance_lengths, distance_counts, kDistanceMeanings,
-                           short_input ? kShortDistanceRootBits : kDistanceRootBits, longest_distance_) != 0)
+  if (own_distances_.Build(all.subspan(literal_count), kDistanceMeanings,
+                           left < kShortInput ? kShortDistanceRootBits : kDistanceRootBits,
+                           longest_distance_) != 0)
     return false;
-  if (left >= kPairsPay) own_literals_.JoinLiterals();
   literals_ = &own_literals_;
   distances_ = &own_distances_;
   return true;

@@ -8,9 +8,8 @@ namespace {
 
 // Writes two bytes and counts one or both.
 [[gnu::always_inline]] inline std::uint8_t* PutLiteral(std::uint8_t* out, std::uint32_t entry) {
-  static_assert(kEntryPair == 1u << 12);
   StoreLittleEndian(out, static_cast<std::uint16_t>(EntryValue(entry)));
-  return out + 1 + (entry >> 12 & 1);
+  return out + 1 + PairBit(entry);
 }
 
 // Bits of the longest things that are taken between two refills, each with those that find the next root

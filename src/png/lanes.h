@@ -2,6 +2,8 @@
 // none.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #if defined(__SSE2__)
@@ -53,6 +55,36 @@ inline std::uint32_t EqualBytes(Bytes16 bytes, std::uint8_t value) {
   std::uint32_t mask = 0;
   for (int i = 0; i < 16; ++i) mask |= std::uint32_t{bytes[i] == value} << i;
   return mask;
+#endif
+}
+
+// Ones in this many bytes from the lowest on, at least one, and zeros above.
+inline Bytes16 FirstBytes(std::size_t count) {
+  static constexpr std::uint8_t kOnesThenZeros[32] = {255, 255, 255, 255, 255, 255, 255, 255,
+                                                      255, 255, 255, 255, 255, 255, 255, 255};
+  return LoadBytes16(kOnesThenZeros + 16 - std::min<std::size_t>(count, 16));
+}
+
+inline Bytes16 Greater(Bytes16 a, Bytes16 b) {
+#if defined(__SSE2__)
+  return Bytes16(_mm_max_epu8(__m128i(a), __m128i(b)));
+#else
+  return a > b ? a : b;
+#endif
+}
+inline std::uint8_t GreatestByte(Bytes16 bytes) {
+  std::uint8_t greatest = 0;
+  for (int i = 0; i < 16; ++i) greatest = std::max(greatest, bytes[i]);
+  return greatest;
+}
+inline std::uint16_t SumOfBytes(Bytes16 bytes) {
+#if defined(__SSE2__)
+  const __m128i sums = _mm_sad_epu8(__m128i(bytes), _mm_setzero_si128());
+  return static_cast<std::uint16_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
+#else
+  unsigned sum = 0;
+  for (int i = 0; i < 16; ++i) sum += bytes[i];
+  return static_cast<std::uint16_t>(sum);
 #endif
 }
 
