@@ -63,8 +63,7 @@ bool CodeLengths::AddManyPlain(const CodeTable& table, FastBits& bits) { return 
 
 bool CodeLengths::AddMany(const CodeTable& table, FastBits& bits) {
 #if defined(MARKLET_BMI2)
-  static const bool has_bmi2 = HasBmi2();
-  if (has_bmi2) return AddManyBmi2(table, bits);
+  if (TakesBmi2()) return AddManyBmi2(table, bits);
 #endif
   return AddManyPlain(table, bits);
 }

@@ -107,8 +107,7 @@ bool RunPlain(FastRun& run) { return RunInline(run); }
 
 bool FastRun::Run() {
 #if defined(MARKLET_BMI2)
-  static const bool has_bmi2 = HasBmi2();
-  if (has_bmi2) return RunBmi2(*this);
+  if (TakesBmi2()) return RunBmi2(*this);
 #endif
   return RunPlain(*this);
 }

@@ -1,13 +1,26 @@
 // What the processor can do beyond what everything is compiled for. Code that makes use of it exists twice,
-// out of one inline function, and the way is chosen once per process.
+// out of one inline function: the better form is chosen once, at run time, and both give the same bytes.
 #pragma once
-
-namespace marklet::png {
 
 #if defined(__x86_64__)
 #define MARKLET_BMI2 1
-// Shifts by a variable number that leave the flags alone.
-inline bool HasBmi2() { return __builtin_cpu_supports("bmi2"); }
 #endif
+
+namespace marklet::png {
+
+// Whether to shift by variable numbers in a way that leaves the flags alone.
+bool TakesBmi2();
+
+// For tests and measurements: takes the plain form until it ends, on all threads.
+class PlainFormOverride {
+ public:
+  PlainFormOverride();
+  ~PlainFormOverride();
+  PlainFormOverride(const PlainFormOverride&) = delete;
+  PlainFormOverride& operator=(const PlainFormOverride&) = delete;
+
+ private:
+  bool former_;
+};
 
 }  // namespace marklet::png

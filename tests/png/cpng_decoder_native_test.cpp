@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "png/png_files.h"
+#include "png/processor_forms.h"
 
 namespace marklet::png::test {
 namespace {
@@ -117,7 +118,11 @@ constexpr int kStrategies[] = {Z_DEFAULT_STRATEGY, Z_FILTERED, Z_HUFFMAN_ONLY, Z
 constexpr int kFilters[] = {PNG_FILTER_NONE, PNG_FILTER_SUB,   PNG_FILTER_UP,
                             PNG_FILTER_AVG,  PNG_FILTER_PAETH, PNG_ALL_FILTERS};
 
-TEST(CPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
+class CPngDecoderNative : public ProcessorFormTest {};
+
+MARKLET_FOR_PROCESSOR_FORMS(CPngDecoderNative);
+
+TEST_P(CPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
   Random random(31);
   for (const int type : {PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA, PNG_COLOR_TYPE_GRAY_ALPHA})
     for (const int depth : {8, 16})
@@ -138,7 +143,7 @@ TEST(CPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
           }
 }
 
-TEST(CPngDecoderNative, LargePictures) {
+TEST_P(CPngDecoderNative, LargePictures) {
   Random random(32);
   for (const int type : {PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA})
     for (const int depth : {8, 16})

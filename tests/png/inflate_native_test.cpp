@@ -8,6 +8,7 @@
 #include "png/inflate.h"
 #include "png/plain_inflate.h"
 #include "png/png_files.h"
+#include "png/processor_forms.h"
 
 namespace marklet::png::test {
 namespace {
@@ -68,7 +69,11 @@ Bytes Deflated(const Bytes& content, const Settings& settings, Random& random) {
   return out;
 }
 
-TEST(InflateNative, StreamsOfEveryLevelStrategyAndFlush) {
+class InflateNative : public ProcessorFormTest {};
+
+MARKLET_FOR_PROCESSOR_FORMS(InflateNative);
+
+TEST_P(InflateNative, StreamsOfEveryLevelStrategyAndFlush) {
   Random random(11);
   for (int level = 0; level <= 9; ++level)
     for (const int strategy : {Z_DEFAULT_STRATEGY, Z_FILTERED, Z_HUFFMAN_ONLY, Z_RLE, Z_FIXED})
@@ -86,7 +91,7 @@ TEST(InflateNative, StreamsOfEveryLevelStrategyAndFlush) {
 
 // Where both decoders take a stream they must agree. Ours stops early for some faults and not at all for
 // others.
-TEST(InflateNative, DamagedStreamsThatZlibStillTakes) {
+TEST_P(InflateNative, DamagedStreamsThatZlibStillTakes) {
   Random random(12);
   int taken = 0;
   for (int round = 0; round < 10000; ++round) {
