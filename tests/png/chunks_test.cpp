@@ -24,12 +24,6 @@ Bytes GoodFile(const Bytes& chunks_before_idat = {}) {
   return File(kHeader, StoredZlib(Rows()), chunks_before_idat);
 }
 
-Bytes FileOf(const std::vector<Bytes>& parts) {
-  Bytes file = Signature();
-  for (const Bytes& part : parts) Append(file, part);
-  return file;
-}
-
 const Bytes& GoodPixels() {
   static const Bytes pixels = Decoded(GoodFile());
   return pixels;

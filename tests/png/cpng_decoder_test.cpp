@@ -399,6 +399,42 @@ TEST(CPngDecoder, EmptyAndTinyStreamsGiveNoPicture) {
     EXPECT_EQ(Decoded(File({1, 1, 8, 6}, zlib)), Bytes());
 }
 
+// ---- a second file for the same decoder ----
+
+// Clears what the first one left but the fields that a load sets.
+TEST(CPngDecoder, SecondLoadStartsFromTheFieldsThatTheFirstOneLeft) {
+  CPngDecoder decoder;
+  Bytes first = FileOf({Chunk("IHDR", Header{2, 2, 8, 6}.Payload()), Chunk("tRNS", {1}), Chunk("tEXt", {65}),
+                        Chunk("gAMA", {0, 0, 0, 7}), Chunk("IDAT", StoredZlib(Bytes(18))), Chunk("IEND")});
+  decoder.LoadFromMemory(first);
+  EXPECT_TRUE(decoder.Fields().HasTransparency);
+  const Bytes former = PixelsOfBitmap(decoder);
+  ASSERT_FALSE(former.empty());
+
+  Bytes bad = {1, 2, 3};
+  decoder.LoadFromMemory(bad);
+  EXPECT_EQ(decoder.Width(), 2);
+  EXPECT_EQ(decoder.ColorType(), 6);
+  EXPECT_EQ(decoder.Fields().GammaValue, 7);
+  EXPECT_FALSE(decoder.Fields().HasTransparency);
+  EXPECT_EQ(decoder.Fields().TransparencyBytes, Bytes{1});
+  EXPECT_EQ(PixelsOfBitmap(decoder), former);
+
+  Bytes text = FileOf({Chunk("tEXt", {66}), Chunk("IEND")});
+  decoder.LoadFromMemory(text);
+  EXPECT_EQ(decoder.Fields().TextBlock, std::string("A\0B\0", 4));
+}
+
+TEST(CPngDecoder, SecondPictureTakesThePlaceOfTheFirst) {
+  CPngDecoder decoder;
+  Bytes first = FileOfSamples({2, 2, 8, 6}, Bytes(16, 3));
+  decoder.LoadFromMemory(first);
+  const Bytes second = FileOfSamples({3, 1, 8, 2}, {1, 2, 3, 4, 5, 6, 7, 8, 9});
+  Bytes scratch = second;
+  decoder.LoadFromMemory(scratch);
+  EXPECT_EQ(PixelsOfBitmap(decoder), Decoded(second));
+}
+
 // ---- files ----
 
 class CPngDecoderFile : public testing::Test {
@@ -429,6 +465,25 @@ TEST_F(CPngDecoderFile, MissingLeavesAnEmptyFileAndNoPicture) {
   EXPECT_EQ(decoder.BitmapHandle(), nullptr);
   ASSERT_TRUE(std::filesystem::exists(path_));
   EXPECT_EQ(std::filesystem::file_size(path_), 0u);
+}
+
+TEST_F(CPngDecoderFile, ThatMayOnlyBeReadIsDecodedAllTheSame) {
+  const Bytes file = FileOfSamples({2, 2, 8, 6}, Bytes(16, 3));
+  Write(file);
+  std::filesystem::permissions(path_, std::filesystem::perms::owner_read);
+  CPngDecoder decoder;
+  decoder.LoadFromFile(path_.u16string());
+  std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
+  EXPECT_EQ(PixelsOfBitmap(decoder), Decoded(file));
+}
+
+TEST_F(CPngDecoderFile, MayHaveANameInAnyAlphabet) {
+  path_ = std::filesystem::temp_directory_path() / u"marklet-\u03B5\u03B9\u03BA\u03CC\u03BD\u03B1-\u56FE.png";
+  const Bytes file = FileOfSamples({2, 2, 8, 6}, Bytes(16, 3));
+  Write(file);
+  CPngDecoder decoder;
+  decoder.LoadFromFile(path_.u16string());
+  EXPECT_EQ(PixelsOfBitmap(decoder), Decoded(file));
 }
 
 TEST_F(CPngDecoderFile, ThatIsBadIsNotHeldOpen) {

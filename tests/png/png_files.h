@@ -61,6 +61,13 @@ struct Header {
   std::size_t RowBytes() const { return (width * BitsPerPixel() + 7) / 8; }
 };
 
+// A file of these chunks.
+inline Bytes FileOf(const std::vector<Bytes>& parts) {
+  Bytes file = Signature();
+  for (const Bytes& part : parts) Append(file, part);
+  return file;
+}
+
 // A deflate stream of stored blocks, behind a zlib header and before a checksum that nobody reads.
 inline Bytes StoredZlib(const Bytes& data) {
   Bytes stream = {0x78, 0x01};
