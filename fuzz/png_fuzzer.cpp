@@ -1,12 +1,14 @@
-// PNG files of any kind, sound or broken, from their bytes to a bitmap. Small ones are held against the slow
-// decoder of the tests.
+// PNG files of any kind, sound or broken, from their bytes to a bitmap, in both forms of the code that suits
+// processors best. Small ones are held against the slow decoder of the tests.
 #include <cstdint>
+#include <utility>
 
 #include "fuzz/fuzzers.h"
 #include "fuzz/require.h"
 #include "png/cpng_decoder.h"
 #include "png/plain_decoder.h"
 #include "png/png_files.h"
+#include "png/processor.h"
 
 namespace marklet {
 namespace {
@@ -18,14 +20,29 @@ bool IsCheap(const CPngDecoder& decoder) {
   return width <= kMostPixels && height <= kMostPixels && width * height <= kMostPixels;
 }
 
-void CheckPixels(const png::test::Bytes& pixels, const png::test::Bytes& file) {
+void CheckFields(const CPngDecoder& decoder, const png::plain::Decoder& expected) {
+  Require(decoder.Width() == expected.width && decoder.Height() == expected.height &&
+              decoder.BitDepth() == expected.bit_depth && decoder.ColorType() == expected.color_type &&
+              decoder.CompressionMethod() == expected.compression &&
+              decoder.InterlaceMethod() == expected.interlace && decoder.Fields().TextBlock == expected.text,
+          "the fields are not those of the slow decoder");
+}
+
+void Check(const CPngDecoder& decoder, const png::test::Bytes& pixels, const png::test::Bytes& file) {
   try {
-    const auto expected = png::plain::Decoder().Decode(file);
+    png::plain::Decoder slow;
+    const auto expected = slow.Decode(file);
+    CheckFields(decoder, slow);
     Require(pixels == (expected ? expected->pixels : png::test::Bytes()),
             "the pixels are not those of the slow decoder");
   } catch (const png::plain::Unsettled&) {
     // No result is right or wrong; it only had to end.
   }
+}
+
+png::test::Bytes PixelsInPlainForm(png::test::Bytes file) {
+  const png::PlainFormOverride plain_form;
+  return png::test::Decoded(std::move(file));
 }
 
 }  // namespace
@@ -35,7 +52,9 @@ void FuzzPng(std::span<const std::uint8_t> input) {
   png::test::Bytes scratch = file;
   CPngDecoder decoder;
   decoder.LoadFromMemory(scratch);
-  if (IsCheap(decoder)) CheckPixels(png::test::PixelsOfBitmap(decoder), file);
+  const png::test::Bytes pixels = png::test::PixelsOfBitmap(decoder);
+  Require(pixels == PixelsInPlainForm(file), "the plain form gives other pixels");
+  if (IsCheap(decoder)) Check(decoder, pixels, file);
 }
 
 }  // namespace marklet
