@@ -25,6 +25,8 @@ void LoadAndSaveAgain(PropertyBag& bag, bool paints) {
   HostedControl first, second;
   first.host.has_surface = second.host.has_surface = paints;
   first.host.parent = second.host.parent = nullptr;
+  // A caption that sizes its control in a font of 32,767 points is no more than a form can hold.
+  first.host.largest_side = second.host.largest_side = 1000;
   first.control.ReadProperties(bag);
   SavedBag saved, again;
   Save(first, saved);

@@ -74,13 +74,13 @@ HDC FakeHost::hDC() {
 
 void FakeHost::PutWidth(double twips) {
   log.push_back(Print("Width(%g)", twips));
-  scale_width = twips / twips_per_pixel;
+  scale_width = std::min(twips / twips_per_pixel, largest_side);
   if (on_resize) on_resize();
 }
 
 void FakeHost::PutHeight(double twips) {
   log.push_back(Print("Height(%g)", twips));
-  scale_height = twips / twips_per_pixel;
+  scale_height = std::min(twips / twips_per_pixel, largest_side);
   if (on_resize) on_resize();
 }
 

@@ -50,6 +50,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
 
   FakeAmbient ambient;
   double scale_width = 100, scale_height = 50;  // pixels
+  double largest_side = 32767;                  // pixels that the control may grow to, either way
   double twips_per_pixel = 15;
   HWND window = nullptr;
   std::shared_ptr<FakeParent> parent;
