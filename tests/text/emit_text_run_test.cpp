@@ -162,6 +162,21 @@ TEST_F(EmitTextRunTest, SetsTheTextColour) {
   EXPECT_EQ(GetTextColor(canvas_.dc()), MakeRgb(4, 5, 6));
 }
 
+TEST(CaptionStyle, IsEmptyAtFirstButForTheColourOfTheText) {
+  const CaptionStyle style;
+  EXPECT_FALSE(style.RightToLeft);
+  EXPECT_FALSE(style.SingleLine);
+  EXPECT_EQ(style.Alignment, 0);
+  EXPECT_EQ(style.VerticalAlignment, 0);
+  EXPECT_EQ(style.ForeColor, 0x80000008u);
+  EXPECT_EQ(style.BackColor, 0u);
+  EXPECT_EQ(style.EffectColor, 0u);
+  EXPECT_EQ(style.Font, nullptr);
+  EXPECT_EQ(style.TextEffect, effectNone);
+  EXPECT_EQ(style.SurfaceDC, nullptr);
+  EXPECT_EQ(style.TextHeight, 0);
+}
+
 TEST_F(EmitTextRunTest, LeavesNoBoxBehindTheTextOfAnOpaqueContext) {
   SetBkMode(canvas_.dc(), 2);
   SetBkColor(canvas_.dc(), MakeRgb(255, 255, 0));
