@@ -101,6 +101,16 @@ TEST_F(MarkupCaption, HandsACaptionWithoutMarkupOverWhole) {
   EXPECT_TRUE(Lines("SelectObject").empty());
 }
 
+TEST_F(MarkupCaption, WithoutMarkupChangesTheCallersStyleAndRectangle) {
+  const PlayedSystem xp(generation::kXP);
+  style_.Alignment = 3;
+  style_.VerticalAlignment = 3;
+  RECT rect = rect_;
+  DrawMarkupCaption(canvas_.dc(), u"plain", rect, style_);
+  EXPECT_EQ(style_.TextHeight, Height(u"plain"));
+  EXPECT_EQ(rect.top, rect_.bottom - style_.TextHeight) << "the shaping route moves it";
+}
+
 TEST_F(MarkupCaption, LeavesTheStyleAndTheFontOfTheCallerAlone) {
   Draw(u"<b><i><c=FF0000><f=Arial>x<sub>y");
   EXPECT_EQ(style_.ForeColor, MakeRgb(0x11, 0x22, 0x33));
@@ -278,6 +288,16 @@ TEST_F(MarkupCaption, MovesDownByAParagraphAndALine) {
   EXPECT_EQ(runs_[2].rect.top, LineStep() + ParagraphStep());
 }
 
+TEST_F(MarkupCaption, MeasuresALineAndAParagraphInTheFontInForce) {
+  Draw(u"<sup><p>a<.>b");
+  ASSERT_EQ(runs_.size(), 2u);
+  EXPECT_EQ(runs_[0].rect.top, Height(u" ", 6) + LineStep(6));
+  EXPECT_EQ(runs_[1].rect.top, Height(u" ", 6) + 2 * LineStep(6));
+  ASSERT_GE(Lines("GetTextExtentPoint32W").size(), 3u);
+  EXPECT_EQ(Lines("GetTextExtentPoint32W")[1], "GetTextExtentPoint32W(\" \")");
+  EXPECT_EQ(Lines("GetTextExtentPoint32W")[2], "GetTextExtentPoint32W(\"\u00C5y\")");
+}
+
 TEST_F(MarkupCaption, ReturnsToZeroBeforeTheFirstWrapAndToTheLeftAfterIt) {
   rect_ = {30, 0, 400, 300};
   Draw(u"a<.>b<p>c");
@@ -355,6 +375,16 @@ TEST_F(MarkupCaption, MakesNoLineBreakOfLineEnds) {
   Draw(u"<b></b>a\r\nb");
   ASSERT_EQ(runs_.size(), 3u);
   for (const DrawnRun& run : runs_) EXPECT_EQ(run.rect.top, 0);
+  EXPECT_EQ(runs_[0].text, "a\\u000D");
+  EXPECT_EQ(runs_[1].text, "\\u000A");
+}
+
+TEST_F(MarkupCaption, HandsMarksAndEntitiesOverAsTheyStand) {
+  Draw(u"<b></b>&a &amp; &&");
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[0].text, "&a ");
+  EXPECT_EQ(runs_[1].text, "&amp; ");
+  EXPECT_EQ(runs_[2].text, "&&");
 }
 
 TEST_F(MarkupCaption, IgnoresWordWrapVerticalAndMostHorizontalAlignment) {
@@ -421,6 +451,15 @@ TEST_F(MarkupCaption, ReturnsToTheRightEdgeWithABreakTagWhenRightJustified) {
   EXPECT_EQ(runs_[0].rect.top, 5 + LineStep() + Height(u"x"));
 }
 
+TEST_F(MarkupCaption, FindsTheRightEdgeByTheSystemsOwnMeasure) {
+  style_.Alignment = 1;
+  Draw(u"<b></b>");
+  EXPECT_EQ(Lines("GetTextExtentPoint32W").front(), "GetTextExtentPoint32W(\"\")");
+  const PlayedSystem bytes(generation::kWindows95);
+  Draw(u"<b></b>");
+  EXPECT_EQ(Lines("GetTextExtentPoint32A"), std::vector<std::string>{"GetTextExtentPoint32A(\"\",0)"});
+}
+
 TEST_F(MarkupCaption, KeepsReadingRightToLeftInItsRuns) {
   style_.RightToLeft = true;
   Draw(u"<b></b>x");
@@ -435,6 +474,12 @@ TEST_F(MarkupCaption, AdvancesByTwoWidthsForATabOfItsOwn) {
   ASSERT_EQ(runs_.size(), 1u);
   EXPECT_EQ(runs_[0].text, "x");
   EXPECT_EQ(runs_[0].rect.left, Width(u"WW"));
+}
+
+TEST_F(MarkupCaption, MeasuresATabInTheFontInForce) {
+  Draw(u"<b></b><sup>\tx");
+  ASSERT_EQ(runs_.size(), 1u);
+  EXPECT_EQ(runs_[0].rect.left, Width(u"WW", 6));
 }
 
 TEST_F(MarkupCaption, HandsATabThatLeadsAWordOverWithoutShaping) {
@@ -483,13 +528,33 @@ TEST_F(MarkupOverhang, MovesThePenBeforeAnItalicTag) {
   EXPECT_EQ(runs_[1].rect.left, Width(u"iff", 30) + trail);
 }
 
-TEST_F(MarkupOverhang, IsLeftOutBeforeAnItalicTagThatIsTheLastToken) {
-  const Long trail = canvas_.Trail(*FontOf(30), 'f');
-  ASSERT_NE(trail, 0);
-  Draw(u"<b></b>iff<i>");
-  Draw(u"<b></b>iff<b>x");
-  ASSERT_EQ(runs_.size(), 2u);
-  EXPECT_GE(runs_[1].rect.left, Width(u"iff", 30)) << "another tag doesn't count";
+TEST_F(MarkupOverhang, IsLeftOutBeforeAnotherTag) {
+  ASSERT_NE(canvas_.Trail(*FontOf(30), 'f'), 0);
+  for (const char16_t* caption : {u"<b></b>iff<u>x", u"<b></b>iff</i>x", u"<b></b>iff<I>x"}) {
+    Draw(caption);
+    ASSERT_GE(runs_.size(), 2u);
+    EXPECT_EQ(runs_[1].rect.left, Width(u"iff", 30));
+  }
+}
+
+TEST_F(MarkupOverhang, IsLeftOutWhenTheLastCharacterHasNone) {
+  ASSERT_NE(canvas_.Trail(*FontOf(30), 'f'), 0);
+  Recorder recorder;
+  recorder.Fail("GetCharABCWidthsA", 1);
+  DrawRecorded(u"<b></b>iff<i>x</i>y", recorder);
+  EXPECT_EQ(Lines("GetCharABCWidthsA").size(), 2u);
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[1].rect.left, Width(u"iff", 30));
+}
+
+TEST_F(MarkupOverhang, IsAskedForByTheCodePagesCodes) {
+  Draw(u"<b></b>\u00E9b\u20AC \u03A9bc");
+  EXPECT_EQ(Lines("GetCharABCWidthsA"),
+            (std::vector<std::string>{"GetCharABCWidthsA(233)", "GetCharABCWidthsA(32)",
+                                      "GetCharABCWidthsA(63)", "GetCharABCWidthsA(99)"}))
+      << "a question mark stands for what the code page lacks";
+  Draw(u"<b></b>ab\u20AC");
+  EXPECT_EQ(Lines("GetCharABCWidthsA").back(), "GetCharABCWidthsA(128)");
 }
 
 TEST_F(MarkupOverhang, MovesThePenBehindTheLastTokenButOneInsideItalic) {
@@ -617,6 +682,14 @@ TEST_F(MarkupCaption, DrawsALinkBlueAndUnderlined) {
   EXPECT_EQ(runs_[2].font, "font(\"Tahoma\",-13,400,\"\")");
 }
 
+TEST_F(MarkupCaption, TurnsTheUnderlineOffWithALinkOnAnUnderlinedFont) {
+  style_.Font->PutUnderline(true);
+  Draw(u"<b></b><a>b</a>c");
+  ASSERT_EQ(runs_.size(), 2u);
+  EXPECT_EQ(runs_[0].font, "font(\"Tahoma\",-13,400,\"\")");
+  EXPECT_EQ(runs_[1].font, "font(\"Tahoma\",-13,400,\"u\")");
+}
+
 TEST_F(MarkupCaption, SharesOneSavedColourBetweenLinkAndColour) {
   Draw(u"a<c=FF0000>b<a>c</c>d</a>e");
   ASSERT_EQ(runs_.size(), 5u);
@@ -688,6 +761,12 @@ TEST_F(MarkupCaption, TakesNoWordForAFontTagThatDoesNotEndInABracket) {
   EXPECT_EQ(runs_[2].font, Named("Tahoma"));
 }
 
+TEST_F(MarkupCaption, LooksForAFontTagBeforeAColourTag) {
+  Draw(u"x <c=<f=>");
+  ASSERT_EQ(runs_.size(), 1u);
+  EXPECT_EQ(Lines("SelectObject").back(), "SelectObject(" + Named("<c=") + ")");
+}
+
 TEST_F(MarkupCaption, TakesEveryOpenerAndBracketOutOfAFontName) {
   // Taken out once from left to right: what closes up to a new opener stays.
   Draw(u"<f=a<f=b<f<f==c>x");
@@ -748,6 +827,21 @@ TEST_F(MarkupSplit, EndsWhenNothingIsLeft) {
   for (std::size_t at = 0; at < kWord.size(); ++at)
     EXPECT_EQ(runs_[at].rect.top, static_cast<Long>(at) * Step());
   EXPECT_EQ(runs_.back().text, "x");
+}
+
+TEST_F(MarkupSplit, CutsAtTheRightEdgeAndOutlinesOneLineWhenRightJustified) {
+  rect_ = {0, 10, 200, 300};
+  style_.Alignment = 1;
+  Draw(u"<b></b>\u05D0\u05D1");
+  // Nothing fits at the right edge before nothing is left, which then takes the new line.
+  ASSERT_EQ(runs_.size(), 2u);
+  for (Long at = 0; at < 2; ++at) {
+    EXPECT_EQ(runs_[std::size_t(at)].rect.left, 200);
+    EXPECT_EQ(runs_[std::size_t(at)].rect.top, 10 + at * Step());
+  }
+  EXPECT_EQ(Lines("CreatePen").size(), 1u);
+  EXPECT_EQ(Lines("MoveToEx").front(),
+            "MoveToEx(200," + std::to_string(10 + 2 * Step() + Height(u"") - 1) + ")");
 }
 
 TEST_F(MarkupSplit, MeasuresEachPieceAndThenWhatIsLeft) {

@@ -236,6 +236,17 @@ TEST_F(TextEffectLayers, TakeTheirTonesFromTheBackgroundWithoutASurface) {
   EXPECT_EQ(runs[0].colour, kEffect) << "the stroke has no tones";
 }
 
+TEST_F(TextEffectLayers, KeepABackgroundThatCannotBeTranslatedAsMinusOne) {
+  style_.BackColor = 0x44000000;
+  style_.TextEffect = effectHollow;
+  const std::vector<DrawnRun> runs = Draw(u"x");
+  ASSERT_EQ(runs.size(), 16u);
+  EXPECT_EQ(runs.back().colour, "0xFFFFFFFF");
+  style_.SurfaceDC = nullptr;
+  style_.TextEffect = effectEmboss;
+  EXPECT_EQ(Draw(u"x").size(), 5u) << "its shades are then found all the same";
+}
+
 TEST_F(TextEffectLayers, AreMeasuredOnceARunOnACopy) {
   style_.TextEffect = effectStroke;
   Draw(u"<b>one two");
