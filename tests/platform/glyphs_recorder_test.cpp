@@ -1,5 +1,7 @@
 // How text looks with the pinned fonts.
+#include <ctime>
 #include <set>
+#include <string>
 
 #include "platform/test_picture.h"
 #include "platform/uniscribe.h"
@@ -54,6 +56,16 @@ TEST_F(Glyphs, OfAFaceThatIsNotThereAreThoseOfNoFace) {
     EXPECT_EQ(Drawn(u"Total \u05D0 \u4E2D", Record(name)), none)
         << testing::PrintToString(std::u16string(name));
   }
+}
+
+TEST_F(Glyphs, OfThousandsOfFacesThatAreNotThereAreFoundAtOnce) {
+  const std::clock_t start = std::clock();
+  for (int number = 0; number < 5000; ++number) {
+    const std::string digits = std::to_string(number);
+    const LOGFONTW record = Record(std::u16string(digits.begin(), digits.end()).c_str());
+    ASSERT_GT(WidthOf(u"x", record), 0);
+  }
+  EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
 }
 
 TEST_F(Glyphs, OfAFaceAreItsOwnHoweverItsNameIsWritten) {
