@@ -24,9 +24,10 @@ RECT InkOf(const Canvas& canvas) {
   PixelsOf(canvas.dc(), view);
   RECT ink{kMax, kMax, kMin, kMin};
   for (Long y = 0; y < view.height; ++y) {
-    const std::uint8_t* row = view.bits + (view.height - 1 - y) * view.stride;
+    const std::uint8_t* row = view.bits + std::ptrdiff_t{view.height - 1 - y} * view.stride;
     for (Long x = 0; x < view.width; ++x) {
-      if (row[x * 3] == 255 && row[x * 3 + 1] == 255 && row[x * 3 + 2] == 255) continue;
+      const std::uint8_t* pixel = row + std::ptrdiff_t{x} * 3;
+      if (pixel[0] == 255 && pixel[1] == 255 && pixel[2] == 255) continue;
       ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
              std::max(ink.bottom, y + 1)};
     }
@@ -183,7 +184,7 @@ TEST_F(EmitTextRunTest, LeavesNoBoxBehindTheTextOfAnOpaqueContext) {
   Emit(u"Total");
   EXPECT_NE(InkOf(canvas_), RECT{});
   const auto pixels = canvas_.Pixels();
-  for (std::size_t i = 0; i + 2 < kWidth * kHeight * 3; i += 3) {
+  for (std::size_t i = 0; i + 2 < std::size_t{kWidth} * kHeight * 3; i += 3) {
     const bool yellow = pixels[i] == 0 && pixels[i + 1] == 255 && pixels[i + 2] == 255;
     ASSERT_FALSE(yellow) << i / 3;
   }
