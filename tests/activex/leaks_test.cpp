@@ -5,11 +5,14 @@
 #include "activex/memory.h"
 #include "activex/saving.h"
 #include "support/gdi_handles.h"
+#include "support/user_handles.h"
 
 namespace ocx_test {
 namespace {
 
 constexpr int kWarmUp = 20, kCycles = 200;
+// What the session's other programs may do meanwhile. One handle a life would be many times as much.
+constexpr int kUserSlack = 10;
 
 // Everything that takes handles or references: fonts, pictures, contexts, sinks, pictures drawn.
 void OneLife(int number) {
@@ -41,10 +44,11 @@ void OneLife(int number) {
 
 TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
   for (int i = 0; i < kWarmUp; ++i) OneLife(i);
-  const int before = marklet::CountGdiHandles();
+  const int before = marklet::CountGdiHandles(), user_before = marklet::CountUserHandles();
   const auto bytes_before = HeapBytesInUse();
   for (int i = 0; i < kCycles; ++i) OneLife(i);
   EXPECT_EQ(before, marklet::CountGdiHandles());
+  EXPECT_GE(user_before + kUserSlack, marklet::CountUserHandles());
   const auto bytes_after = HeapBytesInUse();
   EXPECT_LT(bytes_after, bytes_before + std::size_t{kCycles} * 8) << bytes_before << " to " << bytes_after;
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
@@ -71,10 +75,11 @@ TEST(Leaks, ManyLivesInOneContainerLeaveNothing) {
     container.log.clear();
   };
   for (int i = 0; i < kWarmUp; ++i) live(i);
-  const int handles = marklet::CountGdiHandles();
+  const int handles = marklet::CountGdiHandles(), user_handles = marklet::CountUserHandles();
   const auto bytes_before = HeapBytesInUse();
   for (int i = 0; i < kLives; ++i) live(i);
   EXPECT_EQ(handles, marklet::CountGdiHandles());
+  EXPECT_GE(user_handles + kUserSlack, marklet::CountUserHandles());
   const auto bytes_after = HeapBytesInUse();
   EXPECT_LT(bytes_after, bytes_before + std::size_t{kLives} * 8) << bytes_before << " to " << bytes_after;
   EXPECT_EQ(nullptr, GetWindow(container.Window(), GW_CHILD));
@@ -82,7 +87,54 @@ TEST(Leaks, ManyLivesInOneContainerLeaveNothing) {
   EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
 }
 
-// The counter itself must be worth something.
+// The counters themselves must be worth something.
+TEST(Leaks, TheCounterSeesEveryKindOfUserHandle) {
+  constexpr int kMany = 50;
+  struct Kind {
+    const char* name;
+    HANDLE (*make)();
+    void (*destroy)(HANDLE);
+  };
+  const Kind kinds[] = {
+      {"hidden window",
+       [] {
+         return static_cast<HANDLE>(
+             CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
+       },
+       [](HANDLE handle) { DestroyWindow(static_cast<HWND>(handle)); }},
+      {"message window",
+       [] {
+         return static_cast<HANDLE>(
+             CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 1, 1, HWND_MESSAGE, nullptr, nullptr, nullptr));
+       },
+       [](HANDLE handle) { DestroyWindow(static_cast<HWND>(handle)); }},
+      {"menu", [] { return static_cast<HANDLE>(CreatePopupMenu()); },
+       [](HANDLE handle) { DestroyMenu(static_cast<HMENU>(handle)); }},
+      {"accelerators",
+       [] {
+         ACCEL key = {FALT, 'k', 1};
+         return static_cast<HANDLE>(CreateAcceleratorTableW(&key, 1));
+       },
+       [](HANDLE handle) { DestroyAcceleratorTable(static_cast<HACCEL>(handle)); }},
+      {"icon",
+       [] {
+         const BYTE mask[32 * 4] = {};
+         return static_cast<HANDLE>(CreateIcon(nullptr, 32, 32, 1, 1, mask, mask));
+       },
+       [](HANDLE handle) { DestroyIcon(static_cast<HICON>(handle)); }},
+  };
+  for (const Kind& kind : kinds) {
+    SCOPED_TRACE(kind.name);
+    kind.destroy(kind.make());
+    const int before = marklet::CountUserHandles();
+    std::vector<HANDLE> handles;
+    for (int i = 0; i < kMany; ++i) handles.push_back(kind.make());
+    EXPECT_NEAR(before + kMany, marklet::CountUserHandles(), kUserSlack);
+    for (const HANDLE handle : handles) kind.destroy(handle);
+    EXPECT_NEAR(before, marklet::CountUserHandles(), kUserSlack);
+  }
+}
+
 TEST(Leaks, TheCounterSeesAHandle) {
   const int before = marklet::CountGdiHandles();
   const HBRUSH brush = CreateSolidBrush(0x123456);
