@@ -1,6 +1,10 @@
 #include "activex/font.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <memory>
+#include <utility>
 
 #include "activex/boundary.h"
 #include "activex/com_object.h"
@@ -11,25 +15,91 @@ namespace {
 
 constexpr double kCurrencyUnits = 10000;  // of a point
 
-// Reads one property of the platform's font into ours; a property that can't be read stays as it was.
+// --- One property after the other -------------------------------------------------------------------------
+
 template <typename Native, typename Put>
-void Copy(IFont& from, HRESULT (STDMETHODCALLTYPE IFont::*get)(Native*), Put put) {
+void Read(IFont& from, HRESULT (STDMETHODCALLTYPE IFont::*get)(Native*), Put put) {
   Native value{};
   if (SUCCEEDED((from.*get)(&value))) put(value);
 }
 
-void CopyFont(IFont& from, StdFont& to) {
+void ReadName(IFont& from, StdFont& to) {
   BstrResult name;
   if (SUCCEEDED(from.get_Name(name.Out()))) to.PutName(FromBstr(name.Get()));
-  Copy(from, &IFont::get_Size,
-       [&](const CY& size) { to.PutSize(static_cast<double>(size.int64) / kCurrencyUnits); });
-  Copy(from, &IFont::get_Bold, [&](BOOL bold) { to.PutBold(bold != FALSE); });
-  Copy(from, &IFont::get_Weight, [&](SHORT weight) { to.PutWeight(weight); });
-  Copy(from, &IFont::get_Italic, [&](BOOL italic) { to.PutItalic(italic != FALSE); });
-  Copy(from, &IFont::get_Underline, [&](BOOL underline) { to.PutUnderline(underline != FALSE); });
-  Copy(from, &IFont::get_Strikethrough, [&](BOOL strike) { to.PutStrikethrough(strike != FALSE); });
-  Copy(from, &IFont::get_Charset, [&](SHORT charset) { to.PutCharset(static_cast<std::uint8_t>(charset)); });
 }
+void WriteName(const StdFont& from, IFont& to) {
+  BstrResult name;
+  *name.Out() = NewBstr(from.Name());
+  to.put_Name(name.Get());
+}
+
+void ReadSize(IFont& from, StdFont& to) {
+  Read(from, &IFont::get_Size,
+       [&](const CY& size) { to.PutSize(static_cast<double>(size.int64) / kCurrencyUnits); });
+}
+void WriteSize(const StdFont& from, IFont& to) {
+  CY size = {};
+  size.int64 = std::llround(from.Size() * kCurrencyUnits);
+  to.put_Size(size);
+}
+
+// A property, with its number in notifications. One that can't be read or set stays as it was.
+struct Member {
+  DISPID id;
+  bool (*same)(const StdFont& a, const StdFont& b);
+  void (*read)(IFont& from, StdFont& to);
+  void (*write)(const StdFont& from, IFont& to);
+};
+
+template <auto Getter>
+bool Same(const StdFont& a, const StdFont& b) {
+  return (a.*Getter)() == (b.*Getter)();
+}
+
+// Bold stands before the weight, which it changes.
+constexpr Member kMembers[] = {
+    {DISPID_FONT_NAME, Same<&StdFont::Name>, ReadName, WriteName},
+    {DISPID_FONT_SIZE, Same<&StdFont::Size>, ReadSize, WriteSize},
+    {DISPID_FONT_BOLD, Same<&StdFont::Bold>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Bold, [&](BOOL bold) { to.PutBold(bold != FALSE); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Bold(from.Bold()); }},
+    {DISPID_FONT_WEIGHT, Same<&StdFont::Weight>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Weight, [&](SHORT weight) { to.PutWeight(weight); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Weight(static_cast<SHORT>(from.Weight())); }},
+    {DISPID_FONT_ITALIC, Same<&StdFont::Italic>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Italic, [&](BOOL italic) { to.PutItalic(italic != FALSE); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Italic(from.Italic()); }},
+    {DISPID_FONT_UNDER, Same<&StdFont::Underline>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Underline, [&](BOOL underline) { to.PutUnderline(underline != FALSE); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Underline(from.Underline()); }},
+    {DISPID_FONT_STRIKE, Same<&StdFont::Strikethrough>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Strikethrough, [&](BOOL strike) { to.PutStrikethrough(strike != FALSE); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Strikethrough(from.Strikethrough()); }},
+    {DISPID_FONT_CHARSET, Same<&StdFont::Charset>,
+     [](IFont& from, StdFont& to) {
+       Read(from, &IFont::get_Charset,
+            [&](SHORT charset) { to.PutCharset(static_cast<std::uint8_t>(charset)); });
+     },
+     [](const StdFont& from, IFont& to) { to.put_Charset(from.Charset()); }},
+};
+
+// --- Objects ----------------------------------------------------------------------------------------------
+
+// Ends a font that was read from an object, and keeps the object until then.
+struct WithObject {
+  ComPtr<IFont> object;
+  void operator()(StdFont* font) const { delete font; }
+};
 
 ComPtr<IFont> MakeObject(const StdFont& font) {
   std::wstring name = Wide(font.Name());
@@ -47,68 +117,109 @@ ComPtr<IFont> MakeObject(const StdFont& font) {
   return object;
 }
 
-// Hears of changes to the platform's font and repeats them on ours. The picture isn't drawn anew by it: that
-// is for the setter that assigns a font.
-class FontListener final : public ComObject<IPropertyNotifySink> {
- public:
-  FontListener(IFont& object, FontRef font) : object_(object), font_(std::move(font)) {}
+}  // namespace
 
-  STDMETHODIMP OnChanged(DISPID) override {
-    return Guarded([this] {
-      CopyFont(object_, *font_);
+bool SameFont(const StdFont& a, const StdFont& b) {
+  return std::all_of(std::begin(kMembers), std::end(kMembers),
+                     [&](const Member& member) { return member.same(a, b); });
+}
+
+FontRef FontFromObject(IUnknown* object) {
+  ComPtr<IFont> source;
+  if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(source.GetAddressOf()))) || !source)
+    return nullptr;
+  auto font = std::make_unique<StdFont>();
+  for (const Member& member : kMembers) member.read(*source.Get(), *font);
+  return {font.release(), WithObject{source}};
+}
+
+// --- The connection ---------------------------------------------------------------------------------------
+
+// Repeats on the font what a host sets on the object, and on the object what the control sets on the font.
+// Only what has changed goes over: an object may show another face or size than it was given, one that the
+// machine has, and that must not come back. The picture isn't drawn anew: that is for the setter that assigns
+// a font.
+class FontLink final : public ComObject<IPropertyNotifySink> {
+ public:
+  FontLink(IFont& object, const FontRef& font) : object_(object), font_(font), known_(*font) {}
+
+  STDMETHODIMP OnChanged(DISPID id) override {
+    return Guarded([&] {
+      const FontRef font = font_.lock();
+      if (!font || writing_) return S_OK;
+      for (const Member& member : kMembers)
+        if (id == member.id || id == DISPID_UNKNOWN || id == DISPID_FONT_CHANGED) member.read(object_, *font);
+      known_ = *font;
       return S_OK;
     });
   }
   STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }
 
+  void Write() {
+    const FontRef font = font_.lock();
+    if (!font || writing_) return;
+    const StdFont before = std::exchange(known_, *font), now = *font;
+    writing_ = true;
+    Guarded([&] {
+      for (const Member& member : kMembers)
+        if (!member.same(before, now)) member.write(now, object_);
+      return S_OK;
+    });
+    writing_ = false;
+  }
+
  private:
-  IFont& object_;  // holds this listener, and so outlives it
-  FontRef font_;
+  IFont& object_;  // whoever connects the two holds it for as long
+  std::weak_ptr<StdFont> font_;
+  StdFont known_;  // as the object knows it
+  bool writing_ = false;
 };
 
-}  // namespace
+HostFont::HostFont() = default;
+HostFont::~HostFont() { Disconnect(); }
 
-bool SameFont(const StdFont& a, const StdFont& b) {
-  return a.Name() == b.Name() && a.Size() == b.Size() && a.Weight() == b.Weight() &&
-         a.Italic() == b.Italic() && a.Underline() == b.Underline() &&
-         a.Strikethrough() == b.Strikethrough() && a.Charset() == b.Charset();
-}
-
-FontRef FontFromObject(IUnknown* object) {
-  ComPtr<IFont> source;
-  if (!object || FAILED(object->QueryInterface(IID_PPV_ARGS(source.GetAddressOf())))) return nullptr;
-  auto font = std::make_shared<StdFont>();
-  CopyFont(*source.Get(), *font);
-  return font;
+void HostFont::Follow(const FontRef& font) {
+  if (font == font_) return;
+  if (const ComPtr<FontLink> link = link_) link->Write();
+  Disconnect();
+  if (const auto* with = std::get_deleter<WithObject>(font)) Connect(font, with->object);
 }
 
 ComPtr<IFontDisp> HostFont::For(const FontRef& font) {
-  const FontRef shown = FontFromObject(object_.Get());
-  if (font != font_ || !shown || !SameFont(*shown, *font)) {
+  if (font != font_) {
     Disconnect();
-    font_ = font;
-    object_ = font ? MakeObject(*font) : nullptr;
-    Connect();
+    if (font) Connect(font, MakeObject(*font));
+  } else if (const ComPtr<FontLink> link = link_) {
+    link->Write();
   }
   ComPtr<IFontDisp> result;
   if (object_) object_.As(&result);
   return result;
 }
 
-void HostFont::Connect() {
+// An object that tells nobody of its changes is handed out all the same.
+void HostFont::Connect(const FontRef& font, ComPtr<IFont> object) {
+  if (!object) return;
+  font_ = font;
+  object_ = std::move(object);
+  link_ = Adopt(new FontLink(*object_.Get(), font));
   ComPtr<IConnectionPointContainer> container;
-  if (!object_ || FAILED(object_.As(&container)) ||
-      FAILED(
-          container->FindConnectionPoint(__uuidof(IPropertyNotifySink), notifier_.ReleaseAndGetAddressOf())))
+  if (FAILED(object_.As(&container)) ||
+      FAILED(container->FindConnectionPoint(__uuidof(IPropertyNotifySink), notifier_.GetAddressOf())))
     return;
-  const auto listener = Adopt<IPropertyNotifySink>(new FontListener(*object_.Get(), font_));
-  if (FAILED(notifier_->Advise(listener.Get(), &cookie_))) notifier_.Reset();
+  if (FAILED(notifier_->Advise(link_.Get(), &cookie_))) notifier_.Reset();
 }
 
+// The object is a host's own code, or its last holder: it goes last, when all else is in order.
 void HostFont::Disconnect() {
-  if (notifier_) notifier_->Unadvise(cookie_);
+  font_.reset();
+  const ComPtr<IConnectionPoint> notifier = std::move(notifier_);
+  const ComPtr<IFont> object = std::move(object_);
+  const ComPtr<FontLink> link = std::move(link_);
   notifier_.Reset();
   object_.Reset();
+  link_.Reset();
+  if (notifier) notifier->Unadvise(cookie_);
 }
 
 }  // namespace marklet::activex

@@ -6,30 +6,37 @@
 
 namespace marklet::activex {
 
-// The font that the object stands for, as a copy; null when it is null or no font.
+// The font that the object stands for; null when it is null or no font. It is of our kind and remembers the
+// object: a control that takes it without a copy goes on with that object (see HostFont).
 FontRef FontFromObject(IUnknown* object);
 
 // Whether two fonts have the same properties.
 bool SameFont(const StdFont& a, const StdFont& b);
 
-// A font object of the platform for hosts. It stays connected: what a host sets on it is set on `font`, for
-// as long as the control holds it.
+class FontLink;
+
+// The platform's object for the font that the control has. The two stay connected: what a host sets on the
+// object is set on the font, and the other way round, for as long as the control has that font.
 class HostFont {
  public:
-  ~HostFont() { Disconnect(); }
-  HostFont() = default;
+  HostFont();
+  ~HostFont();
   HostFont(const HostFont&) = delete;
   HostFont& operator=(const HostFont&) = delete;
 
-  // The object for `font`: the one handed out before while it is the same font, unchanged. Null for null.
+  // The control has another font now. One that remembers an object is connected to it; any other gets one
+  // when a host asks. What was set on the font before is on its object by then.
+  void Follow(const FontRef& font);
+  // The object for `font`, the same at every call until there is another font. Null for null.
   ComPtr<IFontDisp> For(const FontRef& font);
 
  private:
-  void Connect();
+  void Connect(const FontRef& font, ComPtr<IFont> object);
   void Disconnect();
 
   FontRef font_;
   ComPtr<IFont> object_;
+  ComPtr<FontLink> link_;
   ComPtr<IConnectionPoint> notifier_;
   DWORD cookie_ = 0;
 };

@@ -93,7 +93,9 @@ void OleUserControl::UserModeMayHaveChanged() {
 
 // There is always a font: Nothing leaves the one that stands.
 void OleUserControl::PutFont(FontRef font) {
-  if (font) font_ = std::move(font);
+  if (!font) return;
+  font_ = std::move(font);
+  control_.host_font.Follow(font_);
 }
 
 void OleUserControl::PutAccessKeys(std::u16string keys) {
