@@ -528,6 +528,26 @@ TEST_F(Activation, TellsTheContainerItsAccessKey) {
   EXPECT_EQ(S_OK, control->OnMnemonic(&message));
 }
 
+// The scan knows no markup, and a doubled ampersand is a key.
+TEST_F(Activation, TheContainerGetsTheKeyThatTheScanFinds) {
+  const std::pair<const wchar_t*, wchar_t> kCaptions[] = {
+      {L"Save &As", L'a'},      {L"&One &Two", L'o'}, {L"a && b", L'&'},
+      {L"at the end &", 0},     {L"none", 0},         {L"<f=A&b>face</f> &c", L'b'},
+      {L"&\x00C9tage", 0x00E9}, {L"& blank", L' '},   {L"", 0}};
+  object_ = container_.Dispatch();
+  for (const auto& [caption, key] : kCaptions) {
+    PutText(object_.Get(), L"Caption", caption);
+    CONTROLINFO info = {};
+    info.cb = sizeof info;
+    ASSERT_EQ(S_OK, As<IOleControl>(object_)->GetControlInfo(&info));
+    ASSERT_EQ(key ? 1 : 0, info.cAccel) << caption;
+    EXPECT_EQ(0u, info.dwFlags) << "neither Enter nor Esc is the control's";
+    ACCEL accelerator = {};
+    if (key) CopyAcceleratorTableW(info.hAccel, &accelerator, 1);
+    EXPECT_EQ(key, accelerator.key) << caption;
+  }
+}
+
 // --- Loading ----------------------------------------------------------------------------------------------
 
 TEST_F(Activation, EachPersistenceInterfaceStartsANewControl) {

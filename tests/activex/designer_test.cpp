@@ -122,11 +122,21 @@ TEST_F(Designer, OtherPropertiesAreLeftToTheDesigner) {
   }
 }
 
+// None names a page but the two texts, and theirs isn't in this library.
 TEST_F(Designer, NoPropertyHasAPageOfItsOwn) {
   const auto browsing = As<IPerPropertyBrowsing>(object_);
-  CLSID page = kClassId;
-  EXPECT_EQ(PERPROP_E_NOPAGEAVAILABLE, browsing->MapPropertyToPage(Id(L"Caption"), &page));
-  EXPECT_EQ(GUID_NULL, page);
+  for (const wchar_t* name :
+       {L"AutoSize",      L"BackColor",     L"BackStyle",      L"Appearance",     L"BorderStyle",
+        L"Caption",       L"Font",          L"FontBold",       L"FontItalic",     L"FontStrikethru",
+        L"FontUnderline", L"FontName",      L"FontSize",       L"ForeColor",      L"EffectColor",
+        L"ImageKey",      L"ImageKeyhover", L"UseMnemonic",    L"UniToolTipText", L"TextEffect",
+        L"Enabled",       L"WordWrap",      L"ImageAlignment", L"ImageSize",      L"hwnd",
+        L"MouseIcon",     L"MousePointer"}) {
+    CLSID page = kClassId;
+    EXPECT_EQ(PERPROP_E_NOPAGEAVAILABLE, browsing->MapPropertyToPage(Id(name), &page)) << name;
+    EXPECT_EQ(GUID_NULL, page);
+  }
+  EXPECT_EQ(E_POINTER, browsing->MapPropertyToPage(Id(L"Caption"), nullptr));
 }
 
 TEST_F(Designer, KnowsNoOtherProperties) {

@@ -74,6 +74,9 @@ TEST(ServerModule, ImportsSystemLibrariesAlone) {
 
 // --- Identity ---------------------------------------------------------------------------------------------
 
+constexpr GUID kCategoriesId = {0x4D07FC10, 0xF931, 0x11CE, {0xB0, 0x01, 0x00, 0xAA, 0x00, 0x68, 0x84, 0xE5}};
+constexpr GUID kSafetyId = {0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
+
 const IID* const kInterfaces[] = {&IID_IUnknown,
                                   &IID_IDispatch,
                                   &kDispatchId,
@@ -96,6 +99,8 @@ const IID* const kInterfaces[] = {&IID_IUnknown,
                                   &IID_IQuickActivate,
                                   &IID_ISpecifyPropertyPages,
                                   &IID_IPerPropertyBrowsing,
+                                  &kCategoriesId,
+                                  &kSafetyId,
                                   &IID_IDataObject};
 
 TEST(ControlIdentity, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
@@ -110,6 +115,38 @@ TEST(ControlIdentity, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
     EXPECT_EQ(control.Get(), As<IUnknown>(source).Get());
   }
   EXPECT_EQ(1u, References(control.Get()));
+}
+
+TEST(ControlIdentity, EveryInterfaceRefusesWhatThereIsNotAndANullPlace) {
+  const ComPtr<IUnknown> control = CreateControl();
+  for (const IID* from : kInterfaces) {
+    ComPtr<IUnknown> source;
+    ASSERT_EQ(S_OK, control->QueryInterface(*from, reinterpret_cast<void**>(source.GetAddressOf())));
+    void* object = &object;
+    EXPECT_EQ(E_NOINTERFACE, source->QueryInterface(IID_IStream, &object));
+    EXPECT_EQ(nullptr, object);
+    EXPECT_EQ(E_POINTER, source->QueryInterface(IID_IUnknown, nullptr));
+    EXPECT_EQ(3u, source->AddRef()) << "all count for the one object";
+    EXPECT_EQ(2u, source->Release());
+  }
+  EXPECT_EQ(1u, References(control.Get()));
+}
+
+// A connection point has an identity of its own, but keeps the control.
+TEST(ControlIdentity, AConnectionPointIsAnObjectOfItsOwnThatHoldsTheControl) {
+  ComPtr<IConnectionPoint> point;
+  {
+    const ComPtr<IUnknown> control = CreateControl();
+    ASSERT_EQ(S_OK,
+              As<IConnectionPointContainer>(control)->FindConnectionPoint(kEventsId, point.GetAddressOf()));
+    EXPECT_NE(control.Get(), As<IUnknown>(point).Get());
+    EXPECT_FALSE(As<IDispatch>(point));
+    EXPECT_EQ(E_POINTER, point->QueryInterface(IID_IUnknown, nullptr));
+  }
+  EXPECT_EQ(As<IUnknown>(point).Get(), As<IUnknown>(As<IConnectionPoint>(point)).Get());
+  ComPtr<IConnectionPointContainer> container;
+  EXPECT_EQ(S_OK, point->GetConnectionPointContainer(container.GetAddressOf()));
+  EXPECT_TRUE(As<IDispatch>(container));
 }
 
 TEST(ControlIdentity, RefusesAnUnknownInterface) {
@@ -154,6 +191,15 @@ TEST(ControlIdentity, CanBeAggregated) {
     EXPECT_EQ(&outer, As<IUnknown>(dispatch).Get());
     PutText(dispatch.Get(), L"Caption", L"inner");
     EXPECT_EQ(L"inner", GetText(dispatch.Get(), L"Caption"));
+  }
+  EXPECT_EQ(0u, outer.references);
+  for (const IID* iid : kInterfaces) {
+    if (*iid == IID_IUnknown) continue;
+    ComPtr<IUnknown> face;
+    ASSERT_EQ(S_OK, outer.QueryInterface(*iid, reinterpret_cast<void**>(face.GetAddressOf())));
+    EXPECT_EQ(1u, outer.references) << "it counts for the outer object alone";
+    EXPECT_EQ(&outer, As<IUnknown>(face).Get());
+    EXPECT_TRUE(As<IOleObject>(face));
   }
   EXPECT_EQ(0u, outer.references);
   outer.inner.Reset();
