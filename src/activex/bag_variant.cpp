@@ -49,15 +49,18 @@ SAFEARRAY* NewArray(const ByteArray& array) {
 
 // The dimensions, and the number of elements. Nothing for what no array of ours can be.
 std::optional<std::size_t> ReadBounds(SAFEARRAY* array, std::vector<ByteArray::Bound>& bounds) {
+  constexpr UINT kMostDimensions = 60;  // of what a saved form can hold
   constexpr std::int64_t kMost = std::numeric_limits<Long>::max();
   std::int64_t total = 1;
+  if (::SafeArrayGetDim(array) > kMostDimensions) return std::nullopt;
   for (UINT dimension = 1; dimension <= ::SafeArrayGetDim(array); ++dimension) {
     LONG lower = 0, upper = 0;
     if (FAILED(::SafeArrayGetLBound(array, dimension, &lower)) ||
         FAILED(::SafeArrayGetUBound(array, dimension, &upper)))
       return std::nullopt;
-    const std::int64_t count = std::int64_t{upper} - lower + 1;
-    if (count < 0 || count > kMost) return std::nullopt;
+    // The upper bound of an empty dimension at the lowest place of all has wrapped around.
+    const std::int64_t count = static_cast<std::uint32_t>(upper) - static_cast<std::uint32_t>(lower) + 1u;
+    if (count > kMost) return std::nullopt;
     total *= count;
     if (total > kMost) return std::nullopt;
     bounds.push_back({lower, static_cast<Long>(count)});
@@ -67,7 +70,10 @@ std::optional<std::size_t> ReadBounds(SAFEARRAY* array, std::vector<ByteArray::B
 
 HRESULT Convert(const VARIANT& source, VARTYPE type, VARIANT& result) {
   const LCID us_english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
-  return ::VariantChangeTypeEx(&result, const_cast<VARIANT*>(&source), us_english, 0, type);
+  const HRESULT converted =
+      ::VariantChangeTypeEx(&result, const_cast<VARIANT*>(&source), us_english, 0, type);
+  if (converted == E_OUTOFMEMORY) throw std::bad_alloc();
+  return converted;
 }
 
 // One element of an array of anything, as a byte. The element stays the array's.
@@ -90,8 +96,8 @@ bool ReadElement(VARTYPE type, const std::uint8_t* element, UINT size, std::uint
 std::optional<ByteArray> ReadElements(SAFEARRAY* array, VARTYPE type, ByteArray result, std::size_t count) {
   const ArrayData data(array);
   const UINT size = ::SafeArrayGetElemsize(array);
-  if (size > (type == VT_VARIANT ? sizeof(VARIANT) : sizeof(LONGLONG)) || (count > 0 && !data.Get()))
-    return std::nullopt;
+  const bool fits = type == VT_VARIANT ? size == sizeof(VARIANT) : size <= sizeof(LONGLONG);
+  if (!fits || (count > 0 && !data.Get())) return std::nullopt;
   result.bytes.resize(count);
   for (std::size_t i = 0; i < count; ++i)
     if (!ReadElement(type, data.Get() + i * size, size, result.bytes[i])) return std::nullopt;
@@ -148,9 +154,8 @@ BagValue ReadBytes(const VARIANT& source) {
     auto array = ReadArray(source);
     return array ? BagValue(std::move(*array)) : BagValue();
   }
-  const VARTYPE type = source.vt & ~VT_BYREF;
-  if (type != VT_BSTR) return {};
-  return BytesOf(FromBstr(source.vt == VT_BSTR ? source.bstrVal : *source.pbstrVal));
+  if (source.vt == VT_BSTR) return FromBstr(source.bstrVal);
+  return source.vt == (VT_BSTR | VT_BYREF) ? BagValue(FromBstr(*source.pbstrVal)) : BagValue();
 }
 
 BagValue ReadFont(const VARIANT& source) {
@@ -177,8 +182,7 @@ bool VariantFromBagValue(ControlObject& control, const BagValue& value, VARIANT&
     result.bstrVal = NewBstr(*text);
     result.vt = VT_BSTR;
   } else if (const auto* array = std::get_if<ByteArray>(&value)) {
-    result.parray = NewArray(*array);
-    result.vt = VT_ARRAY | VT_UI1;
+    VariantFromBytes(*array, result);
   } else if (const auto* font = std::get_if<FontRef>(&value)) {
     result.pdispVal = control.host_font.For(*font).Detach();
     result.vt = VT_DISPATCH;
@@ -188,13 +192,18 @@ bool VariantFromBagValue(ControlObject& control, const BagValue& value, VARIANT&
   return true;
 }
 
+void VariantFromBytes(const ByteArray& bytes, VARIANT& result) {
+  result.parray = NewArray(bytes);
+  result.vt = VT_ARRAY | VT_UI1;
+}
+
 BagValue BagValueFromVariant(const VARIANT& source, BagType type) {
   using Read = BagValue (*)(const VARIANT&);
   constexpr Read kReaders[] = {ReadShort, ReadLong, ReadFlag, ReadText, ReadBytes, ReadFont};  // by BagType
+  if ((source.vt & VT_BYREF) != 0 && !source.byref) return {};
   if (source.vt == (VT_BYREF | VT_VARIANT))
-    return source.pvarVal && source.pvarVal->vt != (VT_BYREF | VT_VARIANT)
-               ? BagValueFromVariant(*source.pvarVal, type)
-               : BagValue();
+    return source.pvarVal->vt != (VT_BYREF | VT_VARIANT) ? BagValueFromVariant(*source.pvarVal, type)
+                                                         : BagValue();
   return kReaders[static_cast<std::size_t>(type)](source);
 }
 

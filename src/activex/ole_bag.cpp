@@ -1,5 +1,7 @@
 #include "activex/ole_bag.h"
 
+#include <new>
+
 #include "activex/bag_variant.h"
 #include "activex/boundary.h"
 #include "activex/font.h"
@@ -37,6 +39,7 @@ std::optional<BagValue> OleBag::ReadProperty(std::string_view name, BagType type
       if (IsAboutType(result)) return BagValue();
     }
   }
+  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(result) || value.vt == VT_EMPTY) return std::nullopt;
   BagValue read = BagValueFromVariant(value, type);
   if (read.index() == 0) Report(wide_name);
@@ -58,9 +61,21 @@ void OleBag::Report(const std::wstring& name) {
 
 void OleBag::WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) {
   if (!save_all_ && MayBeLeftOut(value, fallback)) return;
+  Write(name, [&](VARIANT& variant) { return VariantFromBagValue(control_, value, variant); });
+}
+
+void OleBag::WriteBytes(std::string_view name, const ByteArray& bytes) {
+  Write(name, [&](VARIANT& variant) {
+    VariantFromBytes(bytes, variant);
+    return true;
+  });
+}
+
+template <typename Fill>
+void OleBag::Write(std::string_view name, Fill fill) {
   const HRESULT result = Guarded([&] {
     Variant variant;
-    return VariantFromBagValue(control_, value, variant) ? bag_.Write(Wide(name).c_str(), &variant) : S_OK;
+    return fill(variant) ? bag_.Write(Wide(name).c_str(), &variant) : S_OK;
   });
   if (SUCCEEDED(written_)) written_ = result;
 }

@@ -80,15 +80,12 @@ HRESULT Persist::InitNew() {
 }
 
 HRESULT Persist::Load(PropertyBag& bag, HRESULT state) {
-  control_.marklet.ReadProperties(bag);
-  loaded_ = SUCCEEDED(state);
-  if (!loaded_) {
-    SetDirty(true);
-    return state;
-  }
-  begun_ = true;
-  SetDirty(false);
-  return S_OK;
+  const bool whole = control_.marklet.ReadProperties(bag);
+  const HRESULT result = SUCCEEDED(state) && !whole ? E_OUTOFMEMORY : state;
+  loaded_ = SUCCEEDED(result);
+  if (loaded_) begun_ = true;
+  SetDirty(!loaded_);
+  return result;
 }
 
 HRESULT Persist::LoadFrom(IStream& stream) {
@@ -197,7 +194,7 @@ HRESULT PersistStorageFace::Load(IStorage* storage) {
     ComPtr<IStream> stream;
     HRESULT result =
         storage->OpenStream(kStreamName, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, stream.GetAddressOf());
-    if (SUCCEEDED(result)) result = control_.persist.LoadFrom(*stream.Get());
+    if (SUCCEEDED(result)) result = stream ? control_.persist.LoadFrom(*stream.Get()) : E_UNEXPECTED;
     loaded_ = SUCCEEDED(result);
     if (loaded_) state_ = State::Normal;
     return result;
@@ -213,7 +210,7 @@ HRESULT PersistStorageFace::Save(IStorage* storage, BOOL same_as_load) {
     ComPtr<IStream> stream;
     HRESULT result = storage->CreateStream(kStreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0,
                                            stream.GetAddressOf());
-    if (SUCCEEDED(result)) result = control_.persist.SaveTo(*stream.Get());
+    if (SUCCEEDED(result)) result = stream ? control_.persist.SaveTo(*stream.Get()) : E_UNEXPECTED;
     if (FAILED(result)) return result;
     state_ = State::NoScribble;
     saved_ = true;

@@ -16,8 +16,8 @@ class Persist {
   HRESULT InitNew();
   bool HasBegun() const { return begun_; }  // with InitNew or a whole load
 
-  // Takes the values of a bag. `state` tells what is wrong with the bag itself; a control that was told to
-  // load what is damaged has what could be read, may be started anew, and is dirty.
+  // Takes the values of a bag. `state` tells what is wrong with the bag itself. After a failure, a lack of
+  // memory too, the control has what could be read, may be started anew, and is dirty.
   HRESULT Load(PropertyBag& bag, HRESULT state);
 
   // The bytes of a stream and of a storage's stream.

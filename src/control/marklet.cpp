@@ -56,10 +56,14 @@ Value Marklet::Get(const PropertyRow& row) {
   return result;
 }
 
-void Marklet::Set(const PropertyRow& row, const Value& value) {
-  if (row.store == nullptr || !HoldsType(value, row.type)) return;
-  IgnoreErrors([&] { row.store(*this, value); });
+void Marklet::Set(const PropertyRow& row, const Value& value) { TrySet(row, value); }
+
+// False when the value couldn't be stored for a failure.
+bool Marklet::TrySet(const PropertyRow& row, const Value& value) {
+  if (row.store == nullptr || !HoldsType(value, row.type)) return true;
+  const bool stored = IgnoreErrors([&] { row.store(*this, value); });
   RunSteps(row);
+  return stored;
 }
 
 void Marklet::RunSteps(const PropertyRow& row) {

@@ -65,10 +65,11 @@ class Marklet : public ISupportsAlphaImage {
   // The defaults of a newly placed control.
   void InitProperties();
 
-  // Takes the state from a saved form, or writes it. Values that can't be had leave the field as it is.
-  // Change is raised once, before the images are there. A value that can't be written is left out, and the
-  // answer is false then, so that a host doesn't take the rest for the whole.
-  void ReadProperties(PropertyBag& bag);
+  // Takes the state from a saved form, or writes it. Values that can't be had leave the field as it is, those
+  // that can't be written are left out. Change is raised once, before the images are there. The answer is
+  // false when a failure, such as a lack of memory, kept a value back, so that a host doesn't take the rest
+  // for the whole; a value of a wrong type is no failure.
+  bool ReadProperties(PropertyBag& bag);
   bool WriteProperties(PropertyBag& bag);
 
   // The public surface. A value of another type than the row's is ignored; setting a read-only property does
@@ -117,8 +118,9 @@ class Marklet : public ISupportsAlphaImage {
 
  private:
   void RunSteps(const PropertyRow& row);
+  bool TrySet(const PropertyRow& row, const Value& value);
   void SetByName(std::string_view name, const Value& value);
-  void LoadProperty(PropertyBag& bag, std::string_view key);
+  bool LoadProperty(PropertyBag& bag, std::string_view key);
   bool SaveProperty(PropertyBag& bag, std::string_view key);
   void MatchAccessKeys();
   void FitToCaption();

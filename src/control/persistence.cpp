@@ -64,8 +64,9 @@ Value FromBag(const BagValue& value) {
 
 // --- Properties -------------------------------------------------------------------------------------------
 
-void Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
-  IgnoreErrors([&] {
+bool Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
+  bool stored = true;
+  const bool read_out = IgnoreErrors([&] {
     const PropertyRow& row = *FindSaved(key);
     const auto read = bag.ReadProperty(key, row.saved.type);
     const Value value = FromBag(read ? *read : row.saved.fallback(*this));
@@ -73,8 +74,9 @@ void Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
     if (row.saved.store != nullptr)
       row.saved.store(*this, value);
     else
-      Set(row, value);
+      stored = TrySet(row, value);
   });
+  return read_out && stored;
 }
 
 bool Marklet::SaveProperty(PropertyBag& bag, std::string_view key) {
@@ -84,19 +86,24 @@ bool Marklet::SaveProperty(PropertyBag& bag, std::string_view key) {
   });
 }
 
-void Marklet::ReadProperties(PropertyBag& bag) {
-  for (const std::string_view key : kReadBeforeImages) LoadProperty(bag, key);
-  ReadImages(bag, state_.Images);
-  for (const std::string_view key : kReadBehindImages) LoadProperty(bag, key);
+bool Marklet::ReadProperties(PropertyBag& bag) {
+  bool whole = true;
+  const auto load = [&](std::string_view key) {
+    if (!LoadProperty(bag, key)) whole = false;
+  };
+  for (const std::string_view key : kReadBeforeImages) load(key);
+  if (!ReadImages(bag, state_.Images)) whole = false;
+  for (const std::string_view key : kReadBehindImages) load(key);
   // The first answer is false on any system. A loaded control takes it here, so that its images are
   // composited by the system's own call from the first paint on, where there is one.
   IgnoreErrors([&] {
     if (host_.AmbientProperties().UserMode()) IsWindows2000Family();
   });
-  LoadProperty(bag, "AutoSize");  // measures with all the rest in place
+  load("AutoSize");  // measures with all the rest in place
   MatchAccessKeys();
   RedrawNow();
   UpdateColorFlag();
+  return whole;
 }
 
 bool Marklet::WriteProperties(PropertyBag& bag) {

@@ -118,28 +118,39 @@ std::optional<BagValue> SavedBag::ReadProperty(std::string_view name, BagType ty
 
 void SavedBag::WriteProperty(std::string_view name, const BagValue& value, const BagValue& /*fallback*/) {
   if (value.index() == 0) return;
+  Append(name, SavedTypeOf(value), [&] { AppendValue(bytes_, value); });
+}
+
+void SavedBag::WriteBytes(std::string_view name, const ByteArray& bytes) {
+  Append(name, SavedType::Bytes, [&] { AppendArray(bytes_, bytes); });
+}
+
+// `put` puts the value's bytes behind the others.
+template <class Put>
+void SavedBag::Append(std::string_view name, SavedType type, Put put) {
   if (sealed_) {
     bytes_.resize(bytes_.size() - kChecksumBytes);
     sealed_ = false;
   }
   const std::size_t before = bytes_.size();
   try {
-    Append(name, value);
+    AppendRecord(name, type, put);
   } catch (...) {
     bytes_.resize(before);
     throw;
   }
 }
 
-void SavedBag::Append(std::string_view name, const BagValue& value) {
+template <class Put>
+void SavedBag::AppendRecord(std::string_view name, SavedType type, Put put) {
   if (name.empty() || name.size() > kLongestName) throw std::length_error("a name that can't be saved");
   const std::size_t start = bytes_.size();
-  AppendU8(bytes_, static_cast<std::uint8_t>(SavedTypeOf(value)));
+  AppendU8(bytes_, static_cast<std::uint8_t>(type));
   AppendU8(bytes_, static_cast<std::uint32_t>(name.size()));
   bytes_.insert(bytes_.end(), name.begin(), name.end());
   const std::size_t length_at = bytes_.size();
   AppendU32(bytes_, 0);
-  AppendValue(bytes_, value);
+  put();
   if (bytes_.size() - kHeaderBytes > std::numeric_limits<std::uint32_t>::max())
     throw std::length_error("more than can be saved");
   const std::size_t value_at = length_at + 4;

@@ -44,6 +44,7 @@ class SavedBag final : public PropertyBag {
   // Leaves nothing out, so that what was saved doesn't depend on what the defaults were. Throws
   // std::length_error for a name or value that the format can't hold; the bag is then as it was.
   void WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) override;
+  void WriteBytes(std::string_view name, const ByteArray& bytes) override;
 
  private:
   struct Record {
@@ -53,7 +54,10 @@ class SavedBag final : public PropertyBag {
   };
   std::string_view NameOf(const Record& record) const;
   bool ReadRecords(std::size_t end);
-  void Append(std::string_view name, const BagValue& value);
+  template <class Put>
+  void Append(std::string_view name, SavedType type, Put put);
+  template <class Put>
+  void AppendRecord(std::string_view name, SavedType type, Put put);
   void Seal();
   void SortRecords();
 

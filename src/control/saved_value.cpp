@@ -44,16 +44,6 @@ void AppendText(SavedBytes& bytes, std::u16string_view text) {
   for (const char16_t unit : text) AppendU16(bytes, unit);
 }
 
-void AppendArray(SavedBytes& bytes, const ByteArray& array) {
-  if (ProductOf(array.bounds) != array.bytes.size()) throw std::length_error("an array that isn't one");
-  AppendU8(bytes, static_cast<std::uint32_t>(array.bounds.size()));
-  for (const ByteArray::Bound& bound : array.bounds) {
-    AppendU32(bytes, static_cast<std::uint32_t>(bound.lower));
-    AppendU32(bytes, static_cast<std::uint32_t>(bound.count));
-  }
-  bytes.insert(bytes.end(), array.bytes.begin(), array.bytes.end());
-}
-
 struct ArrayParts {
   std::vector<ByteArray::Bound> bounds;
   ByteSpan bytes;
@@ -233,6 +223,16 @@ void AppendValue(SavedBytes& bytes, const BagValue& value) {
       value);
 }
 
+void AppendArray(SavedBytes& bytes, const ByteArray& array) {
+  if (ProductOf(array.bounds) != array.bytes.size()) throw std::length_error("an array that isn't one");
+  AppendU8(bytes, static_cast<std::uint32_t>(array.bounds.size()));
+  for (const ByteArray::Bound& bound : array.bounds) {
+    AppendU32(bytes, static_cast<std::uint32_t>(bound.lower));
+    AppendU32(bytes, static_cast<std::uint32_t>(bound.count));
+  }
+  bytes.insert(bytes.end(), array.bytes.begin(), array.bytes.end());
+}
+
 bool IsSavedValue(std::uint8_t type, ByteSpan bytes) {
   const TypeRow* row = FindType(type);
   return row == nullptr || row->is_value(bytes);
@@ -254,8 +254,7 @@ BagValue Converted(BagValue value, BagType type) {
       if (const auto* array = std::get_if<ByteArray>(&value)) return TextOf(array->bytes);
       return {};
     case BagType::Bytes:
-      if (const auto* text = std::get_if<std::u16string>(&value)) return BytesOf(*text);
-      return {};
+      return std::holds_alternative<std::u16string>(value) ? std::move(value) : BagValue();
     case BagType::Font:
       return {};
   }

@@ -24,13 +24,14 @@ SavedType SavedTypeOf(const BagValue& value);
 // Puts the value's bytes behind `bytes`. Throws std::length_error for one that no length field can count and
 // for an array that isn't one.
 void AppendValue(SavedBytes& bytes, const BagValue& value);
+void AppendArray(SavedBytes& bytes, const ByteArray& array);
 
 // Whether the bytes are a value of that type. A type that isn't known is no mistake: a later version has it.
 bool IsSavedValue(std::uint8_t type, std::span<const std::uint8_t> bytes);
 // The value; monostate when the bytes aren't one. Allocates no more than the bytes hold.
 BagValue ReadValue(std::uint8_t type, std::span<const std::uint8_t> bytes);
 
-// The value in the type asked for; monostate when there is no way.
+// The value in the type asked for; monostate when there is no way. A text in place of bytes stays one.
 BagValue Converted(BagValue value, BagType type);
 
 }  // namespace marklet

@@ -17,7 +17,7 @@ class InternalAlphaImageList {
   explicit InternalAlphaImageList(UserControl& host) : host_(host) {}  // `host` outlives the list
 
   void InitProperties() { ClearIcons(); }
-  void ReadProperties(PropertyBag& bag) { ReadImages(bag, images_); }
+  bool ReadProperties(PropertyBag& bag) { return ReadImages(bag, images_); }
   bool WriteProperties(PropertyBag& bag) { return WriteImages(bag, images_); }
 
   // Null when there is no such image.

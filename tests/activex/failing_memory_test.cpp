@@ -103,6 +103,44 @@ TEST(FailingMemory, ASaveIsWholeOrFails) {
   EXPECT_GT(failures, 10);
 }
 
+// Loads with each failing allocation in turn. A load that says it worked has everything; another leaves a
+// control that is dirty and may be started anew.
+template <typename Load>
+void FailEachOfALoad(const Bytes& whole, Load load) {
+  FailingMemory memory;
+  int number = 0, failures = 0;
+  for (bool has_failed = true; has_failed; ++number) {
+    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+    const ComPtr<IUnknown> control = CreateControl();
+    const auto persist = As<IPersistStreamInit>(control);
+    memory.FailAt(number + 1, false);
+    const HRESULT result = load(control.Get());
+    memory.Stop();
+    has_failed = memory.HasFailed();
+    if (SUCCEEDED(result)) {
+      EXPECT_EQ(whole, SaveToStream(control.Get()));
+      continue;
+    }
+    ++failures;
+    EXPECT_EQ(E_OUTOFMEMORY, result);
+    EXPECT_EQ(S_OK, persist->InitNew());
+  }
+  EXPECT_GT(failures, 30);
+}
+
+TEST(FailingMemory, ALoadFromAStreamIsWholeOrFails) {
+  const Bytes form = SavedForm();
+  FailEachOfALoad(form, [&](IUnknown* control) { return LoadFromStream(control, form); });
+}
+
+TEST(FailingMemory, ALoadFromABagIsWholeOrFails) {
+  MemoryBag bag;
+  const ComPtr<IUnknown> saved = CreateControl();
+  ASSERT_EQ(S_OK, SaveToBag(ControlOf(SavedForm()).Get(), bag));
+  ASSERT_EQ(S_OK, LoadFromBag(saved.Get(), bag));
+  FailEachOfALoad(SaveToStream(saved.Get()), [&](IUnknown* control) { return LoadFromBag(control, bag); });
+}
+
 // --- What the caller hears --------------------------------------------------------------------------------
 
 TEST(FailureReports, ALateCallThatFailsIsAnExceptionWithSourceAndDescription) {

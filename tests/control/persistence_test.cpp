@@ -6,7 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "bitmaps/colour.h"
+#include "control/saved_bag.h"
 #include "platform/os_tests.h"
+#include "platform/system.h"
 #include "support/fake_host.h"
 #include "support/memory_bag.h"
 
@@ -155,6 +158,33 @@ TEST(Persistence, ADesignerSavesTheTextAndNotItsPlaceholder) {
   EXPECT_EQ(std::get<ByteArray>(bag.Find("Caption")->value).bytes, Utf16Bytes(u"\u05E9\u05DC"));
 }
 
+TEST(Persistence, AnImagesKeyHasANullStringAsItsDefaultAndItsCellsHaveNone) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
+  MemoryBag bag;
+  hosted.control.WriteProperties(bag);
+  EXPECT_TRUE(bag.Find("IcoBytesKey_1")->fallback == BagValue(std::u16string()));
+  EXPECT_TRUE(bag.Find("IconBytesJ0K4_1")->fallback == BagValue());
+}
+
+// A bag that is told where the bytes are.
+struct PlaceBag final : PropertyBag {
+  std::vector<const std::uint8_t*> places;
+  std::optional<BagValue> ReadProperty(std::string_view, BagType) override { return std::nullopt; }
+  void WriteProperty(std::string_view, const BagValue&, const BagValue&) override {}
+  void WriteBytes(std::string_view, const ByteArray& bytes) override { places.push_back(bytes.bytes.data()); }
+};
+
+TEST(Persistence, CellsAreNotCopiedOnTheirWayIntoABag) {
+  HostedControl hosted;
+  hosted.Init();
+  hosted.State().Images->Add(u"a", MakeImage(u"a", Cell(4, 16, 16, 3), 0, 4));
+  PlaceBag bag;
+  hosted.control.WriteProperties(bag);
+  EXPECT_EQ(bag.places, std::vector{hosted.State().Images->Item(1)->GetBytes(0, 4).bytes.data()});
+}
+
 TEST(Persistence, AlignmentIsNeverWritten) {
   HostedControl hosted;
   hosted.Init();
@@ -281,6 +311,37 @@ TEST(Persistence, ChangeIsRaisedOnceBeforeTheImagesAreThere) {
   EXPECT_EQ(hosted.State().Images->Count(), 1);
 }
 
+// The setters on the way paint what is there so far, and announce themselves as ever.
+TEST(Persistence, SettersOnTheWayPaintAndTheFinishedControlIsPaintedLast) {
+  HostedControl hosted;
+  MemoryBag bag;
+  hosted.control.ReadProperties(bag);
+  EXPECT_EQ(hosted.host.log, (std::vector<std::string>{"hDC", "PropertyChanged(Caption)", "Change",  //
+                                                       "Font",                             // no setter
+                                                       "PropertyChanged(UniTooltipText)",  // and no paint
+                                                       "Enabled(1)", "hDC", "PropertyChanged(Enabled)",  //
+                                                       "hDC", "PropertyChanged(ImageSize)",              //
+                                                       "hDC", "PropertyChanged(ImageAlignment)",         //
+                                                       "hDC", "PropertyChanged(AutoSize)",               //
+                                                       "AccessKeys()", "hDC"}));
+}
+
+TEST(Persistence, TheFirstPaintOfPlainColoursStillLooksAtTheSystemColours) {
+  HostedControl hosted;
+  MemoryBag bag;
+  bag.Put("BackColor", Long{1});
+  bag.Put("ForeColor", Long{2});
+  bag.Put("EffectColor", Long{3});
+  std::vector<bool> flags;
+  hosted.host.on_enabled_asked = [&] { flags.push_back(hosted.State().UsesSystemColors); };
+  hosted.control.ReadProperties(bag);
+  ASSERT_FALSE(flags.empty()) << "nothing was painted";
+  EXPECT_TRUE(flags.back());
+  EXPECT_FALSE(hosted.State().UsesSystemColors);
+  for (std::size_t i = 0; i < kWatchedSystemColours.size(); ++i)
+    EXPECT_EQ(hosted.State().SystemColorCache[i], GetSysColor(kWatchedSystemColours[i])) << i;
+}
+
 TEST(Persistence, TheAccessKeyAgreesWithTheCaptionWhenALoadHasEnded) {
   HostedControl hosted;
   MemoryBag bag;
@@ -386,7 +447,62 @@ TEST(Persistence, AValueThatCannotBeWrittenIsToldAndTheOthersAreWritten) {
   }
 }
 
+// A bag that has no memory for the value under one name.
+struct ForgetfulBag final : PropertyBag {
+  explicit ForgetfulBag(MemoryBag& values) : inner(values) {}
+  MemoryBag& inner;
+  std::string refused;
+  std::optional<BagValue> ReadProperty(std::string_view name, BagType type) override {
+    if (name == refused) throw std::bad_alloc();
+    return inner.ReadProperty(name, type);
+  }
+  void WriteProperty(std::string_view, const BagValue&, const BagValue&) override {}
+};
+
+TEST(Persistence, AValueThatCannotBeHadIsToldAndTheOthersAreRead) {
+  HostedControl saved;
+  saved.Init();
+  saved.Set("Caption", std::u16string(u"x"));
+  saved.Set("ImageKey", std::u16string(u"a"));
+  saved.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
+  MemoryBag all;
+  saved.control.WriteProperties(all);
+  for (const std::string& name : Names(all)) {
+    SCOPED_TRACE(name);
+    ForgetfulBag bag(all);
+    bag.refused = name;
+    HostedControl loaded;
+    EXPECT_FALSE(loaded.control.ReadProperties(bag));
+    EXPECT_EQ(loaded.State().Caption, name == "Caption" ? u"" : u"x");
+    EXPECT_EQ(loaded.State().ImageKey, name == "ImageKey" ? u"" : u"a");
+    EXPECT_EQ(loaded.State().Images->Count(), name == "NumOfIconBytes" ? 0 : 1);
+  }
+  HostedControl loaded;
+  EXPECT_TRUE(loaded.control.ReadProperties(all));
+}
+
+TEST(Persistence, AValueOfAWrongTypeIsNoFailure) {
+  HostedControl hosted;
+  MemoryBag bag;
+  bag.Put("Caption", Long{12});
+  bag.Put("NumOfIconBytes", std::u16string(u"many"));
+  EXPECT_TRUE(hosted.control.ReadProperties(bag));
+}
+
 // --- Images -----------------------------------------------------------------------------------------------
+
+// What counts is the upper bound of an array, and a text is none.
+TEST(Persistence, ATextInThePlaceOfACellIsNoCell) {
+  SavedBag bag;
+  bag.WriteProperty("NumOfIconBytes", Long{1}, {});
+  bag.WriteProperty("IcoBytesKey_1", std::u16string(u"a"), {});
+  bag.WriteProperty("IconBytesJ0K4_1", std::u16string(u"text"), {});
+  bag.WriteProperty("Caption", std::u16string(u"text"), {});
+  HostedControl hosted;
+  EXPECT_TRUE(hosted.control.ReadProperties(bag));
+  EXPECT_EQ(hosted.State().Images->Item(1)->GetBytes(0, 4), ByteArray());
+  EXPECT_EQ(hosted.State().Caption, u"text") << "where it is one";
+}
 
 TEST(Persistence, ImagesKeepTheirCellsAndShapes) {
   HostedControl saved;
