@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "support/bag_file.h"
+
 namespace ocx_test {
 namespace {
 
@@ -98,6 +100,13 @@ const VARIANT* MemoryBag::Find(const std::wstring& name) const {
   return found == entries.end() ? nullptr : &found->value;
 }
 
+void MemoryBag::Remove(const std::wstring& name) {
+  std::vector<Entry> left;
+  for (Entry& entry : entries)
+    if (entry.name != name) left.push_back({entry.name, std::move(entry.value)});
+  entries.swap(left);
+}
+
 HRESULT MemoryBag::Read(LPCOLESTR name, VARIANT* value, IErrorLog* error_log) {
   log = error_log;
   if (on_read) on_read(name);
@@ -135,6 +144,49 @@ HRESULT LoadFromBag(IUnknown* control, IPropertyBag& bag, IErrorLog* log) {
 
 HRESULT SaveToBag(IUnknown* control, IPropertyBag& bag, bool clear_dirty, bool save_all) {
   return As<IPersistPropertyBag>(control)->Save(&bag, clear_dirty, save_all);
+}
+
+namespace {
+
+Variant FromFile(std::int32_t number) { return Variant(number); }
+Variant FromFile(bool flag) { return Variant::Bool(flag); }
+Variant FromFile(const std::u16string& text) {
+  return Variant(std::wstring(text.begin(), text.end()).c_str());
+}
+Variant FromFile(const marklet::ByteArray& array) {
+  std::vector<SAFEARRAYBOUND> bounds;
+  for (const auto& bound : array.bounds) bounds.push_back({static_cast<ULONG>(bound.count), bound.lower});
+  Variant result;
+  result.parray = SafeArrayCreate(VT_UI1, static_cast<UINT>(bounds.size()), bounds.data());
+  result.vt = VT_ARRAY | VT_UI1;
+  void* data = nullptr;
+  EXPECT_EQ(S_OK, SafeArrayAccessData(result.parray, &data));
+  std::memcpy(data, array.bytes.data(), array.bytes.size());
+  SafeArrayUnaccessData(result.parray);
+  return result;
+}
+Variant FromFile(const marklet::testing::FontInFile& font) {
+  std::wstring name(font.name.begin(), font.name.end());
+  FONTDESC description = {};
+  description.cbSizeofstruct = sizeof description;
+  description.lpstrName = name.data();
+  description.cySize.int64 = font.size;
+  description.sWeight = static_cast<SHORT>(font.weight);
+  description.sCharset = font.charset;
+  description.fItalic = font.italic;
+  description.fUnderline = font.underline;
+  description.fStrikethrough = font.strikethrough;
+  ComPtr<IDispatch> object;
+  EXPECT_EQ(S_OK, OleCreateFontIndirect(&description, IID_PPV_ARGS(object.GetAddressOf())));
+  return Variant(object.Get());
+}
+
+}  // namespace
+
+void PutSavedForm(MemoryBag& bag) {
+  for (const auto& entry : marklet::testing::ReadBagFile(SavedFormsPath() + L"\\1.0\\every_property.bag"))
+    bag.Put(std::wstring(entry.name.begin(), entry.name.end()).c_str(),
+            std::visit([](const auto& held) { return FromFile(held); }, entry.value));
 }
 
 Variant BytesVariant(const Bytes& bytes) {

@@ -80,6 +80,7 @@ class MemoryBag final : public IPropertyBag {
 
   void Put(const wchar_t* name, const VARIANT& value);
   const VARIANT* Find(const std::wstring& name) const;
+  void Remove(const std::wstring& name);
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
@@ -105,6 +106,9 @@ class ErrorLog final : public IErrorLog {
 
 HRESULT LoadFromBag(IUnknown* control, IPropertyBag& bag, IErrorLog* log = nullptr);
 HRESULT SaveToBag(IUnknown* control, IPropertyBag& bag, bool clear_dirty = true, bool save_all = true);
+
+// The file that the first version has saved, as a bag.
+void PutSavedForm(MemoryBag& bag);
 
 // Variants of other shapes.
 Variant BytesVariant(const Bytes& bytes);

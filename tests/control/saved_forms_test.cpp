@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "control/saved_bag.h"
+#include "support/bag_file.h"
 #include "support/fake_host.h"
 #include "support/memory_bag.h"
 
@@ -28,6 +29,30 @@ Bytes FileOf(const std::filesystem::path& path) {
 }
 
 Bytes EveryProperty() { return FileOf(MARKLET_TESTS "/saved_forms/1.0/every_property.form"); }
+
+BagValue FromFile(const std::int32_t& number) { return Long{number}; }
+BagValue FromFile(const testing::FontInFile& font) {
+  auto made = std::make_shared<StdFont>();
+  made->PutName(font.name);
+  made->PutSize(font.size / 10000.0);
+  made->PutWeight(font.weight);
+  made->PutItalic(font.italic);
+  made->PutUnderline(font.underline);
+  made->PutStrikethrough(font.strikethrough);
+  made->PutCharset(font.charset);
+  return made;
+}
+template <class Held>
+BagValue FromFile(const Held& held) {
+  return held;
+}
+
+testing::MemoryBag EveryPropertyAsABag() {
+  testing::MemoryBag bag;
+  for (const auto& entry : testing::ReadBagFile(MARKLET_TESTS "/saved_forms/1.0/every_property.bag"))
+    bag.Put(entry.name, std::visit([](const auto& held) { return FromFile(held); }, entry.value));
+  return bag;
+}
 
 // A control with a form loaded.
 std::unique_ptr<HostedControl> Load(const Bytes& form) {
@@ -117,6 +142,30 @@ TEST(SavedForms, SavingTheFirstVersionAgainGivesTheSameFile) {
   SavedBag again;
   hosted->control.WriteProperties(again);
   EXPECT_EQ(again.Bytes(), form);
+}
+
+// The two files were put together one by one: what is loaded from the one is saved as the other.
+TEST(SavedForms, TheBagOfTheFirstVersionHoldsTheSameAsItsStream) {
+  testing::MemoryBag bag = EveryPropertyAsABag();
+  HostedControl hosted;
+  EXPECT_TRUE(hosted.control.ReadProperties(bag));
+  SavedBag stream;
+  EXPECT_TRUE(hosted.control.WriteProperties(stream));
+  EXPECT_EQ(stream.Bytes(), EveryProperty());
+}
+
+TEST(SavedForms, SavingTheStreamIntoABagGivesTheBagOfTheFirstVersion) {
+  const testing::MemoryBag expected = EveryPropertyAsABag();
+  testing::MemoryBag bag;
+  EXPECT_TRUE(Load(EveryProperty())->control.WriteProperties(bag));
+  ASSERT_EQ(bag.entries.size(), expected.entries.size());
+  for (std::size_t i = 0; i < bag.entries.size(); ++i) {
+    const auto &got = bag.entries[i], &wanted = expected.entries[i];
+    EXPECT_EQ(got.name, wanted.name);
+    const auto *got_font = std::get_if<FontRef>(&got.value), *font = std::get_if<FontRef>(&wanted.value);
+    EXPECT_TRUE(font ? got_font && (*got_font)->Name() == (*font)->Name() : got.value == wanted.value)
+        << got.name;
+  }
 }
 
 TEST(SavedForms, NoPropertyOfTheFileHasItsDefault) {
