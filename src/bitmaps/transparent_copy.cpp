@@ -36,11 +36,13 @@ void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passag
   const KeyBytes key_bytes(key);
   const bool upwards = from.bits != to.bits || passage.y > passage.source_y;
   const bool backwards = passage.x > passage.source_x && from.bits == to.bits;
-  for (std::int64_t i = 0; i < passage.height; ++i) {
-    const std::int64_t row = upwards ? passage.height - 1 - i : i;
-    copy_row(PixelAt(from, passage.source_x, passage.source_y + row), PixelAt(to, passage.x, passage.y + row),
-             passage.width, backwards, key_bytes);
-  }
+  const std::int64_t first_row = upwards ? passage.height - 1 : 0;
+  const std::uint8_t* const in = PixelAt(from, passage.source_x, passage.source_y + first_row);
+  std::uint8_t* const out = PixelAt(to, passage.x, passage.y + first_row);
+  const std::ptrdiff_t in_step = upwards ? from.stride : -from.stride,
+                       out_step = upwards ? to.stride : -to.stride;
+  for (std::ptrdiff_t i = 0; i < passage.height; ++i)
+    copy_row(in + i * in_step, out + i * out_step, passage.width, backwards, key_bytes);
 }
 
 PixelView ViewOf(const CDib24& surface) {
