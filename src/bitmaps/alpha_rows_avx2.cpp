@@ -70,7 +70,7 @@ MARKLET_AVX2 MARKLET_INLINE void BlendEight(__m256i s, std::uint8_t* destination
   Target::Store(destination, Blend(s, Target::Load(destination), weights));
 }
 
-// Clear and opaque pixels come in runs.
+// Clear and opaque pixels come in runs. A row of a small icon is one that is soft at both ends.
 constexpr int kRun = 4;  // registers
 template <typename Target, bool kFaded>
 MARKLET_AVX2 MARKLET_INLINE void BlendRun(const std::uint8_t* source, std::uint8_t* destination,
@@ -83,6 +83,11 @@ MARKLET_AVX2 MARKLET_INLINE void BlendRun(const std::uint8_t* source, std::uint8
   const __m256i all = _mm256_and_si256(_mm256_and_si256(s[0], s[1]), _mm256_and_si256(s[2], s[3]));
   if (!kFaded && _mm256_testc_si256(all, AlphaMask()) != 0) {
     for (int i = 0; i < kRun; ++i) Target::Overwrite(destination + i * kTo, s[i]);
+  } else if (!kFaded && _mm256_testc_si256(_mm256_and_si256(s[1], s[2]), AlphaMask()) != 0) {
+    BlendEight<Target, kFaded>(s[0], destination, share);
+    Target::Overwrite(destination + kTo, s[1]);
+    Target::Overwrite(destination + 2 * kTo, s[2]);
+    BlendEight<Target, kFaded>(s[3], destination + 3 * kTo, share);
   } else {
     for (int i = 0; i < kRun; ++i) BlendEight<Target, kFaded>(s[i], destination + i * kTo, share);
   }
@@ -177,6 +182,19 @@ struct GreyWide {
   }
 };
 
+// Where an icon is clear it is black too, and stays so.
+MARKLET_AVX2 MARKLET_INLINE void GreyEach(std::uint8_t* pixels, std::ptrdiff_t count, const GreyWide& grey) {
+  constexpr std::ptrdiff_t kBytes = kWidePixels * kBytesPerAlphaPixel;
+  for (; count >= kRun * kWidePixels; count -= kRun * kWidePixels, pixels += kRun * kBytes) {
+    const __m256i any =
+        _mm256_or_si256(_mm256_or_si256(LoadWide(pixels), LoadWide(pixels + kBytes)),
+                        _mm256_or_si256(LoadWide(pixels + 2 * kBytes), LoadWide(pixels + 3 * kBytes)));
+    if (_mm256_testz_si256(any, any) != 0) continue;
+    for (int i = 0; i < kRun; ++i) grey(pixels + i * kBytes);
+  }
+  ForEachWide(pixels, count, grey);
+}
+
 }  // namespace
 
 void BlendRowsAvx2(const AlphaRows& rows, int destination_bits) {
@@ -192,9 +210,9 @@ MARKLET_AVX2 void PremultiplyPixelsAvx2(std::uint8_t* pixels, std::ptrdiff_t cou
 }
 MARKLET_AVX2 void GreyPixelsAvx2(std::uint8_t* pixels, std::ptrdiff_t count, bool spare_key) {
   if (spare_key) {
-    ForEachWide(pixels, count, GreyWide{true});
+    GreyEach(pixels, count, GreyWide{true});
   } else {
-    ForEachWide(pixels, count, GreyWide{false});
+    GreyEach(pixels, count, GreyWide{false});
   }
 }
 

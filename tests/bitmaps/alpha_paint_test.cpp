@@ -112,6 +112,24 @@ TEST_P(SoftwareAlphaPaintOnto, MixesEveryPairOfBytesAtEveryAlphaToTheByte) {
   }
 }
 
+TEST_P(SoftwareAlphaPaintOnto, MixesIconsThatAreSoftAtTheirEdgesAlone) {
+  Random random(59);
+  for (Long edge = 0; edge <= 34; ++edge) {
+    const auto source = AlphaSurface(68, 1);
+    for (Long x = 0; x < 68; ++x) {
+      const bool soft = x % 32 < edge % 32 || x % 32 >= 32 - edge % 32 || x >= 64;
+      const auto byte = [&] { return static_cast<std::uint8_t>(random()); };
+      PutPixel(*source, x, 0, {byte(), byte(), byte(), soft ? byte() : std::uint8_t{255}});
+    }
+    const PixelContext target(68, 1, Depth()), expected(68, 1, Depth());
+    Fill(target, random);
+    CopyPixels(target, expected);
+    Composite(*source, expected, 0, 0, 255);
+    source->SoftwareAlphaPaint(target.Get(), 0, 0, 255);
+    ASSERT_TRUE(Same(target, expected)) << "edge " << edge;
+  }
+}
+
 TEST_P(SoftwareAlphaPaintOnto, LeavesTheDestinationsAlphaAsItWas) {
   if (Depth() != 32) return;
   const PixelContext target(3, 1, 32);
@@ -389,6 +407,20 @@ TEST_P(AlphaArithmetic, GrayscaleRoundsEverySumToTheNearest) {
     const auto grey = static_cast<std::uint8_t>(Rounded(sum / 3.0));
     ASSERT_EQ(PixelOf(*surface, sum, 0), (Pixel{grey, grey, grey, 9}));
   }
+}
+
+TEST_P(AlphaArithmetic, GrayscaleFindsASinglePixelAmongClearOnes) {
+  for (Long x = 0; x < 70; ++x)
+    for (std::size_t c = 0; c < 4; ++c) {
+      const auto surface = AlphaSurface(70, 1, {});
+      Pixel pixel{};
+      pixel[c] = 90;
+      PutPixel(*surface, x, 0, pixel);
+      Pixels expected = PixelsOf(*surface);
+      if (c < 3) expected[static_cast<std::size_t>(x)] = {30, 30, 30, 0};
+      surface->Grayscale(-1);
+      ASSERT_EQ(PixelsOf(*surface), expected) << x << ' ' << c;
+    }
 }
 
 TEST(AlphaGrayscale, WithKeyMinus1GreysEvenPixelsOfTheKeyAndWithKeyColourSparesThem) {
