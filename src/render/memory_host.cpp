@@ -12,7 +12,7 @@ HDC MemoryHost::hDC() {
   if (surface_width_ != width_ || surface_height_ != height_) {
     surface_width_ = width_;
     surface_height_ = height_;
-    if (!surface_.Create(width_, height_)) surface_.ClearUp();
+    if (TooLarge() || !surface_.Create(width_, height_)) surface_.ClearUp();
   }
   SelectObject(surface_.hDC(), font_->hFont());
   return surface_.hDC();

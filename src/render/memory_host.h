@@ -21,8 +21,8 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   Ambient& AmbientProperties() override { return ambient_; }
   HWND hWnd() override { return nullptr; }
   HDC hDC() override;
-  double ScaleWidth() override { return width_; }
-  double ScaleHeight() override { return height_; }
+  double ScaleWidth() override { return TooLarge() ? 0 : width_; }
+  double ScaleHeight() override { return TooLarge() ? 0 : height_; }
   double Width() override { return width_ * TwipsPerPixelX(); }
   double Height() override { return height_ * TwipsPerPixelY(); }
   void PutWidth(double twips) override;
@@ -62,6 +62,11 @@ class MemoryHost final : public UserControl, public MarkletEvents {
     FontRef font_ = std::make_shared<StdFont>();
   };
 
+  // A control that sizes itself can ask for more memory than there is: of such a size it has no picture.
+  bool TooLarge() const {
+    constexpr std::int64_t kMostPixels = 8192 * 8192;
+    return std::int64_t{width_} * height_ > kMostPixels;
+  }
   void Resized();
 
   DefaultAmbient ambient_;

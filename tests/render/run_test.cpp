@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <filesystem>
 #include <sstream>
 #include <utility>
@@ -150,6 +151,15 @@ TEST_F(RunTest, RefusesOutputsItCannotWrite) {
 
 TEST_F(RunTest, RefusesAControlThatComesOutEmpty) {
   ExpectRefused({"AutoSize=true", "WordWrap=false", "Padding=-2000", "Caption=x"});
+}
+
+TEST_F(RunTest, RefusesAControlThatSizesItselfTooLarge) {
+  for (const char* padding : {"Padding=5000", "Padding=65536", "Padding=2000000000"}) {
+    const std::clock_t start = std::clock();
+    ExpectRefused({"Caption=x", "WordWrap=false", padding, "AutoSize=true"});
+    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC) << "no picture of that size was painted";
+  }
+  EXPECT_EQ(RunTo("long.png", {"Caption=" + std::string(5000, 'x'), "WordWrap=false", "AutoSize=true"}), 0);
 }
 
 TEST_F(RunTest, ReadsNothingTwice) {
