@@ -45,6 +45,7 @@ const InterfaceRow kInterfaces[] = {
     {__uuidof(IPerPropertyBrowsing), Get<&C::property_browsing>},
     {__uuidof(ICategorizeProperties), Get<&C::categories>},
     {kObjectSafetyGuid, Get<&C::safety>},
+    {kImageOwnerGuid, Get<&C::image_owner>},
 };
 
 }  // namespace

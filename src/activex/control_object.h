@@ -9,6 +9,7 @@
 #include "activex/event_source.h"
 #include "activex/extent.h"
 #include "activex/font.h"
+#include "activex/image_owner.h"
 #include "activex/in_place.h"
 #include "activex/module.h"
 #include "activex/ole_control.h"
@@ -75,6 +76,7 @@ class ControlObject final : public IUnknown {
   PropertyBrowsingFace property_browsing{*this};
   CategoriesFace categories{*this};
   DataFace data{*this};
+  ImageOwnerFace image_owner{*this};
 
   // Tells everybody who keeps a picture that the control looks different.
   void NotifyLook();

@@ -12,10 +12,6 @@
 namespace marklet::activex {
 namespace {
 
-bool SameName(const wchar_t* text, std::string_view name) {
-  return ::CompareStringOrdinal(text, -1, Wide(name).c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 DISPID FindMember(const wchar_t* name) {
   for (const PropertyRow& row : Properties())
     if (SameName(name, row.name)) return row.dispid;

@@ -39,6 +39,7 @@ constexpr GUID ParseGuid(std::string_view text) {
 inline constexpr GUID kLibraryGuid = ParseGuid(library::kGuid);
 inline constexpr GUID kDispatchGuid = ParseGuid(library::kDispatch.guid);
 inline constexpr GUID kClassGuid = ParseGuid(library::kClass.guid);
+inline constexpr GUID kImageOwnerGuid = ParseGuid(library::kImageOwner.guid);
 inline constexpr GUID kEventsGuid = ParseGuid(library::kEvents.guid);
 
 }  // namespace marklet::activex

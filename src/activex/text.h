@@ -23,6 +23,11 @@ inline std::u16string FromBstr(BSTR text) {
   return text ? std::u16string(Wrap(text), ::SysStringLen(text)) : std::u16string();
 }
 
+// Whether a name that a caller gives is this one. Names are compared without regard to case.
+inline bool SameName(const wchar_t* given, std::string_view name) {
+  return ::CompareStringOrdinal(given, -1, Wide(name).c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
 // Owns a string that a call hands out.
 class BstrResult {
  public:

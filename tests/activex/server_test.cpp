@@ -75,6 +75,7 @@ TEST(ServerModule, ImportsSystemLibrariesAlone) {
 // --- Identity ---------------------------------------------------------------------------------------------
 
 constexpr GUID kCategoriesId = {0x4D07FC10, 0xF931, 0x11CE, {0xB0, 0x01, 0x00, 0xAA, 0x00, 0x68, 0x84, 0xE5}};
+constexpr GUID kImageOwnerId = {0x215FB7C9, 0x18D0, 0x42C9, {0xBE, 0x97, 0x3A, 0x3F, 0xA3, 0xC7, 0x03, 0xE4}};
 constexpr GUID kSafetyId = {0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
 
 const IID* const kInterfaces[] = {&IID_IUnknown,
@@ -101,6 +102,7 @@ const IID* const kInterfaces[] = {&IID_IUnknown,
                                   &IID_IPerPropertyBrowsing,
                                   &kCategoriesId,
                                   &kSafetyId,
+                                  &kImageOwnerId,
                                   &IID_IDataObject};
 
 TEST(ControlIdentity, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {

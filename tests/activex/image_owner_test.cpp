@@ -1,0 +1,225 @@
+// The control's images, as an editor of forms reaches them.
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "activex/container.h"
+
+namespace ocx_test {
+
+// The slots in the order in which the documentation lists them. Not local to this file: the compiler would
+// take it that nobody implements them.
+struct ImageOwner : public IDispatch {
+  virtual HRESULT STDMETHODCALLTYPE DestroyIconByteCollectionData() = 0;
+  virtual HRESULT STDMETHODCALLTYPE DeleteIconImage(BSTR key) = 0;
+  virtual HRESULT STDMETHODCALLTYPE LoadIconByteImageFromDisk(BSTR file, BSTR key, IDispatch** image) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetIconByteCollection(IDispatch** list) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetFriendlyString(BSTR* text) = 0;
+};
+
+namespace {
+
+constexpr GUID kImageOwnerId = {0x215FB7C9, 0x18D0, 0x42C9, {0xBE, 0x97, 0x3A, 0x3F, 0xA3, 0xC7, 0x03, 0xE4}};
+
+// A bitmap file of 16 by 16 pixels, deleted at the end.
+class BitmapFile {
+ public:
+  BitmapFile() {
+    wchar_t folder[MAX_PATH], file[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    GetTempFileNameW(folder, L"img", 0, file);
+    DeleteFileW(file);
+    path_ = std::wstring(file) + L".bmp";
+    constexpr std::uint32_t kHead = 54, kPixels = 16 * 16 * 3;
+    std::vector<char> bytes(kHead + kPixels, '\x40');
+    const std::uint32_t head[] = {kHead + kPixels, 0, kHead, 40, 16, 16, 1 | 24 << 16, 0,
+                                  kPixels,         0, 0,     0,  0};
+    bytes[0] = 'B';
+    bytes[1] = 'M';
+    std::copy_n(reinterpret_cast<const char*>(head), sizeof head, bytes.begin() + 2);
+    const HANDLE out = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    CloseHandle(out);
+    EXPECT_EQ(bytes.size(), written);
+  }
+  ~BitmapFile() { DeleteFileW(path_.c_str()); }
+  BitmapFile(const BitmapFile&) = delete;
+  BitmapFile& operator=(const BitmapFile&) = delete;
+  const std::wstring& Path() const { return path_; }
+
+ private:
+  std::wstring path_;
+};
+
+// The arguments stand last to first.
+HRESULT Call(IDispatch* object, const wchar_t* name, const std::vector<const VARIANT*>& arguments,
+             VARIANT& result) {
+  std::vector<VARIANT> list;
+  list.reserve(arguments.size());
+  for (const VARIANT* argument : arguments) list.push_back(*argument);
+  DISPPARAMS parameters = {list.data(), nullptr, static_cast<UINT>(list.size()), 0};
+  return object->Invoke(IdOf(object, name), IID_NULL, LOCALE_USER_DEFAULT,
+                        DISPATCH_METHOD | DISPATCH_PROPERTYGET, &parameters, &result, nullptr, nullptr);
+}
+
+std::wstring KeyAt(IDispatch* list, const VARIANT& index) {
+  Variant image;
+  if (FAILED(Call(list, L"Item", {&index}, image)) || image.vt != VT_DISPATCH) return L"none";
+  return GetText(image.pdispVal, L"Key");
+}
+
+class ImageOwnerFixture : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    container_.Host();
+    ASSERT_EQ(S_OK, container_.Object()->QueryInterface(kImageOwnerId,
+                                                        reinterpret_cast<void**>(owner_.GetAddressOf())));
+    Load(L"first");
+    Load(L"Second");
+  }
+
+  void Load(const wchar_t* key) {
+    Variant path(file_.Path().c_str()), name(key), loaded;
+    ASSERT_EQ(S_OK, Call(container_.Dispatch().Get(), L"LoadIconImageFromFile", {&name, &path}, loaded));
+    ASSERT_EQ(VARIANT_TRUE, loaded.boolVal);
+  }
+
+  ComPtr<IDispatch> List() {
+    ComPtr<IDispatch> list;
+    EXPECT_EQ(S_OK, owner_->GetIconByteCollection(list.GetAddressOf()));
+    return list;
+  }
+
+  BitmapFile file_;
+  Container container_;
+  ComPtr<ImageOwner> owner_;
+};
+
+TEST_F(ImageOwnerFixture, HandsOutTheListItself) {
+  const ComPtr<IDispatch> list = List();
+  ASSERT_TRUE(list);
+  EXPECT_EQ(2, GetNumber(list.Get(), L"Count"));
+  Load(L"third");
+  EXPECT_EQ(3, GetNumber(list.Get(), L"Count")) << "not a copy";
+}
+
+TEST_F(ImageOwnerFixture, ListsImagesByPositionAndByKeyInAnyCase) {
+  const ComPtr<IDispatch> list = List();
+  EXPECT_EQ(L"first", KeyAt(list.Get(), Variant(1)));
+  EXPECT_EQ(L"Second", KeyAt(list.Get(), Variant(2)));
+  EXPECT_EQ(L"Second", KeyAt(list.Get(), Variant(L"SECOND")));
+}
+
+TEST_F(ImageOwnerFixture, AnImageThatIsNotThereIsAFailure) {
+  const ComPtr<IDispatch> list = List();
+  for (const int position : {0, 3, -1, 0x7FFFFFFF}) {
+    Variant image, index(position);
+    EXPECT_TRUE(FAILED(Call(list.Get(), L"Item", {&index}, image))) << position;
+    EXPECT_EQ(VT_EMPTY, image.vt);
+  }
+  for (const wchar_t* key : {L"", L"1", L"thirds"}) {
+    Variant image, index(key);
+    EXPECT_TRUE(FAILED(Call(list.Get(), L"Item", {&index}, image)));
+  }
+  Variant image, object(list.Get());
+  EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(list.Get(), L"Item", {}, image));
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, Call(list.Get(), L"Item", {&object}, image));
+  EXPECT_EQ(DISPID_UNKNOWN, IdOf(list.Get(), L"Add"));
+}
+
+TEST_F(ImageOwnerFixture, EnumeratesImagesInTheirOrder) {
+  Variant enumerator;
+  ASSERT_EQ(S_OK, Get(List().Get(), DISPID_NEWENUM, enumerator));
+  ASSERT_EQ(VT_UNKNOWN, enumerator.vt);
+  const ComPtr<IEnumVARIANT> images = As<IEnumVARIANT>(enumerator.punkVal);
+  ASSERT_TRUE(images);
+  Variant one, two, three;
+  EXPECT_EQ(S_OK, images->Next(1, &one, nullptr));
+  EXPECT_EQ(L"first", GetText(one.pdispVal, L"Key"));
+  EXPECT_EQ(S_OK, images->Next(1, &two, nullptr));
+  EXPECT_EQ(L"Second", GetText(two.pdispVal, L"Key"));
+  EXPECT_EQ(S_FALSE, images->Next(1, &three, nullptr));
+}
+
+TEST_F(ImageOwnerFixture, DeletingAnImageTellsTheHostOfAChangeWithoutAName) {
+  Sink sink;
+  ASSERT_EQ(S_OK, sink.ConnectChanges(container_.Object()));
+  Variant key(L"FIRST"), other(L"nowhere");
+  EXPECT_EQ(S_OK, owner_->DeleteIconImage(key.bstrVal));
+  EXPECT_EQ(std::vector<std::string>{"Changed(-1)"}, sink.log);
+  EXPECT_EQ(L"Second", KeyAt(List().Get(), Variant(1)));
+  EXPECT_EQ(S_OK, owner_->DeleteIconImage(other.bstrVal));
+  EXPECT_EQ(S_OK, owner_->DeleteIconImage(nullptr));
+  EXPECT_EQ(3u, sink.log.size()) << "one that wasn't there too";
+  EXPECT_EQ(1, GetNumber(List().Get(), L"Count"));
+}
+
+TEST_F(ImageOwnerFixture, DestroyingTheImagesLeavesANewEmptyList) {
+  const ComPtr<IDispatch> before = List();
+  EXPECT_EQ(S_OK, owner_->DestroyIconByteCollectionData());
+  EXPECT_EQ(0, GetNumber(List().Get(), L"Count"));
+  EXPECT_EQ(2, GetNumber(before.Get(), L"Count")) << "whoever holds the old list keeps it";
+}
+
+TEST_F(ImageOwnerFixture, AListOutlivesItsControl) {
+  const ComPtr<IDispatch> list = List();
+  owner_.Reset();
+  container_.Close();
+  EXPECT_EQ(L"first", KeyAt(list.Get(), Variant(1)));
+}
+
+TEST_F(ImageOwnerFixture, LoadsNothingByItself) {
+  Variant path(file_.Path().c_str()), key(L"other");
+  IDispatch* image = container_.Dispatch().Get();
+  EXPECT_EQ(S_OK, owner_->LoadIconByteImageFromDisk(path.bstrVal, key.bstrVal, &image));
+  EXPECT_EQ(nullptr, image);
+  EXPECT_EQ(2, GetNumber(List().Get(), L"Count"));
+}
+
+TEST_F(ImageOwnerFixture, CallsItselfALabel) {
+  Variant word(L"");
+  SysFreeString(word.bstrVal);
+  ASSERT_EQ(S_OK, owner_->GetFriendlyString(&word.bstrVal));
+  EXPECT_EQ(L"label", word.Text());
+}
+
+TEST_F(ImageOwnerFixture, AnswersLateBoundCallsInTheSameWay) {
+  Variant word, list, nothing, key(L"first");
+  EXPECT_EQ(S_OK, Call(owner_.Get(), L"GetFriendlyString", {}, word));
+  EXPECT_EQ(L"label", word.Text());
+  EXPECT_EQ(S_OK, Call(owner_.Get(), L"DeleteIconImage", {&key}, nothing));
+  ASSERT_EQ(S_OK, Call(owner_.Get(), L"GetIconByteCollection", {}, list));
+  ASSERT_EQ(VT_DISPATCH, list.vt);
+  EXPECT_EQ(1, GetNumber(list.pdispVal, L"Count"));
+  DISPPARAMS none = {};
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND,
+            owner_->Invoke(77, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr));
+}
+
+TEST_F(ImageOwnerFixture, DescribesItselfAsTheTypeLibraryDoes) {
+  ComPtr<ITypeInfo> info;
+  UINT count = 0;
+  EXPECT_EQ(S_OK, owner_->GetTypeInfoCount(&count));
+  EXPECT_EQ(1u, count);
+  ASSERT_EQ(S_OK, owner_->GetTypeInfo(0, 0, info.GetAddressOf()));
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
+  EXPECT_TRUE(attributes->guid == kImageOwnerId);
+  info->ReleaseTypeAttr(attributes);
+  EXPECT_EQ(DISP_E_BADINDEX, owner_->GetTypeInfo(1, 0, info.ReleaseAndGetAddressOf()));
+}
+
+TEST_F(ImageOwnerFixture, RefusesNullPlaces) {
+  EXPECT_EQ(E_POINTER, owner_->GetIconByteCollection(nullptr));
+  EXPECT_EQ(E_POINTER, owner_->GetFriendlyString(nullptr));
+  EXPECT_EQ(E_POINTER, owner_->LoadIconByteImageFromDisk(nullptr, nullptr, nullptr));
+  EXPECT_EQ(E_POINTER, owner_->GetTypeInfo(0, 0, nullptr));
+  EXPECT_EQ(E_POINTER, owner_->GetTypeInfoCount(nullptr));
+  EXPECT_EQ(E_POINTER, owner_->Invoke(0, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr));
+  EXPECT_EQ(E_POINTER, owner_->GetIDsOfNames(IID_NULL, nullptr, 0, 0, nullptr));
+}
+
+}  // namespace
+}  // namespace ocx_test
