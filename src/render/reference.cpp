@@ -141,6 +141,8 @@ std::string ReferenceText() {
       "The column Initial is what a newly placed control has. `BackColor`, `ForeColor`, the font and the "
       "caption come from\nthe host's ambient properties; without them they are as they stand here.\n\n"
       "A host that watches for changes hears the name in the column Announced, misspelled ones included.\n\n"
+      "The object that `Font` gives is live: what is set on it is set on the control's font. A font that is "
+      "assigned is\ncopied.\n\n"
       "| Property | DISPID | Type | Initial | Access | Announced | Meaning "
       "|\n|---|---|---|---|---|---|---|\n";
   for (const PropertyRow& row : Properties()) text += PropertyLine(placed, row);
