@@ -175,12 +175,9 @@ class FontLink final : public ComObject<IPropertyNotifySink> {
   bool writing_ = false;
 };
 
-HostFont::HostFont() = default;
-HostFont::~HostFont() { Disconnect(); }
-
 void HostFont::Follow(const FontRef& font) {
   if (font == font_) return;
-  if (const ComPtr<FontLink> link = link_) link->Write();
+  Write();
   Disconnect();
   if (const auto* with = std::get_deleter<WithObject>(font)) Connect(font, with->object);
 }
@@ -189,12 +186,17 @@ ComPtr<IFontDisp> HostFont::For(const FontRef& font) {
   if (font != font_) {
     Disconnect();
     if (font) Connect(font, MakeObject(*font));
-  } else if (const ComPtr<FontLink> link = link_) {
-    link->Write();
+  } else {
+    Write();
   }
   ComPtr<IFontDisp> result;
   if (object_) object_.As(&result);
   return result;
+}
+
+// The object may be a host's own code, in which the font may change.
+void HostFont::Write() {
+  if (const ComPtr<IPropertyNotifySink> link = link_) static_cast<FontLink*>(link.Get())->Write();
 }
 
 // An object that tells nobody of its changes is handed out all the same.
@@ -202,7 +204,7 @@ void HostFont::Connect(const FontRef& font, ComPtr<IFont> object) {
   if (!object) return;
   font_ = font;
   object_ = std::move(object);
-  link_ = Adopt(new FontLink(*object_.Get(), font));
+  link_ = Adopt<IPropertyNotifySink>(new FontLink(*object_.Get(), font));
   ComPtr<IConnectionPointContainer> container;
   if (FAILED(object_.As(&container)) ||
       FAILED(container->FindConnectionPoint(__uuidof(IPropertyNotifySink), notifier_.GetAddressOf())))
@@ -215,7 +217,7 @@ void HostFont::Disconnect() {
   font_.reset();
   const ComPtr<IConnectionPoint> notifier = std::move(notifier_);
   const ComPtr<IFont> object = std::move(object_);
-  const ComPtr<FontLink> link = std::move(link_);
+  const ComPtr<IPropertyNotifySink> link = std::move(link_);
   notifier_.Reset();
   object_.Reset();
   link_.Reset();

@@ -13,14 +13,12 @@ FontRef FontFromObject(IUnknown* object);
 // Whether two fonts have the same properties.
 bool SameFont(const StdFont& a, const StdFont& b);
 
-class FontLink;
-
 // The platform's object for the font that the control has. The two stay connected: what a host sets on the
 // object is set on the font, and the other way round, for as long as the control has that font.
 class HostFont {
  public:
-  HostFont();
-  ~HostFont();
+  HostFont() = default;
+  ~HostFont() { Disconnect(); }
   HostFont(const HostFont&) = delete;
   HostFont& operator=(const HostFont&) = delete;
 
@@ -33,10 +31,11 @@ class HostFont {
  private:
   void Connect(const FontRef& font, ComPtr<IFont> object);
   void Disconnect();
+  void Write();
 
   FontRef font_;
   ComPtr<IFont> object_;
-  ComPtr<FontLink> link_;
+  ComPtr<IPropertyNotifySink> link_;
   ComPtr<IConnectionPoint> notifier_;
   DWORD cookie_ = 0;
 };

@@ -111,7 +111,7 @@ void ExpectSound(IUnknown* control) {
 HRESULT Give(const Variant& shape, VARIANT& value) {
   VariantInit(&value);
   if ((shape.vt & VT_BYREF) == 0) return VariantCopy(&value, const_cast<Variant*>(&shape));
-  std::memcpy(static_cast<void*>(&value), &shape, sizeof(VARIANT));
+  value = static_cast<const VARIANT&>(shape);
   return S_OK;
 }
 

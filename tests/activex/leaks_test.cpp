@@ -128,6 +128,7 @@ TEST(Leaks, TheCounterSeesEveryKindOfUserHandle) {
     kind.destroy(kind.make());
     const int before = marklet::CountUserHandles();
     std::vector<HANDLE> handles;
+    handles.reserve(kMany);
     for (int i = 0; i < kMany; ++i) handles.push_back(kind.make());
     EXPECT_NEAR(before + kMany, marklet::CountUserHandles(), kUserSlack);
     for (const HANDLE handle : handles) kind.destroy(handle);
