@@ -73,10 +73,10 @@ HRESULT WriteAll(IStream& stream, const std::vector<std::uint8_t>& bytes) {
 
 HRESULT Persist::InitNew() {
   if (loaded_) return E_UNEXPECTED;
-  control_.marklet.InitProperties();
-  begun_ = true;
-  SetDirty(false);
-  return S_OK;
+  const bool whole = control_.marklet.InitProperties();
+  if (whole) begun_ = true;
+  SetDirty(!whole);
+  return whole ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT Persist::Load(PropertyBag& bag, HRESULT state) {

@@ -18,24 +18,35 @@ Marklet::Marklet(UserControl& host, MarkletEvents& events) : host_(host), events
 
 Marklet::~Marklet() = default;
 
-void Marklet::SetByName(std::string_view name, const Value& value) {
-  if (const PropertyRow* row = FindProperty(name)) Set(*row, value);
+bool Marklet::SetByName(std::string_view name, const Value& value) {
+  const PropertyRow* row = FindProperty(name);
+  return row != nullptr && TrySet(*row, value);
 }
 
-void Marklet::InitProperties() {
+bool Marklet::InitProperties() {
   Ambient& ambient = host_.AmbientProperties();
-  IgnoreErrors([&] { state_.DesignMode = !ambient.UserMode(); });
-  SetByName("Appearance", Long{1});
-  SetByName("BorderStyle", Long{0});
-  IgnoreErrors([&] { SetByName("Caption", ambient.DisplayName()); });
+  bool whole = true;
+  // A step that fails is skipped; one that sets a property may fail inside.
+  const auto step = [&](auto body) {
+    if (!IgnoreErrors(body)) whole = false;
+  };
+  const auto set = [&](std::string_view name, auto value) {
+    step([&] {
+      if (!SetByName(name, value())) whole = false;
+    });
+  };
+  step([&] { state_.DesignMode = !ambient.UserMode(); });
+  set("Appearance", [] { return Long{1}; });
+  set("BorderStyle", [] { return Long{0}; });
+  set("Caption", [&] { return ambient.DisplayName(); });
   state_.Alignment = 0;
-  IgnoreErrors([&] { SetByName("Font", ambient.Font()); });
-  IgnoreErrors([&] { host_.Font()->PutName(ambient.Font()->Name()); });
-  IgnoreErrors([&] { host_.PutEnabled(true); });
-  IgnoreErrors([&] { state_.BackColor = ambient.BackColor(); });
-  IgnoreErrors([&] { state_.ForeColor = ambient.ForeColor(); });
+  set("Font", [&] { return ambient.Font(); });
+  step([&] { host_.Font()->PutName(ambient.Font()->Name()); });
+  step([&] { host_.PutEnabled(true); });
+  step([&] { state_.BackColor = ambient.BackColor(); });
+  step([&] { state_.ForeColor = ambient.ForeColor(); });
   state_.EffectColor = 0x80000010;
-  IgnoreErrors([&] { state_.RightToLeft = ambient.RightToLeft(); });
+  step([&] { state_.RightToLeft = ambient.RightToLeft(); });
   state_.Padding = 0;
   state_.UseMnemonic = true;
   state_.WordWrap = true;
@@ -46,6 +57,7 @@ void Marklet::InitProperties() {
   state_.ImagePixels = 16;
   state_.ImageSize = 0;
   MatchAccessKeys();
+  return whole;
 }
 
 // --- The property protocol --------------------------------------------------------------------------------

@@ -62,8 +62,8 @@ class Marklet : public ISupportsAlphaImage {
   Marklet(const Marklet&) = delete;
   Marklet& operator=(const Marklet&) = delete;
 
-  // The defaults of a newly placed control.
-  void InitProperties();
+  // The defaults of a newly placed control. False when a failure, such as a lack of memory, kept one back.
+  bool InitProperties();
 
   // Takes the state from a saved form, or writes it. Values that can't be had leave the field as it is, those
   // that can't be written are left out. Change is raised once, before the images are there. The answer is
@@ -119,7 +119,7 @@ class Marklet : public ISupportsAlphaImage {
  private:
   void RunSteps(const PropertyRow& row);
   bool TrySet(const PropertyRow& row, const Value& value);
-  void SetByName(std::string_view name, const Value& value);
+  bool SetByName(std::string_view name, const Value& value);
   bool LoadProperty(PropertyBag& bag, std::string_view key);
   bool SaveProperty(PropertyBag& bag, std::string_view key);
   void MatchAccessKeys();

@@ -524,8 +524,11 @@ TEST_F(Activation, TellsTheContainerItsAccessKey) {
   ASSERT_EQ(S_OK, control->GetControlInfo(&info));
   EXPECT_EQ(0, info.cAccel);
   EXPECT_EQ(L"&Total", GetText(object_.Get(), L"Caption"));
+  Sink events;
+  ASSERT_EQ(S_OK, events.ConnectEvents(object_.Get()));
   MSG message = {};
   EXPECT_EQ(S_OK, control->OnMnemonic(&message));
+  EXPECT_EQ(Log{}, events.log) << "what follows is the container's focus logic";
 }
 
 // The scan knows no markup, and a doubled ampersand is a key.

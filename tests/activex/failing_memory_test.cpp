@@ -141,6 +141,36 @@ TEST(FailingMemory, ALoadFromABagIsWholeOrFails) {
   FailEachOfALoad(SaveToStream(saved.Get()), [&](IUnknown* control) { return LoadFromBag(control, bag); });
 }
 
+TEST(FailingMemory, AStartIsWholeOrFails) {
+  Container container;
+  container.ambients.display_name = L"A name that is too long for a string without memory of its own";
+  const Variant font = NewFont(L"Tahoma", 140000, true);
+  container.ambients.font = font.pdispVal;
+  container.Host();
+  const Bytes whole = SaveToStream(container.Object());
+  container.Close();
+  FailingMemory memory;
+  int number = 0, failures = 0;
+  for (bool has_failed = true; has_failed; ++number) {
+    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+    container.HostObject(CreateControl());
+    const auto persist = As<IPersistStreamInit>(container.Object());
+    memory.FailAt(number + 1, false);
+    const HRESULT result = persist->InitNew();
+    memory.Stop();
+    has_failed = memory.HasFailed();
+    failures += FAILED(result);
+    EXPECT_EQ(FAILED(result) ? E_OUTOFMEMORY : S_OK, result);
+    if (SUCCEEDED(result)) {
+      EXPECT_EQ(whole, SaveToStream(container.Object()));
+    }
+    EXPECT_EQ(S_OK, persist->InitNew());
+    EXPECT_EQ(whole, SaveToStream(container.Object())) << "it may be started again";
+    container.Close();
+  }
+  EXPECT_GT(failures, 3);
+}
+
 // --- What the caller hears --------------------------------------------------------------------------------
 
 TEST(FailureReports, ALateCallThatFailsIsAnExceptionWithSourceAndDescription) {

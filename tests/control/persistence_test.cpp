@@ -525,6 +525,47 @@ TEST(Persistence, ImagesKeepTheirCellsAndShapes) {
   EXPECT_EQ(loaded.State().Images->Item(2)->GetBytes(0, 3), Cell(3, 16, 16, 5));
 }
 
+// An image's key, its cells size by size and within a size depth by depth; then the next image.
+TEST(Persistence, CellsStandBehindTheirImagesKeySizeBySize) {
+  HostedControl hosted;
+  hosted.Init();
+  const ImageRef first = MakeImage(u"a", OneDimension({1, 2}), 7, 4);
+  for (const auto& [size, depth] : {std::pair<Long, Long>{1, 0}, {0, 4}, {0, 1}})
+    first->SetBytes(size, depth, OneDimension({1, 2}));
+  hosted.State().Images->Add(u"a", first);
+  hosted.State().Images->Add(u"b", MakeImage(u"b", OneDimension({1, 2}), 3, 2));
+  MemoryBag bag;
+  hosted.control.WriteProperties(bag);
+  const std::vector<std::string> names = Names(bag);
+  const std::vector<std::string> expected = {"NumOfIconBytes",  "IcoBytesKey_1",   "IconBytesJ0K1_1",
+                                             "IconBytesJ0K4_1", "IconBytesJ1K0_1", "IconBytesJ7K4_1",
+                                             "IcoBytesKey_2",   "IconBytesJ3K2_2"};
+  EXPECT_EQ(std::vector<std::string>(names.begin() + 21, names.end()), expected);
+}
+
+TEST(Persistence, EveryCellOfAnImageIsAskedForBehindItsKey) {
+  HostedControl hosted;
+  MemoryBag bag;
+  bag.Put("NumOfIconBytes", Long{1});
+  hosted.control.ReadProperties(bag);
+  std::vector<std::string> expected = {"NumOfIconBytes", "IcoBytesKey_1"};
+  for (const char size : std::string("01234567"))
+    for (const char depth : std::string("01234"))
+      expected.push_back(std::string("IconBytesJ") + size + "K" + depth + "_1");
+  expected.insert(expected.end(), {"ImageKey", "ImageKeyHover", "AutoSize"});
+  EXPECT_EQ(std::vector<std::string>(bag.asked.begin() + 19, bag.asked.end()), expected);
+}
+
+TEST(Persistence, NumbersOfImagesAreNotPadded) {
+  HostedControl hosted;
+  hosted.Init();
+  for (char16_t key = u'a'; key < u'l'; ++key)
+    hosted.State().Images->Add({key}, MakeImage({key}, OneDimension({1, 2}), 0, 4));
+  MemoryBag bag;
+  hosted.control.WriteProperties(bag);
+  EXPECT_TRUE(bag.Find("IcoBytesKey_9") && bag.Find("IcoBytesKey_11") && bag.Find("IconBytesJ0K4_11"));
+}
+
 TEST(Persistence, ACellOfOneByteDoesNotSurvive) {
   HostedControl hosted;
   hosted.Init();
