@@ -21,6 +21,14 @@ void CDib32::CreateFromBitmap(HBITMAP bitmap) {
   if (Create(record.bmWidth, record.bmHeight)) LoadBitmap(bitmap);
 }
 
+void CDib32::StretchPaintTo(HDC destination, Long x, Long y, Long width, Long height,
+                            std::uint32_t rop) const {
+  constexpr int kHalftone = 4;
+  SetStretchBltMode(destination, kHalftone);
+  StretchBlt(destination, x, y, OrOwn(width, Width()), OrOwn(height, Height()), hDC(), 0, 0, Width(),
+             Height(), rop);
+}
+
 void CDib32::AlphaPaint(HDC destination, Long x, Long y, Long width, Long height, Long source_x,
                         Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
                         bool use_source_alpha) const {

@@ -31,6 +31,10 @@ class CDib32 : public Dib {
   void CreateFromPicture(HBITMAP picture) { CreateFromBitmap(picture); }
   bool NotPremultiplied() const { return not_premultiplied_; }
 
+  // Stretches the whole surface to a rectangle, averaging where the platform can. A width or height below 0
+  // means the surface's own. Sets the destination's mode of stretching.
+  void StretchPaintTo(HDC destination, Long x, Long y, Long width, Long height, std::uint32_t rop) const;
+
   // Composites this surface. The first call of IsWindows2000Family on a thread, and every call on a system
   // outside that family, takes SoftwareAlphaPaint; otherwise it is AlphaBlend. A width or height below 0
   // means the surface's own, a source size below 0 the size on the destination.

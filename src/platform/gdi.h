@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "platform/types.h"
 
@@ -24,6 +25,12 @@ HBITMAP CreateDIBSection(HDC dc, Long width, Long height, int bits_per_pixel, st
 // Selects a bitmap, brush, font or pen and returns the former one; null if that is gone, or on failure.
 HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
 bool DeleteObject(HGDIOBJ object);
+
+// An object that is nowhere selected, deleted with the reference.
+struct ObjectDeleter {
+  void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+using ObjectRef = std::unique_ptr<GdiObjectHandle, ObjectDeleter>;
 
 // The pixel memory behind a context. Bottom-up: row 0 is the bottom line of the picture.
 struct PixelView {
@@ -45,6 +52,16 @@ void GdiFlush();
 // and NOTSRCCOPY are used. Source and destination may be the same context and overlap.
 bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
             Long source_y, std::uint32_t rop);
+
+// How StretchBlt makes one pixel of several; only 4, which averages where the platform can, is used. Returns
+// the former mode, 0 on failure.
+int SetStretchBltMode(HDC dc, int mode);
+// The same as BitBlt to a rectangle of another size. What lies between pixels, and alpha where the sizes
+// differ, is the platform's choice; a plain area keeps its colour. The two must be different surfaces. Parts
+// outside the destination are left out; a rectangle that reaches out of the source, or a negative size, draws
+// nothing and returns false.
+bool StretchBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+                Long source_y, Long source_width, Long source_height, std::uint32_t rop);
 
 // Blends a rectangle, sampled at the nearest pixel where the sizes differ. With `use_source_alpha` the source
 // is 32-bit with premultiplied alpha: d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255;

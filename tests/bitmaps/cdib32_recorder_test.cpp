@@ -81,6 +81,16 @@ TEST(CDib32Handles, CreateFromBitmapFailsQuietly) {
   DeleteObject(bitmap);
 }
 
+TEST(CDib32Stretching, SetsTheModeAndStretchesTheWholeSurface) {
+  CDib32 source;
+  source.Create(5, 3);
+  CDib24 target;
+  target.Create(9, 9);
+  const Recorder recorder;
+  source.StretchPaintTo(target.hDC(), 1, 2, 7, -1, SRCINVERT);
+  EXPECT_EQ(recorder.Lines(), (Lines{"SetStretchBltMode(4)", "StretchBlt(1,2,7,3,0,0,5,3,0x660046)"}));
+}
+
 class AlphaPaintCalls : public testing::Test {
  protected:
   AlphaPaintCalls() {

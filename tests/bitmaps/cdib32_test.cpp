@@ -188,6 +188,7 @@ TEST(CDib32, DrawingOnAnEmptySurfaceDoesNothing) {
   empty.Clear(kRed);
   empty.LoadFromDC(other->hDC(), 0, 0, 3, 3, SRCCOPY);
   empty.PaintTo(other->hDC(), 0, 0, 3, 3, 0, 0, SRCCOPY);
+  empty.StretchPaintTo(other->hDC(), 0, 0, 3, 3, SRCCOPY);
   empty.PaintTransparent(other->hDC(), 0, 0, 3, 3, 0, 0, kGrey);
   empty.AlphaPaint(other->hDC(), 0, 0, 3, 3, 0, 0, -1, -1, 255, true);
   empty.SoftwareAlphaPaint(other->hDC(), 0, 0, 255);
@@ -208,6 +209,25 @@ TEST(CDib32, BlitsBetweenSurfacesCarryAlpha) {
   const auto painted = AlphaSurface(2, 1);
   source->PaintTo(painted->hDC(), 0, 0, kMin, -1, 0, 0, SRCCOPY);
   EXPECT_EQ(PixelsOf(*painted), (Pixels{kSeeThrough, kOpaque}));
+}
+
+TEST(CDib32, StretchPaintToFillsTheRectangleWithTheWholeSurface) {
+  const auto source = AlphaSurface(4, 2, kOpaque);
+  for (Long row = 0; row < 2; ++row)
+    for (Long x = 2; x < 4; ++x) PutPixel(*source, x, row, {7, 8, 9, 255});
+  const auto target = Surface(13, 8, kGrey);
+  source->StretchPaintTo(target->hDC(), 1, 2, 12, 4, SRCCOPY);
+  for (Long row = 0; row < 8; ++row) {
+    const bool inside = row >= 2 && row < 6;
+    EXPECT_EQ(ColourAt(*target, 0, row), kGrey);
+    EXPECT_EQ(ColourAt(*target, 1, row), inside ? MakeRgb(6, 5, 4) : kGrey);
+    EXPECT_EQ(ColourAt(*target, 12, row), inside ? MakeRgb(9, 8, 7) : kGrey);
+  }
+  const auto own_size = Surface(5, 5, kGrey);
+  source->StretchPaintTo(own_size->hDC(), 0, 0, -1, -1, SRCCOPY);
+  EXPECT_EQ(ColourAt(*own_size, 3, 3), MakeRgb(9, 8, 7));
+  EXPECT_EQ(ColourAt(*own_size, 4, 3), kGrey);
+  EXPECT_EQ(ColourAt(*own_size, 3, 2), kGrey);
 }
 
 TEST(CDib32, PaintTransparentLeavesOutTheKey) {

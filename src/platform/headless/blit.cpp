@@ -1,6 +1,7 @@
 // Copies and blends between contexts.
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "platform/gdi.h"
@@ -154,6 +155,36 @@ bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source
   if (combine == nullptr) return false;
   const Clipped area = ClipToBoth(to, x, y, width, height, from, source_x, source_y);
   if (area.width > 0 && area.height > 0) CombineArea(to, from, area, combine);
+  return true;
+}
+
+int SetStretchBltMode(HDC dc, int mode) {
+  if (Refused(Operation::kSetStretchBltMode, dc, mode) || dc == nullptr) return 0;
+  return std::exchange(dc->stretch_mode, mode);
+}
+
+bool StretchBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+                Long source_y, Long source_width, Long source_height, std::uint32_t rop) {
+  if (Refused(Operation::kStretchBlt, destination, x, y, width, height, source, source_x, source_y,
+              source_width, source_height, rop))
+    return false;
+  if (destination == nullptr || source == nullptr || width < 0 || height < 0) return false;
+  const Surface &to = destination->surface, &from = source->surface;
+  if (!InsideSource(from, source_x, source_y, source_width, source_height)) return false;
+  if (to.bits == nullptr || to.bits == from.bits) return to.bits == nullptr;
+  const RowCombiner combine = CombinerFor(rop, to, from);
+  if (combine == nullptr) return false;
+  const Box area = Intersect({x, y, std::int64_t{x} + width, std::int64_t{y} + height}, to.Bounds());
+  if (area.Empty() || source_width == 0 || source_height == 0) return true;
+  const std::ptrdiff_t bytes = from.bytes_per_pixel;
+  std::vector<std::uint8_t> sampled(static_cast<std::size_t>(area.Width() * bytes));
+  for (std::int64_t row = area.top; row < area.bottom; ++row) {
+    const std::int64_t source_row = source_y + (row - y) * source_height / height;
+    std::uint8_t* out = sampled.data();
+    for (std::int64_t column = area.left; column < area.right; ++column, out += bytes)
+      std::copy_n(from.At(source_x + (column - x) * source_width / width, source_row), bytes, out);
+    combine(to.At(area.left, row), sampled.data(), area.Width());
+  }
   return true;
 }
 

@@ -33,6 +33,7 @@ struct DeviceContextHandle {
   COLORREF text_colour = 0x000000;
   COLORREF bk_colour = 0xFFFFFF;
   int bk_mode = 2;
+  int stretch_mode = 1;
   std::uint32_t text_align = 0;
   Long pen_x = 0, pen_y = 0;
 

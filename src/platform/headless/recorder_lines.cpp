@@ -51,6 +51,8 @@ constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms =
     {"LoadPicture", "t"},
     {"RenderPicture", "-"},
     {"MessageBoxW", "ttx"},
+    {"SetStretchBltMode", "-d"},
+    {"StretchBlt", "-dddd-ddddx"},
 }};
 
 const Form& FormOf(Operation operation) { return kForms[static_cast<std::size_t>(operation)]; }

@@ -24,7 +24,7 @@ class Player {
   void Pass(HDC made) { Keep(made); }
   void Pass(HGDIOBJ made) { Keep(made); }
   template <typename Result>
-  void Pass(Result) {}
+  void Pass(const Result&) {}
 
  private:
   const Word& NextWord() { return *word_++; }
@@ -82,7 +82,8 @@ using Repeat = void (*)(Player&);
 template <typename Result, typename... Parameters>
 void CallAgain(Player& player, Result (*function)(Parameters...)) {
   std::tuple<decltype(player.template Next<Parameters>())...> held{player.template Next<Parameters>()...};
-  player.Pass(std::apply([function](auto&... arguments) { return function(arguments...); }, held));
+  player.Pass(std::apply(
+      [function](auto&... arguments) { return function(static_cast<Parameters&&>(arguments)...); }, held));
 }
 
 template <auto kFunction>
@@ -126,13 +127,15 @@ constexpr std::array<Repeat, static_cast<std::size_t>(Operation::kCount)> kRepea
     Again<LoadPicture>,
     Again<RenderPicture>,
     Again<MessageBoxW>,
+    Again<SetStretchBltMode>,
+    Again<StretchBlt>,
 };
 
 void Player::Play() {
   for (const RecordedCall& call : recording_.calls) {
     if (call.failed) continue;
     call_ = &call;
-    word_ = &recording_.words[0] + call.first_word;
+    word_ = recording_.words.data() + call.first_word;
     kRepeats[static_cast<std::size_t>(call.operation)](*this);
     if (call.operation == Operation::kDeleteObject || call.operation == Operation::kDeleteDC) Forget(call);
   }

@@ -51,6 +51,8 @@ enum class Operation : std::uint8_t {
   kLoadPicture,
   kRenderPicture,
   kMessageBoxW,
+  kSetStretchBltMode,
+  kStretchBlt,
   kCount,
 };
 
@@ -95,6 +97,11 @@ bool Refused(Operation operation, const Arguments&... arguments) {
     return false;
   const Argument list[] = {Argument(arguments)...};
   return RecordCall(operation, list, sizeof...(arguments));
+}
+
+// For calls of which nothing can be written down.
+inline bool Refused(Operation operation) {
+  return active_recording != nullptr && RecordCall(operation, nullptr, 0);
 }
 
 // Passes on what a call made, so that a replay knows later uses of it from older objects.

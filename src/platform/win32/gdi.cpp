@@ -107,6 +107,17 @@ bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source
                   across.source, down.source, rop);
 }
 
+int SetStretchBltMode(HDC dc, int mode) { return dc ? ::SetStretchBltMode(Native(dc), mode) : 0; }
+
+bool StretchBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
+                Long source_y, Long source_width, Long source_height, std::uint32_t rop) {
+  if (!destination || !source || width < 0 || height < 0) return false;
+  if (source_x < 0 || source_y < 0 || source_width < 0 || source_height < 0) return false;
+  if (width == 0 || height == 0 || source_width == 0 || source_height == 0) return true;
+  return ::StretchBlt(Native(destination), x, y, width, height, Native(source), source_x, source_y,
+                      source_width, source_height, rop);
+}
+
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
                 Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
                 bool use_source_alpha) {
