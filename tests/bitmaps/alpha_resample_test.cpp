@@ -184,6 +184,29 @@ TEST_P(AlphaResample, AreaOfManyPixelsACellRoundsAtEveryAddition) {
   }
 }
 
+// In the middle column a pixel weighs 2^-25 less than a half. Added to a sum as large as that of a million
+// pixels it is held as a half, and so rounds up, which a sum without that step in between would not do.
+TEST_P(AlphaResample, AreaOfAMillionPixelsACellHoldsEachSumBeforeItIsRounded) {
+  constexpr Long kWidth = 2169, kCell = 1084;  // whole pixels across and down; the cell holds half a one more
+  constexpr double kWeight = 0.5 - 0x1p-25;
+  constexpr Long kSum = 298739623, kMissing = kCell * kCell * 255 - kSum;
+  const double sum = kSum + kWeight;
+  ASSERT_EQ(sum, kSum + 0.5) << "held";
+  ASSERT_EQ(Rounded(sum), kSum + 1) << "even";
+  // Times the square of 2 / 2169, truncated twice, this is the least that makes 254.
+  ASSERT_EQ((std::int64_t{kSum} + 1) * 2 / kWidth * 2 / kWidth, 254);
+  ASSERT_EQ(std::int64_t{kSum} * 2 / kWidth * 2 / kWidth, 253);
+
+  const auto source = AlphaSurface(kWidth, kCell + 2);
+  GdiFlush();
+  for (Long row = 0; row < kCell; ++row)
+    for (Long x = 0; x < kCell; ++x) PutPixel(*source, x, row, {255, 0, 0, 1});
+  for (Long i = 0; i < kMissing / 255; ++i) PutPixel(*source, i % kCell, i / kCell, {0, 0, 0, 1});
+  PutPixel(*source, 500, 500, {255 - kMissing % 255, 0, 0, 1});
+  PutPixel(*source, kCell, kCell - 1, {1, 0, 0, 1});
+  EXPECT_EQ(PixelOf(*source->ResampleArea(2), 0, 0)[0], 254);
+}
+
 // Weights of a half and a quarter meet ties at every second pixel.
 TEST_P(AlphaResample, AreaSettlesTiesInTheOrderOfTheDefinition) {
   Random random(75);
