@@ -7,6 +7,7 @@
 #include "imagelist/owned_images.h"
 #include "platform/property_bag.h"
 #include "platform/user_control.h"
+#include "theme/theme_colours.h"
 
 namespace marklet {
 
@@ -27,6 +28,8 @@ class InternalAlphaImageList {
   ImageRef LoadImageIntoList(std::u16string_view file, std::u16string_view key);
   // The list itself.
   ImagesRef IconCollection() const { return images_; }
+  // The colours of the desktop's scheme for the page's strip: black, as long as schemes have no colours here.
+  static ThemeColours ThemeColors() { return {}; }
   // The file of the image added last.
   const std::u16string& FileName() const { return file_name_; }
 

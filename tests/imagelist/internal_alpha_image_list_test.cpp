@@ -128,6 +128,20 @@ TEST_F(AlphaImageList, OutlivesAHostThatTakesImagesAwayWhenItHearsOfThem) {
   EXPECT_EQ(list.IconCollection()->Count(), 0);
 }
 
+TEST_F(AlphaImageList, ReadingReplacesTheListWhole) {
+  list.LoadImageIntoList(Png("a.png"), u"a");
+  const ImagesRef former = list.IconCollection();
+  MemoryBag empty;
+  list.ReadProperties(empty);
+  ASSERT_NE(list.IconCollection(), nullptr);
+  EXPECT_NE(list.IconCollection(), former);
+  EXPECT_EQ(list.IconCollection()->Count(), 0);
+}
+
+TEST_F(AlphaImageList, HasNoThemeColoursYet) {
+  EXPECT_EQ(list.ThemeColors(), ThemeColours{}) << "44 times black";
+}
+
 TEST(SupportsAlphaImage, DoesNothingOfItsOwn) {
   ISupportsAlphaImage nothing;
   nothing.DestroyIconByteCollectionData();

@@ -53,6 +53,9 @@ constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms =
     {"MessageBoxW", "ttx"},
     {"SetStretchBltMode", "-d"},
     {"StretchBlt", "-dddd-ddddx"},
+    {"RegOpenKeyExA", "xb"},
+    {"RegQueryValueExA", "bd"},
+    {"RegCloseKey", ""},
 }};
 
 const Form& FormOf(Operation operation) { return kForms[static_cast<std::size_t>(operation)]; }

@@ -53,6 +53,9 @@ enum class Operation : std::uint8_t {
   kMessageBoxW,
   kSetStretchBltMode,
   kStretchBlt,
+  kRegOpenKeyExA,
+  kRegQueryValueExA,
+  kRegCloseKey,
   kCount,
 };
 
