@@ -48,10 +48,12 @@ void CheckDrawing(std::span<const std::uint8_t> file, HDC dc, std::uint32_t rop,
   CFileIcon icon;
   const bool opened = icon.OpenIconBytes({file.begin(), file.end()});
   Require(opened == (icon.ImageCount() > 0), "an icon file is open without images, or not with them");
-  for (Long index = 0; index <= std::min(icon.ImageCount() + 1, kMostDrawn); ++index)
+  for (Long index = 0; index <= std::min(icon.ImageCount() + 1, kMostDrawn); ++index) {
     for (const bool mask : {false, true})
       icon.DrawImage(dc, index, mask, icon.ImageWidth(index) - 16, icon.ImageBitCount(index) % 16, stretch, 0,
                      rop);
+    RenderPicture(icon.PictureFromImage(dc, index), dc);
+  }
 }
 
 // What loading has stored has the shape that the store promises.
@@ -108,6 +110,7 @@ void FuzzIcon(std::span<const std::uint8_t> bytes) {
   else
     LoadFile(image, name, input.Rest());
   image.Render(target.hDC(), size, depth, stretch - 128, 3, enabled, 0x8000000F, 0);
+  image.RenderPicture(target.hDC(), SizeFromIndex(size), 3, stretch - 128);
   Configuration().message_box = nullptr;
 }
 

@@ -24,14 +24,13 @@ class Canvas {
  public:
   Canvas(Long width, Long height) : dc_(CreateCompatibleDC(nullptr)), width_(width), height_(height) {
     std::uint8_t* bits = nullptr;
-    if (dc_ != nullptr) bitmap_ = CreateDIBSection(dc_, width, height, 32, bits);
+    if (dc_ != nullptr) bitmap_.reset(CreateDIBSection(dc_, width, height, 32, bits));
     if (bitmap_ == nullptr) return;
-    former_ = SelectObject(dc_, bitmap_);
+    former_ = SelectObject(dc_, bitmap_.get());
     view_ = {bits, width, height, width * 4, 32};
   }
   ~Canvas() {
-    SelectObject(dc_, former_);
-    DeleteObject(bitmap_);
+    Release();
     DeleteDC(dc_);
   }
   Canvas(const Canvas&) = delete;
@@ -42,10 +41,14 @@ class Canvas {
   void CopyTo(HDC dc, Long x, Long y, std::uint32_t rop) const {
     BitBlt(dc, x, y, width_, height_, dc_, 0, 0, rop);
   }
+  ObjectRef Release() {
+    SelectObject(dc_, former_);
+    return std::move(bitmap_);
+  }
 
  private:
   HDC dc_ = nullptr;
-  HBITMAP bitmap_ = nullptr;
+  ObjectRef bitmap_;
   HGDIOBJ former_ = nullptr;
   PixelView view_;
   Long width_, height_;
@@ -69,6 +72,7 @@ void Stretch(const PixelView& from, const PixelView& to) {
 }  // namespace
 
 bool CFileIcon::OpenIcon(std::u16string_view path) {
+  file_name_ = path;
   std::vector<std::uint8_t> file;
   ReadWholeFile(path, file);  // what can't be read is an empty file
   return OpenIconBytes(std::move(file));
@@ -113,16 +117,39 @@ Long CFileIcon::ImageBitCount(Long index) const { return ImageOf(EntryAt(index))
 
 void CFileIcon::DrawImage(HDC dc, Long index, bool mask, Long x, Long y, Long width, Long height,
                           std::uint32_t rop) const {
+  PaintImage(dc, index, mask, true, x, y, width, height, rop, false);
+}
+
+ObjectRef CFileIcon::PaintImage(HDC dc, Long index, bool mask, bool draw, Long x, Long y, Long width,
+                                Long height, std::uint32_t rop, bool keep) const {
   const Entry entry = EntryAt(index);
-  const Canvas canvas(entry.width, entry.height);
-  if (!canvas.Exists()) return;
+  Canvas canvas(entry.width, entry.height);
+  if (!canvas.Exists()) return nullptr;
   const IconDib image = ImageOf(entry);
   mask ? image.PaintMask(canvas.View()) : image.PaintColour(canvas.View());
-  if (width == 0 && height == 0) return canvas.CopyTo(dc, x, y, rop);
-  const Canvas stretched(width != 0 ? width : entry.width, height != 0 ? height : entry.height);
-  if (!stretched.Exists()) return;
-  Stretch(canvas.View(), stretched.View());
-  stretched.CopyTo(dc, x, y, rop);
+  if (draw && width == 0 && height == 0) canvas.CopyTo(dc, x, y, rop);
+  if (draw && (width != 0 || height != 0)) {
+    const Canvas stretched(width != 0 ? width : entry.width, height != 0 ? height : entry.height);
+    if (stretched.Exists()) {
+      Stretch(canvas.View(), stretched.View());
+      stretched.CopyTo(dc, x, y, rop);
+    }
+  }
+  return keep ? canvas.Release() : nullptr;
+}
+
+IconRef CFileIcon::IconHandleFromImage(HDC dc, Long index) const {
+  const auto part = [&](bool mask) { return PaintImage(dc, index, mask, false, 0, 0, 0, 0, SRCCOPY, true); };
+  const ObjectRef colours = part(false), mask = part(true);
+  return CreateIconIndirect(mask.get(), colours.get());
+}
+
+PictureRef CFileIcon::PictureFromImage(HDC dc, Long index) const {
+  return PictureFromIconHandle(IconHandleFromImage(dc, index));
+}
+
+PictureRef CFileIcon::PictureFromIconHandle(IconRef icon) {
+  return OleCreatePictureIndirect(std::move(icon));
 }
 
 }  // namespace marklet

@@ -6,11 +6,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "images/icon_dib.h"
 #include "platform/gdi.h"
+#include "platform/icon.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -21,6 +23,8 @@ class CFileIcon {
   bool OpenIcon(std::u16string_view path);
   // The same with a file's bytes.
   bool OpenIconBytes(std::vector<std::uint8_t> file);
+  // The path that was opened last, well or not.
+  const std::u16string& FileName() const { return file_name_; }
 
   Long ImageCount() const { return static_cast<Long>(entries_.size()); }
   // 0 when there is no such image. The size is the directory's, in pixels, where 256 stands as 0 and stays
@@ -34,6 +38,15 @@ class CFileIcon {
   // draws nothing.
   void DrawImage(HDC dc, Long index, bool mask, Long x, Long y, Long width, Long height,
                  std::uint32_t rop) const;
+  // The same for `draw`; for `keep` the picture in its own size is returned, of 32 bits, the mask's in black
+  // and white. Null otherwise, and when it can't be made.
+  ObjectRef PaintImage(HDC dc, Long index, bool mask, bool draw, Long x, Long y, Long width, Long height,
+                       std::uint32_t rop, bool keep) const;
+
+  // An image as an icon of its own, or as a picture. Null when it can't be made.
+  IconRef IconHandleFromImage(HDC dc, Long index) const;
+  PictureRef PictureFromImage(HDC dc, Long index) const;
+  static PictureRef PictureFromIconHandle(IconRef icon);
 
  private:
   struct Entry {
@@ -46,6 +59,7 @@ class CFileIcon {
   Entry EntryAt(Long index) const;
   IconDib ImageOf(const Entry& entry) const;
 
+  std::u16string file_name_;
   std::vector<std::uint8_t> file_;
   std::vector<Entry> entries_;
 };

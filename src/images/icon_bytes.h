@@ -58,6 +58,8 @@ class CIconBytes {
   void LoadPng(std::u16string_view path);
   // `fuzzy` takes colours close to the top left corner's for transparent, otherwise only that colour is.
   void LoadFromPictureObject(const PictureRef& picture, bool fuzzy);
+  // What the host's loader made of the file loaded last; null after an icon file, a PNG, or nothing.
+  const PictureRef& Picture() const { return state_.Picture; }
   // Makes an entry of a rectangle of a context: four channels when `bit_count` is 32, else three. Nothing
   // happens when the depth isn't 1 to 4 or the size not 0 to 7.
   void StoreBits(Long size_index, Long depth_index, Long bit_count, Long x, Long y, Long width, Long height,
@@ -67,6 +69,9 @@ class CIconBytes {
   // when it isn't enabled. The last two arguments are of no account. Not re-entrant.
   virtual void Render(HDC dc, Long size_index, Long depth_index, Long x, Long y, bool enabled,
                       OLE_COLOR background, Long further);
+  // Draws Picture(), resized to a square. Magenta is transparent, and what lies beside it, mixed with it, is
+  // KeyColour.
+  void RenderPicture(HDC dc, Long size, Long x, Long y) const;
 
  private:
   struct State {
@@ -77,6 +82,8 @@ class CIconBytes {
     Long SelectDepth = 0;  // how deep the search is nested
     Long ChosenSize = 0;   // pixels
     bool ChosenIsAlpha = false;
+    bool IsPicture = false;  // draws the picture instead of the entries; nothing sets it
+    PictureRef Picture{};
   };
 
   void LoadIcon(std::u16string_view path);

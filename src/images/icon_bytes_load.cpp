@@ -84,10 +84,15 @@ std::unique_ptr<CDib24> Normalised(CDib32& surface) {
 
 void CIconBytes::LoadFromFile(std::u16string_view path) {
   IgnoreErrors([&] {
+    state_.IsPicture = false;
+    state_.Picture = nullptr;
     const std::u16string type = TypeOf(path);
     if (type == u"ICO") return LoadIcon(path);
     if (type == u"PNG") return LoadPng(path);
-    if (const PictureRef picture = LoadPicture(path)) LoadFromPictureObject(picture, type == u"JPG");
+    const PictureRef picture = LoadPicture(path);
+    if (picture == nullptr) return;
+    state_.Picture = picture;
+    LoadFromPictureObject(picture, type == u"JPG");
   });
 }
 
@@ -143,7 +148,7 @@ void CIconBytes::LoadFromPictureObject(const PictureRef& picture, bool fuzzy) {
     CDib32 surface;
     if (!surface.Create(small ? 16 : size.cx, small ? 16 : size.cy)) return;
     surface.Clear(KeyColour);
-    RenderPicture(picture, surface.hDC());
+    marklet::RenderPicture(picture, surface.hDC());
     fuzzy ? surface.KeyOutCornerFuzzy() : surface.KeyOutCorner();
     const std::unique_ptr<CDib24> normalised = small ? nullptr : Normalised(surface);
     if (!small && !normalised) return;

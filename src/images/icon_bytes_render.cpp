@@ -13,6 +13,7 @@ namespace {
 constexpr std::uint8_t kEnabledAlpha = 255, kDisabledAlpha = 92;
 constexpr Long kGreyEverything = -1;
 constexpr Long kMostNested = 51;
+constexpr COLORREF kMagenta = MakeRgb(255, 0, 255);
 
 }  // namespace
 
@@ -46,6 +47,7 @@ void CIconBytes::Render(HDC dc, Long size_index, Long depth_index, Long x, Long 
   const Long size = SizeFromIndex(size_index);
   if (size == 0) return;
   state_.UsedFallback = false;
+  if (state_.IsPicture) return RenderPicture(dc, size, x, y);
   if (const ByteArray* bytes = SelectBytes(size_index, depth_index)) {
     const bool alpha = depth_index == kAlphaDepthIndex && state_.ChosenIsAlpha;
     IgnoreErrors([&] {
@@ -74,7 +76,7 @@ void CIconBytes::RenderAlpha(HDC dc, const ByteArray& bytes, Long size, Long x, 
 // way, so that one surface of 24 bits serves for all. What shows when the bytes are too few to draw differs:
 // magenta at the size asked for, nothing at another, and black if the bytes were meant for alpha.
 void CIconBytes::RenderKeyed(HDC dc, const ByteArray& bytes, Long size, Long x, Long y, bool enabled) const {
-  constexpr COLORREF kMagenta = MakeRgb(255, 0, 255), kBlack = MakeRgb(0, 0, 0);
+  constexpr COLORREF kBlack = MakeRgb(0, 0, 0);
   const bool same_size = size == state_.ChosenSize;
   auto surface = std::make_unique<CDib24>();
   if (!surface->Create(state_.ChosenSize, state_.ChosenSize)) return;
@@ -84,6 +86,17 @@ void CIconBytes::RenderKeyed(HDC dc, const ByteArray& bytes, Long size, Long x, 
   if (!enabled) surface->Grayscale(key);
   if (!same_size) surface = surface->ResampleNearest(size, size);
   surface->PaintTransparent(dc, x, y, -1, -1, 0, 0, KeyColour);
+}
+
+void CIconBytes::RenderPicture(HDC dc, Long size, Long x, Long y) const {
+  IgnoreErrors([&] {
+    const HBITMAP bitmap = PictureHandle(state_.Picture);
+    if (bitmap == nullptr) return;
+    CDib24 picture;
+    picture.CreateFromPicture(bitmap);
+    if (const auto resized = picture.ResizeKeyed(size, size, kMagenta))
+      resized->PaintTransparent(dc, x, y, size, size, 0, 0, kMagenta);
+  });
 }
 
 }  // namespace marklet

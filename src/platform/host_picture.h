@@ -26,4 +26,8 @@ SIZE PictureSize(const PictureRef& picture);
 // the context becomes 0 where something is drawn. False for a null picture or context.
 bool RenderPicture(const PictureRef& picture, HDC dc);
 
+// The bitmap of a picture, without regard to what is transparent in it. It stays the picture's and lives as
+// long; select it nowhere but for a copy. Null for a null picture, for icons and cursors, and without memory.
+HBITMAP PictureHandle(const PictureRef& picture);
+
 }  // namespace marklet

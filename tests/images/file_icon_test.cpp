@@ -350,6 +350,103 @@ TEST(FileIconDrawing, StretchesToASizeAndTakesZeroAsItsOwn) {
   EXPECT_EQ(ColourAt(context, 1, 3), Speckle(1, 1));
 }
 
+// --- Bitmaps, icons and pictures --------------------------------------------------------------------------
+
+TEST(FileIcon, KeepsThePathThatWasOpenedLast) {
+  const testing::TemporaryFolder folder;
+  const Bytes bytes = FileOf({Image{}});
+  folder.Write("a.ico", std::string(bytes.begin(), bytes.end()));
+  CFileIcon icon;
+  EXPECT_EQ(icon.FileName(), u"");
+  icon.OpenIcon(folder.Path("a.ico").u16string());
+  EXPECT_EQ(icon.FileName(), folder.Path("a.ico").u16string());
+  icon.OpenIcon(u"no such file.ico");
+  EXPECT_EQ(icon.FileName(), u"no such file.ico");
+}
+
+// What is kept is laid onto a context, to be looked at.
+void Show(const ObjectRef& bitmap, const PixelContext& on) {
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HGDIOBJ former = SelectObject(dc, bitmap.get());
+  ASSERT_NE(former, nullptr) << "it is selected nowhere else";
+  BitBlt(on.Get(), 0, 0, on.Width(), on.Height(), dc, 0, 0, SRCCOPY);
+  SelectObject(dc, former);
+  DeleteDC(dc);
+}
+
+TEST(FileIconPainting, KeepsTheColoursAndTheMaskInTheirOwnSizeWithoutDrawing) {
+  const auto transparent = [](int x, int y) { return (x + y) % 3 == 0; };
+  const auto pixel = [](int x, int y) {
+    return Speckle(x, y) | static_cast<std::uint32_t>(x * 16 + y) << 24;
+  };
+  const CFileIcon icon = Opened(
+      FileOf({Image{.width = 9, .height = 7, .bits = 32, .pixel = pixel, .transparent = transparent}}));
+  const PixelContext context(9, 7, 32), kept(9, 7, 32);
+  const ObjectRef colours = icon.PaintImage(context.Get(), 1, false, false, 0, 0, 3, 3, SRCCOPY, true);
+  BITMAP size;
+  ASSERT_TRUE(GetObjectA(colours.get(), size));
+  EXPECT_EQ(size.bmWidth, 9);
+  EXPECT_EQ(size.bmHeight, 7);
+  Show(colours, kept);
+  for (int y = 0; y < 7; ++y)
+    for (int x = 0; x < 9; ++x) ASSERT_EQ(PixelAt(kept, x, y), pixel(x, y)) << x << "," << y;
+  Show(icon.PaintImage(nullptr, 1, true, false, 0, 0, 0, 0, SRCCOPY, true), kept);
+  for (int y = 0; y < 7; ++y)
+    for (int x = 0; x < 9; ++x) ASSERT_EQ(ColourAt(kept, x, y), transparent(x, y) ? 0xFFFFFFu : 0u);
+  EXPECT_EQ(PixelAt(context, 4, 4), 0u) << "nothing is drawn";
+}
+
+TEST(FileIconPainting, DrawsAndKeepsAtOnceAndKeepsNothingUnasked) {
+  const CFileIcon icon = Opened(FileOf({Image{.width = 3, .height = 3, .bits = 24, .pixel = Speckle}}));
+  const PixelContext context(3, 3, 32), kept(3, 3, 32);
+  Show(icon.PaintImage(context.Get(), 1, false, true, 0, 0, 0, 0, SRCCOPY, true), kept);
+  EXPECT_EQ(ColourAt(context, 2, 1), Speckle(2, 1));
+  EXPECT_EQ(ColourAt(kept, 2, 1), Speckle(2, 1));
+  EXPECT_EQ(icon.PaintImage(context.Get(), 1, false, true, 0, 0, 0, 0, SRCCOPY, false), nullptr);
+  EXPECT_EQ(icon.PaintImage(context.Get(), 2, false, true, 0, 0, 0, 0, SRCCOPY, true), nullptr)
+      << "there is no second image";
+}
+
+class IconPicture : public ::testing::TestWithParam<int> {};
+
+TEST_P(IconPicture, ShowsColoursThroughTheMask) {
+  const auto transparent = [](int x, int y) { return x < 4 || y == 9; };
+  const int bits = GetParam();
+  const std::uint32_t colour = 0x40C080;
+  const std::vector<std::uint32_t> palette =
+      bits <= 8 ? std::vector<std::uint32_t>{0, colour} : std::vector<std::uint32_t>{};
+  const CFileIcon icon =
+      Opened(FileOf({Image{.bits = bits,
+                           .palette = palette,
+                           .pixel =
+                               [=](int x, int y) {
+                                 if (transparent(x, y)) return 0u;
+                                 return bits <= 8 ? 1u : bits == 32 ? colour | 0xFF000000u : colour;
+                               },
+                           .transparent = transparent,
+                           .colours_used = static_cast<std::uint32_t>(palette.size())}}));
+  const PixelContext context(16, 16, 32);
+  for (const PictureRef& picture :
+       {icon.PictureFromImage(context.Get(), 1),
+        CFileIcon::PictureFromIconHandle(icon.IconHandleFromImage(context.Get(), 1))}) {
+    Fill(context, 0x00777777);
+    ASSERT_TRUE(RenderPicture(picture, context.Get()));
+    for (int y = 0; y < 16; ++y)
+      for (int x = 0; x < 16; ++x)
+        ASSERT_EQ(ColourAt(context, x, y), transparent(x, y) ? 0x777777u : colour) << x << "," << y;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, IconPicture, ::testing::Values(1, 4, 8, 24, 32),
+                         [](const auto& bits) { return "Of" + std::to_string(bits.param) + "Bits"; });
+
+TEST(FileIconPictures, OfAnImageThatIsNotThereAreNone) {
+  const CFileIcon icon = Opened(FileOf({Image{}}));
+  EXPECT_EQ(icon.IconHandleFromImage(nullptr, 2), nullptr);
+  EXPECT_EQ(icon.PictureFromImage(nullptr, 0), nullptr);
+  EXPECT_EQ(CFileIcon::PictureFromIconHandle(nullptr), nullptr);
+}
+
 // --- Data that lie ----------------------------------------------------------------------------------------
 
 TEST(FileIconDrawing, OfASizeOtherThanTheDirectorysStandsOnTheBottomLeft) {

@@ -398,6 +398,24 @@ TEST_F(LoadedImage, OfANameThatSaysJpgIsFuzzyWhateverItHolds) {
   EXPECT_EQ(PixelAt({16, 3}, 13, 9), 0x0A170Au);
 }
 
+TEST_F(LoadedImage, KeepsThePictureThatTheHostLoadedUntilTheNextFile) {
+  EXPECT_EQ(image_.Picture(), nullptr);
+  Load("a.bmp", pictures::Bmp(20, 20, Speckle));
+  ASSERT_NE(image_.Picture(), nullptr);
+  const PictureRef former = image_.Picture();
+  Load("b.bmp", pictures::Bmp(20, 21, Speckle));
+  EXPECT_NE(image_.Picture(), nullptr) << "one that isn't square is kept too";
+  EXPECT_NE(image_.Picture(), former);
+  for (const auto& [name, file] : {std::pair<std::string, Bytes>{"a.png", Png(16, OpaqueSpeckle)},
+                                   {"a.ico", icons::FileOf({Image{.bits = 32}})},
+                                   {"a.txt", {1, 2, 3}}}) {
+    Load("a.bmp", pictures::Bmp(20, 20, Speckle));
+    ASSERT_NE(image_.Picture(), nullptr);
+    Load(name, file);
+    EXPECT_EQ(image_.Picture(), nullptr) << name;
+  }
+}
+
 TEST_F(LoadedImage, OfAnythingElseIsNothing) {
   Load("a.txt", {'h', 'e', 'l', 'l', 'o'});
   Load("png.dat", Png(16, OpaqueSpeckle));

@@ -5,6 +5,7 @@
 
 #include "bitmaps/pixel_context.h"
 #include "images/icon_bytes.h"
+#include "images/png_pictures.h"
 #include "markup/played_system.h"
 #include "platform/headless/recorder.h"
 #include "support/picture_files.h"
@@ -68,6 +69,40 @@ TEST(RenderedImageCalls, MayFailOneAfterTheOther) {
         for (const Long index : {1, 2}) Draw(image, paper, index);
         EXPECT_EQ(paper.At(63, 63)[0], 0) << operation;
       }
+}
+
+TEST(LoadedImageCalls, ShowAnExclamationMarkOverAPictureThatIsNotSquare) {
+  const testing::TemporaryFolder folder;
+  const auto bmp = pictures::Bmp(20, 21, [](int, int) { return 0x123456u; });
+  const auto png = pictures::Png(
+      20, [](int, int) { return 0xFF123456u; }, true, 21);
+  folder.Write("a.bmp", std::string(bmp.begin(), bmp.end()));
+  folder.Write("a.png", std::string(png.begin(), png.end()));
+  CIconBytes image;
+  const Recorder recorder;
+  for (const char* name : {"a.bmp", "a.png"}) image.LoadFromFile(folder.Path(name).u16string());
+  EXPECT_EQ(
+      recorder.Lines("MessageBoxW"),
+      (Lines{"MessageBoxW(\"This image is not supported. Images must have equal width and height.\","
+             "\"Corvane Image Renderer\",0x30)",
+             "MessageBoxW(\"This image is not supported. PNG images must have equal width and height.\","
+             "\"Corvane PNG Decoder\",0x30)"}));
+}
+
+TEST(KeptPictureCalls, MayFailOneAfterTheOther) {
+  const testing::TemporaryFolder folder;
+  const auto bmp = pictures::Bmp(20, 20, [](int, int) { return 0x123456u; });
+  folder.Write("a.bmp", std::string(bmp.begin(), bmp.end()));
+  CIconBytes image;
+  image.LoadFromFile(folder.Path("a.bmp").u16string());
+  for (const char* operation : {"PictureHandle", "GetObjectA", "CreateDIBSection", "CreateCompatibleDC"})
+    for (int good_calls = 0; good_calls < 3; ++good_calls) {
+      const PixelContext paper(64, 64, 24);
+      Recorder recorder;
+      recorder.Fail(operation, good_calls);
+      image.RenderPicture(paper.Get(), 32, 0, 0);
+      EXPECT_EQ(paper.At(63, 63)[0], 0) << operation;
+    }
 }
 
 TEST(LoadedImageCalls, ThatFailLeaveTheImageAsItIs) {

@@ -10,6 +10,8 @@
 #include "images/icon_bytes.h"
 #include "platform/os_tests.h"
 #include "platform/system.h"
+#include "support/picture_files.h"
+#include "support/temporary_folder.h"
 
 namespace marklet {
 namespace {
@@ -306,6 +308,54 @@ TEST(RenderedImage, WithSoftEdgesIsDarkerInSoftware) {
   const Played system(kXp);
   Draw(image, on_platform, 16);
   EXPECT_LT(Channel(in_software.At(0, 0), 0), Channel(on_platform.At(0, 0), 0));
+}
+
+// --- The picture itself -----------------------------------------------------------------------------------
+
+struct KeptPicture : ::testing::Test {
+  void Load(int size, const std::function<std::uint32_t(int, int)>& colour) {
+    const auto bmp = pictures::Bmp(size, size, colour);
+    folder.Write("a.bmp", std::string(bmp.begin(), bmp.end()));
+    image.LoadFromFile(folder.Path("a.bmp").u16string());
+  }
+  const testing::TemporaryFolder folder;
+  CIconBytes image;
+};
+
+TEST_F(KeptPicture, IsDrawnInAnySizeWithMagentaLeftOut) {
+  Load(20, [](int x, int) { return x < 10 ? 0xFF00FFu : 0x102030u; });
+  const Paper paper(48);
+  image.RenderPicture(paper.Get(), 20, 3, 5);
+  for (Long y = 0; y < 48; ++y)
+    for (Long x = 0; x < 48; ++x)
+      ASSERT_EQ(paper.At(x, y), x >= 13 && x < 23 && y >= 5 && y < 25 ? 0x102030u : kPaper) << x << ',' << y;
+}
+
+// Resizing marks what touches the transparent colour with another than is left out in the end.
+TEST_F(KeptPicture, ShowsKeyColourWhereMagentaWasResized) {
+  Load(20, [](int x, int) { return x < 10 ? 0xFF00FFu : 0x102030u; });
+  const Paper paper(48);
+  image.RenderPicture(paper.Get(), 32, 0, 0);
+  EXPECT_EQ(paper.At(0, 9), kKey);
+  EXPECT_EQ(paper.At(31, 9), 0x102030u);
+  EXPECT_EQ(paper.At(32, 9), kPaper);
+}
+
+TEST_F(KeptPicture, IsNotWhatAnImageIsDrawnFrom) {
+  Load(16, [](int, int) { return 0xFF00FFu; });
+  image.ClearImages();
+  const Paper paper;
+  Draw(image, paper, 16);
+  EXPECT_EQ(paper.At(3, 3), kPaper);
+}
+
+TEST_F(KeptPicture, ThatIsNoneOrOfNoSizeDrawsNothing) {
+  const Paper paper;
+  image.RenderPicture(paper.Get(), 16, 0, 0);
+  Load(16, [](int, int) { return 0x102030u; });
+  for (const Long size : {0, -1}) image.RenderPicture(paper.Get(), size, 0, 0);
+  image.RenderPicture(nullptr, 16, 0, 0);
+  EXPECT_EQ(paper.At(0, 0), kPaper);
 }
 
 // --- Bytes that don't fit ---------------------------------------------------------------------------------

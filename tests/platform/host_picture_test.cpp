@@ -132,6 +132,30 @@ TEST_F(HostPictures, OfCurFilesAreDrawnThroughTheirMask) {
       ASSERT_EQ(ColourAt(context, x, y), outside(x, y) ? 0xFE03FDu : Speckle(x, y)) << x << "," << y;
 }
 
+TEST_F(HostPictures, GiveTheirBitmapUnlessTheyAreCursors) {
+  const PictureRef bmp = Load(pictures::Bmp(19, 7, Speckle));
+  const HBITMAP bitmap = PictureHandle(bmp);
+  EXPECT_EQ(PictureHandle(bmp), bitmap);
+  BITMAP record;
+  ASSERT_TRUE(GetObjectA(bitmap, record));
+  EXPECT_EQ(record.bmWidth, 19);
+  EXPECT_EQ(record.bmHeight, 7);
+  const PixelContext context(19, 7, 24);
+  const HDC dc = CreateCompatibleDC(nullptr);
+  const HGDIOBJ former = SelectObject(dc, bitmap);
+  BitBlt(context.Get(), 0, 0, 19, 7, dc, 0, 0, SRCCOPY);
+  SelectObject(dc, former);
+  DeleteDC(dc);
+  for (int y = 0; y < 7; ++y)
+    for (int x = 0; x < 19; ++x) ASSERT_EQ(ColourAt(context, x, y), Speckle(x, y)) << x << "," << y;
+  EXPECT_NE(PictureHandle(Load(pictures::Gif(
+                4, 4, {0xFF0000}, [](int, int) { return 0u; }, 0))),
+            nullptr);
+  EXPECT_EQ(PictureHandle(Load(icons::FileOf({icons::Image{.width = 32, .height = 32, .bits = 24}}, 2))),
+            nullptr);
+  EXPECT_EQ(PictureHandle(nullptr), nullptr);
+}
+
 TEST_F(HostPictures, OfAnyPathAreRead) {
   const Bytes bmp = pictures::Bmp(2, 2, Speckle);
   EXPECT_NE(LoadPicture(Make("\xC3\xA4\xE5\x9B\xBE \xF0\x9F\x96\xBC.bmp", bmp)), nullptr);

@@ -6,6 +6,7 @@
 #include "platform/gdi.h"
 #include "platform/headless/recording_state.h"
 #include "platform/host_picture.h"
+#include "platform/icon.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "platform/uniscribe.h"
@@ -130,6 +131,10 @@ constexpr std::array<Repeat, static_cast<std::size_t>(Operation::kCount)> kRepea
     Again<MessageBoxW>,
     Again<SetStretchBltMode>,
     Again<StretchBlt>,
+    Again<PictureHandle>,
+    Again<CreateIconIndirect>,
+    Again<DestroyIcon>,
+    Again<OleCreatePictureIndirect>,
     Again<RegOpenKeyExA>,
     Again<RegQueryValueExA>,
     Again<RegCloseKey>,

@@ -10,14 +10,9 @@
 #include "platform/rounding.h"
 #include "platform/text.h"
 #include "platform/win32/handles.h"
-#include "platform/win32/sdk_ole.h"
+#include "platform/win32/picture.h"
 
 namespace marklet {
-
-struct HostPicture {
-  explicit HostPicture(Microsoft::WRL::ComPtr<IPicture> its_picture) : picture(std::move(its_picture)) {}
-  Microsoft::WRL::ComPtr<IPicture> picture;
-};
 
 namespace {
 
@@ -48,7 +43,7 @@ PictureRef Load(std::u16string_view path) {
   if (FAILED(OleLoadPicture(stream.Get(), size, FALSE, IID_IPicture,
                             reinterpret_cast<void**>(picture.GetAddressOf()))))
     return nullptr;
-  return std::make_shared<HostPicture>(std::move(picture));
+  return WrapPicture(std::move(picture));
 }
 
 bool IsPlainBitmap(IPicture& picture) {
@@ -59,12 +54,18 @@ bool IsPlainBitmap(IPicture& picture) {
   return type == PICTYPE_BITMAP && (attributes & PICTURE_TRANSPARENT) == 0;
 }
 
+::HBITMAP BitmapOf(IPicture& picture) {
+  SHORT type = 0;
+  OLE_HANDLE handle = 0;
+  if (FAILED(picture.get_Type(&type)) || type != PICTYPE_BITMAP || FAILED(picture.get_Handle(&handle)))
+    return nullptr;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): OLE hands out handles as numbers
+  return reinterpret_cast<::HBITMAP>(static_cast<INT_PTR>(static_cast<int>(handle)));
+}
+
 // Straight from the bitmap: a picture's own drawing isn't exact everywhere.
 bool CopyBitmap(IPicture& picture, ::HDC dc) {
-  OLE_HANDLE handle = 0;
-  if (FAILED(picture.get_Handle(&handle)) || handle == 0) return false;
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): OLE hands out handles as numbers
-  const auto bitmap = reinterpret_cast<::HBITMAP>(static_cast<INT_PTR>(static_cast<int>(handle)));
+  const ::HBITMAP bitmap = BitmapOf(picture);
   ::BITMAP record{};
   const ::HDC source = ::CreateCompatibleDC(nullptr);
   if (source == nullptr) return false;
@@ -101,6 +102,14 @@ bool DrawPicture(IPicture& picture, ::HDC dc) {
 
 }  // namespace
 
+PictureRef WrapPicture(ComPtr<IPicture> picture) {
+  try {
+    return std::make_shared<HostPicture>(HostPicture{std::move(picture)});
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 PictureRef LoadPicture(std::u16string_view path) {
   try {
     return Load(path);
@@ -120,6 +129,10 @@ bool RenderPicture(const PictureRef& picture, HDC dc) {
   if (picture == nullptr || dc == nullptr) return false;
   IPicture& drawn = *picture->picture.Get();
   return IsPlainBitmap(drawn) ? CopyBitmap(drawn, Native(dc)) : DrawPicture(drawn, Native(dc));
+}
+
+HBITMAP PictureHandle(const PictureRef& picture) {
+  return picture == nullptr ? nullptr : Wrap(BitmapOf(*picture->picture.Get()));
 }
 
 }  // namespace marklet
