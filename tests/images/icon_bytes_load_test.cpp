@@ -212,6 +212,26 @@ TEST_F(LoadedImage, OfAnIconHasKeyColourWhereTheMaskIsWhite) {
     for (int x = 0; x < 16; ++x) ASSERT_EQ(PixelAt({16, 3}, x, y), outside(x, y) ? kKey : Speckle(x, y));
 }
 
+TEST_F(LoadedImage, OfAnIconWithAPaletteKeepsItsColoursAndKeyColourWhereTheMaskIsWhite) {
+  const auto outside = [](int x, int y) { return (x * 5 + y * 3) % 7 == 0; };
+  for (const auto& [bits, depth] : {std::pair{4, Long{1}}, {8, Long{2}}}) {
+    const int colours = 1 << bits;
+    std::vector<std::uint32_t> palette;
+    for (int i = 0; i < colours; ++i) palette.push_back(Speckle(i, 7));
+    const auto index = [=](int x, int y) { return static_cast<std::uint32_t>((x * 11 + y * 29) % colours); };
+    Load("a.ico", icons::FileOf({Image{.width = 24,
+                                       .height = 24,
+                                       .bits = bits,
+                                       .palette = palette,
+                                       .pixel = index,
+                                       .transparent = outside}}));
+    ASSERT_EQ(CIconBytes::ByteCount(BytesOf({24, depth})), 3) << bits;
+    for (int y = 0; y < 24; ++y)
+      for (int x = 0; x < 24; ++x)
+        ASSERT_EQ(PixelAt({24, depth}, x, y), outside(x, y) ? kKey : palette[index(x, y)]) << bits;
+  }
+}
+
 TEST_F(LoadedImage, OfAnIconWithAlphaTakesNoNoticeOfTheMask) {
   const auto pixel = [](int x, int y) {
     return Speckle(x, y) | static_cast<std::uint32_t>(x * 16 + y) << 24;
