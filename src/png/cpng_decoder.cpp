@@ -176,11 +176,23 @@ void CPngDecoder::DecodeOther(Bytes stream) {
   const bool inflated = fields_.CompressionMethod == 0 &&
                         png::InflateAll(inflater_, stream, static_cast<std::size_t>(InflatedSize()), rows);
   if (!inflated) rows.assign(stream.begin(), stream.end());
-  if (fields_.InterlaceMethod == 0) rows = png::UnfilterImage(std::move(rows), layout);
-  if (fields_.InterlaceMethod == 1) rows = png::Deinterlace(std::move(rows), layout);
+  rows = BareRows(std::move(rows));
   if (rows.empty()) return;
   if (raw) return DeliverRaw(rows);
   png::BuildIndexed(std::move(rows), layout, fields_.InterlaceMethod == 1, fields_.PaletteBytes);
+}
+
+// Rows without filter bytes, and the high bytes alone of 16-bit samples; none if there are too few.
+std::vector<std::uint8_t> CPngDecoder::BareRows(std::vector<std::uint8_t> rows) const {
+  png::ScanlineLayout layout = Layout();
+  const bool has_scanlines = fields_.InterlaceMethod <= 1, interlaced = fields_.InterlaceMethod == 1;
+  if (layout.depth == 16) {
+    layout.depth = 8;
+    if (!has_scanlines) png::ReduceTo8Bits(rows);
+    if (has_scanlines) rows = png::WithoutLowBytes(std::move(rows), Layout(), interlaced);
+  }
+  if (!has_scanlines) return rows;
+  return interlaced ? png::Deinterlace(std::move(rows), layout) : png::UnfilterImage(std::move(rows), layout);
 }
 
 // Depths of 24 and 32 bits don't exist for a sample, but a bitmap has them: the bytes become its rows as they

@@ -52,6 +52,7 @@ class CPngDecoder {
   bool InflateRows(Bytes stream, png::TrueColourPicture& picture);
   bool StartPicture(png::TrueColourPicture& picture);
   void DecodeOther(Bytes stream);
+  std::vector<std::uint8_t> BareRows(std::vector<std::uint8_t> rows) const;
   void DeliverRaw(std::vector<std::uint8_t>& rows);
 
   png::ScanlineLayout Layout() const;

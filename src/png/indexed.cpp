@@ -1,6 +1,7 @@
 #include "png/indexed.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "png/palettes.h"
 
@@ -13,7 +14,12 @@ struct Picture {
   std::vector<std::uint8_t>& data;
   const ScanlineLayout& layout;
 
-  std::size_t RowBytes() const { return static_cast<std::size_t>(layout.RowBytes()) - 1; }
+  // Of 16-bit samples only the high bytes are there.
+  std::size_t RowBytes() const {
+    const ScanlineLayout kept{layout.width, layout.height, layout.color_type,
+                              std::min<Long>(layout.depth, 8)};
+    return static_cast<std::size_t>(kept.RowBytes()) - 1;
+  }
   std::size_t Stride(Long bits) const { return static_cast<std::size_t>(DibStride(layout.width, bits)); }
   void Align(Long bits, std::size_t row_bytes) const {
     AlignRows(data, layout.height, row_bytes, Stride(bits));
@@ -35,10 +41,7 @@ void Gray2Plain(Picture picture) {
   Unpack2BitRows(picture.data, picture.layout.width, picture.layout.height, picture.RowBytes());
 }
 void Gray2Interlaced(Picture) { GrayPalette(2, false); }
-void Gray16(Picture picture) {
-  ReduceTo8Bits(picture.data);
-  GrayPalette(8, false);
-}
+void Gray16(Picture) { GrayPalette(8, false); }
 
 // ---- palette ----
 
@@ -90,17 +93,23 @@ std::span<const PaletteEntry> Slot(int bits) {
   return bits == 4 ? std::span<const PaletteEntry>(mod.palette4) : mod.palette8;
 }
 
+// Takes no more memory than that.
+void Resize(std::vector<std::uint8_t>& data, std::size_t size) {
+  data.reserve(size);
+  data.resize(size);
+}
+
 }  // namespace
 
+// In place, so that no more than one picture is there: from the last row up, which so moves onto no other.
 void AlignRows(std::vector<std::uint8_t>& data, Long height, std::size_t row_bytes, std::size_t stride) {
   if (row_bytes == stride) return;
-  std::vector<std::uint8_t> aligned(static_cast<std::size_t>(height) * stride);
-  for (std::size_t y = 0; y < static_cast<std::size_t>(height); ++y) {
-    const Bytes row = Bytes(data).subspan(std::min(y * row_bytes, data.size()));
-    std::copy_n(row.begin(), std::min(row.size(), row_bytes),
-                aligned.begin() + static_cast<std::ptrdiff_t>(y * stride));
+  Resize(data, static_cast<std::size_t>(height) * stride);
+  for (auto y = static_cast<std::size_t>(height); y-- > 0;) {
+    std::uint8_t* const row = data.data() + y * stride;
+    std::memmove(row, data.data() + y * row_bytes, row_bytes);
+    std::memset(row + row_bytes, 0, stride - row_bytes);
   }
-  data = std::move(aligned);
 }
 
 void ReduceTo8Bits(std::vector<std::uint8_t>& data) {
@@ -128,7 +137,7 @@ void BuildIndexed(std::vector<std::uint8_t> rows, const ScanlineLayout& layout, 
   if (!interlaced && rows.size() / picture.RowBytes() < static_cast<std::size_t>(layout.height)) return;
   route->convert(picture);
   SetPalette(route->bits, layout.color_type == 3, palette_bytes);
-  rows.resize(static_cast<std::size_t>(DibStride(layout.width, route->bits) * layout.height));
+  Resize(rows, static_cast<std::size_t>(DibStride(layout.width, route->bits) * layout.height));
   const std::span<const PaletteEntry> slot = Slot(route->bits);
   Mod().PendingBitmap = {layout.width,   layout.height, route->bits, true, 0, {slot.begin(), slot.end()},
                          std::move(rows)};

@@ -15,7 +15,7 @@ constexpr std::int64_t DibStride(std::int64_t width, std::int64_t bits) {
   return (bits * width + 31) / 32 * 4;
 }
 
-// Spreads rows over `stride` bytes each where they are `row_bytes` long.
+// Spreads rows over `stride` bytes each where they are `row_bytes` long, which is no more.
 void AlignRows(std::vector<std::uint8_t>& data, Long height, std::size_t row_bytes, std::size_t stride);
 // Keeps the high byte of each 16-bit sample.
 void ReduceTo8Bits(std::vector<std::uint8_t>& data);
@@ -24,8 +24,8 @@ void Unpack2BitRows(std::vector<std::uint8_t>& data, Long width, Long height, st
 
 // True for the colour types 0 and 3 at the depths that the format has.
 bool IsIndexed(Long color_type, Long depth);
-// Converts the rows of such a picture, as UnfilterImage or Deinterlace gave them, and leaves the bitmap
-// pending.
+// Converts the rows of such a picture, as UnfilterImage or Deinterlace gave them, with the high bytes alone
+// of 16-bit samples, and leaves the bitmap pending.
 void BuildIndexed(std::vector<std::uint8_t> rows, const ScanlineLayout& layout, bool interlaced,
                   std::span<const std::uint8_t> palette_bytes);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 #include "png/code_lengths.h"
 #include "png/deflate_symbols.h"
@@ -173,11 +174,12 @@ Inflater::Step Inflater::StartStored(const InflateWindow& window) {
 }
 
 Inflater::Step Inflater::StartFixed(const InflateWindow&) {
-  const bool again = fixed_tables_built_;
-  longest_literal_ = again ? Fixed().kLongestLiteral : std::max(longest_literal_, Fixed().kLongestLiteral);
-  longest_distance_ =
-      again ? Fixed().kLongestDistance : std::max(longest_distance_, Fixed().kLongestDistance);
-  fixed_tables_built_ = true;
+  const bool again = traces_.fixed_tables_built;
+  traces_.longest_literal =
+      again ? Fixed().kLongestLiteral : std::max(traces_.longest_literal, Fixed().kLongestLiteral);
+  traces_.longest_distance =
+      again ? Fixed().kLongestDistance : std::max(traces_.longest_distance, Fixed().kLongestDistance);
+  traces_.fixed_tables_built = true;
   literals_ = &Fixed().literals;
   distances_ = &Fixed().distances;
   return Step::kSymbols;
@@ -213,12 +215,13 @@ bool Inflater::BuildTables(const CodeLengths& lengths, std::size_t literal_count
   const std::size_t left = stream_.size() - input_position_;  // all of it, though there may be more blocks
   const int literal_bits = left < kShortInput ? kShortLiteralRootBits : kLiteralRootBits;
   const std::span<const std::uint8_t> all = lengths.all();
-  if (own_literals_.Build(all.first(literal_count), kLiteralMeanings, literal_bits, longest_literal_) != 0)
+  if (own_literals_.Build(all.first(literal_count), kLiteralMeanings, literal_bits,
+                          traces_.longest_literal) != 0)
     return false;
   // A lone distance code of one bit is refused here like any other gap.
   if (own_distances_.Build(all.subspan(literal_count), kDistanceMeanings,
                            left < kShortInput ? kShortDistanceRootBits : kDistanceRootBits,
-                           longest_distance_) != 0)
+                           traces_.longest_distance) != 0)
     return false;
   literals_ = &own_literals_;
   distances_ = &own_distances_;
@@ -282,7 +285,7 @@ bool Inflater::RunFast(InflateWindow& window) {
 Inflater::Step Inflater::DecodeExactly(InflateWindow& window) {
   while (window.position < window.full) {
     const bool exhausted = Exhausted();
-    const std::uint32_t entry = DecodeSymbol(*literals_, longest_literal_);
+    const std::uint32_t entry = DecodeSymbol(*literals_, traces_.longest_literal);
     if (entry & kEntryLiteral) {
       // Behind the stream's end the same literal would come for ever.
       if (exhausted || RoomToEnd(window) == 0) return Step::kFinish;
@@ -292,7 +295,7 @@ Inflater::Step Inflater::DecodeExactly(InflateWindow& window) {
     if (entry & kEntryEnd) return EndBlock();
     std::uint32_t length, distance;
     if (!GetExtraBits(entry, length)) return Step::kFinish;
-    if (!GetExtraBits(DecodeSymbol(*distances_, longest_distance_), distance)) return Step::kFinish;
+    if (!GetExtraBits(DecodeSymbol(*distances_, traces_.longest_distance), distance)) return Step::kFinish;
     if (!CopyMatch(length, distance, window)) return Step::kFinish;
   }
   return Step::kFull;
@@ -309,25 +312,51 @@ bool Inflater::CopyMatch(std::uint32_t length, std::uint32_t distance, InflateWi
   return false;
 }
 
-// The output grows as it comes, since what a stream claims to hold may never come.
+namespace {
+
+// How many bytes a stream gives, found without keeping them, and `inflater` as it leaves it; none if it
+// counts as not decoded.
+std::optional<std::size_t> Measure(Inflater& inflater, std::span<const std::uint8_t> stream,
+                                   std::size_t size) {
+  constexpr std::size_t kPiece = InflateWindow::kHistory / 2, kFull = InflateWindow::kHistory + kPiece;
+  std::vector<std::uint8_t> memory(kFull + InflateWindow::kLongestMatch + InflateWindow::kSpill);
+  InflateWindow window{memory.data(), 0, kFull, 0};
+  inflater.Start(stream, size);
+  for (;;) {
+    const Inflater::Outcome outcome = inflater.Run(window);
+    if (outcome == Inflater::Outcome::kBadTables) return std::nullopt;
+    if (outcome == Inflater::Outcome::kFinished)
+      return static_cast<std::size_t>(window.dropped) + window.position;
+    const std::size_t drop = window.position - InflateWindow::kHistory;
+    std::memmove(window.data, window.data + drop, InflateWindow::kHistory);
+    window.position -= drop;
+    window.dropped += drop;
+  }
+}
+
+}  // namespace
+
+// What a stream claims to hold may never come, so memory for much of it is taken once it is known how much
+// there is: twice the time is cheaper here than twice the memory.
 bool InflateAll(Inflater& inflater, std::span<const std::uint8_t> stream, std::size_t size,
                 std::vector<std::uint8_t>& output) {
-  using Outcome = Inflater::Outcome;
-  constexpr std::size_t kFirstRoom = 1 << 16;
+  constexpr std::size_t kMuch = 2 * InflateWindow::kHistory;
   const auto expected = static_cast<std::size_t>(std::min<std::uint64_t>(size, MostInflated(stream.size())));
   const std::size_t limit = expected + Inflater::kSlack + 1;
-  InflateWindow window;
-  Outcome outcome = Outcome::kFull;
-  inflater.Start(stream, expected);
-  for (std::size_t room = std::min(limit, kFirstRoom); outcome == Outcome::kFull;
-       room = std::min(limit, 2 * room)) {
-    output.resize(room + InflateWindow::kLongestMatch + InflateWindow::kSpill);
-    window.data = output.data();
-    // The decoder must find its limit itself, so a window that holds everything never gets full.
-    window.full = room == limit ? limit + InflateWindow::kLongestMatch : room;
-    outcome = inflater.Run(window);
+  std::size_t room = limit;
+  if (limit > kMuch) {
+    Inflater measuring;
+    measuring.TakeTraces(inflater);
+    const std::optional<std::size_t> measured = Measure(measuring, stream, expected);
+    room = std::min(limit, measured.value_or(0) + 1);
+    if (!measured) inflater.TakeTraces(measuring);
+    if (!measured) return false;
   }
-  const bool decoded = outcome == Outcome::kFinished;
+  output.resize(room + InflateWindow::kLongestMatch + InflateWindow::kSpill);
+  // The decoder must find its limit itself, so a window that holds everything never gets full.
+  InflateWindow window{output.data(), 0, room == limit ? limit + InflateWindow::kLongestMatch : room, 0};
+  inflater.Start(stream, expected);
+  const bool decoded = inflater.Run(window) == Inflater::Outcome::kFinished;
   output.resize(decoded ? window.position : 0);
   return decoded;
 }

@@ -55,6 +55,8 @@ class Inflater {
   void Start(std::span<const std::uint8_t> stream, std::uint64_t size);
   // The window must be the one of the run before, moved or not, with at least its last kHistory bytes kept.
   Outcome Run(InflateWindow& window);
+  // Makes this decoder treat the next stream as the other would. Streams that it decoded leave their traces.
+  void TakeTraces(const Inflater& other) { traces_ = other.traces_; }
 
  private:
   // What to do next.
@@ -99,8 +101,11 @@ class Inflater {
 
   // The longest lengths rise only, but for the second use of the fixed tables. How far the decoder reads
   // ahead depends on them, and on that whether a stored block at the very end is taken.
-  int longest_literal_ = 0, longest_distance_ = 0;
-  bool fixed_tables_built_ = false;
+  struct Traces {
+    int longest_literal = 0, longest_distance = 0;
+    bool fixed_tables_built = false;
+  };
+  Traces traces_;
   const CodeTable* literals_ = nullptr;
   const CodeTable* distances_ = nullptr;
   CodeTable own_literals_, own_distances_;

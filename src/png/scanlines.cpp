@@ -108,6 +108,28 @@ void UnfilterRow(Row row, PreviousRow previous, std::uint8_t filter, std::size_t
   if (filter > 0 && filter < std::size(kUndo)) kUndo[filter](row, previous, distance);
 }
 
+std::vector<std::uint8_t> WithoutLowBytes(std::vector<std::uint8_t> data, const ScanlineLayout& layout,
+                                          bool interlaced) {
+  std::size_t from = 0, to = 0;
+  const auto take = [&](std::size_t rows, std::size_t row_bytes) {
+    for (; rows > 0 && data.size() - from > row_bytes; --rows) {
+      data[to++] = data[from++];
+      for (const std::size_t end = from + row_bytes; from < end; from += 2) data[to++] = data[from];
+    }
+    return rows == 0;
+  };
+  bool enough = true;
+  if (!interlaced)
+    enough = take(static_cast<std::size_t>(layout.height), static_cast<std::size_t>(layout.RowBytes()) - 1);
+  else
+    for (const Adam7Pass& pass : kAdam7Passes) {
+      const PassLayout rows = LayoutOf(pass, layout);
+      enough = enough && take(rows.height, rows.row_bytes);
+    }
+  data.resize(enough ? to : 0);
+  return data;
+}
+
 std::vector<std::uint8_t> UnfilterImage(std::vector<std::uint8_t> data, const ScanlineLayout& layout) {
   const auto row_bytes = static_cast<std::size_t>(layout.RowBytes()) - 1;
   const auto height = static_cast<std::size_t>(layout.height);
@@ -130,7 +152,10 @@ std::vector<std::uint8_t> Deinterlace(std::vector<std::uint8_t> data, const Scan
   if (data.size() < InterlacedBytes(layout)) return {};
   const auto pitch = static_cast<std::size_t>(layout.BytesPerPixel());
   const std::size_t stride = static_cast<std::size_t>(layout.width) * pitch;
-  std::vector<std::uint8_t> image(stride * static_cast<std::size_t>(layout.height));
+  const auto height = static_cast<std::size_t>(layout.height);
+  std::vector<std::uint8_t> image;
+  image.reserve((stride + 3) / 4 * 4 * height);  // as long as the bitmap's rows will be
+  image.resize(stride * height);
   Row source(data);
   for (const Adam7Pass& pass : kAdam7Passes) {
     const PassLayout rows = LayoutOf(pass, layout);

@@ -38,6 +38,11 @@ extern const std::array<Adam7Pass, 7> kAdam7Passes;
 void UnfilterRow(std::span<std::uint8_t> row, std::span<const std::uint8_t> previous, std::uint8_t filter,
                  std::size_t distance);
 
+// Keeps the high byte of each 16-bit sample, and all filter bytes. A filter treats each byte by itself, so
+// the low ones can go before it is undone. With too little data there are none left.
+std::vector<std::uint8_t> WithoutLowBytes(std::vector<std::uint8_t> data, const ScanlineLayout& layout,
+                                          bool interlaced);
+
 // These turn inflated data into bare rows, top row first; with too little data they give none. The picture
 // has at least one pixel, and pixels of 1, 2 or 4 bits or of whole bytes. A row of the first result has
 // RowBytes() - 1 bytes. Deinterlace gives each pixel BytesPerPixel(): samples below 8 bits are spread.
