@@ -531,6 +531,25 @@ TEST_F(Activation, TellsTheContainerItsAccessKey) {
   EXPECT_EQ(Log{}, events.log) << "what follows is the container's focus logic";
 }
 
+TEST_F(Activation, TellsTheContainerOnlyOfAnotherAccessKey) {
+  object_ = container_.Dispatch();
+  const auto told = [this] { return container_.Count("OnControlInfoChanged"); };
+  PutText(object_.Get(), L"Caption", L"no key");
+  EXPECT_EQ(0, told());
+  PutText(object_.Get(), L"Caption", L"&Total");
+  EXPECT_EQ(1, told());
+  PutText(object_.Get(), L"Caption", L"&Tax");
+  EXPECT_EQ(1, told()) << "the same key";
+  PutText(object_.Get(), L"Caption", L"&Sum");
+  EXPECT_EQ(2, told());
+  EXPECT_EQ(S_OK, PutByName(object_.Get(), L"UseMnemonic", Variant::Bool(false)));
+  EXPECT_EQ(3, told());
+  PutText(object_.Get(), L"Caption", L"&Other");
+  EXPECT_EQ(3, told()) << "there is none while mnemonics are off";
+  EXPECT_EQ(S_OK, PutByName(object_.Get(), L"UseMnemonic", Variant::Bool(true)));
+  EXPECT_EQ(4, told());
+}
+
 // The scan knows no markup, and a doubled ampersand is a key.
 TEST_F(Activation, TheContainerGetsTheKeyThatTheScanFinds) {
   const std::pair<const wchar_t*, wchar_t> kCaptions[] = {

@@ -22,7 +22,7 @@ void OneLife(int number) {
   Sink events, changes;
   events.ConnectEvents(object.Get());
   changes.ConnectChanges(object.Get());
-  PutText(object.Get(), L"Caption", L"<b>Bold</b> <f=DejaVu Serif>serif</f> <c=FF0000>red</c>");
+  PutText(object.Get(), L"Caption", L"&<b>Bold</b> <f=DejaVu Serif>serif</f> <c=FF0000>red</c>");
   PutNumber(object.Get(), L"TextEffect", number % 6);
   PutNumber(object.Get(), L"FontSize", 8 + number % 5);
   container.Activate(number % 2 ? OLEIVERB_UIACTIVATE : OLEIVERB_INPLACEACTIVATE);
@@ -40,6 +40,7 @@ void OneLife(int number) {
   CONTROLINFO info = {};
   info.cb = sizeof info;
   As<IOleControl>(object)->GetControlInfo(&info);
+  EXPECT_EQ(1, info.cAccel) << "a table of keys belongs to a life";
 }
 
 TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {
