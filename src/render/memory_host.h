@@ -64,7 +64,7 @@ class MemoryHost final : public UserControl, public MarkletEvents {
 
   // A control that sizes itself can ask for more memory than there is: of such a size it has no picture.
   bool TooLarge() const {
-    constexpr std::int64_t kMostPixels = 8192 * 8192;
+    constexpr std::int64_t kMostPixels = std::int64_t{8192} * 8192;
     return std::int64_t{width_} * height_ > kMostPixels;
   }
   void Resized();
