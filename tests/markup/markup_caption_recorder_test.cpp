@@ -648,8 +648,11 @@ TEST_F(MarkupCaption, DrawsAColourTagAtTheVeryEnd) {
     EXPECT_TRUE(runs_.back().text.ends_with("<c=FF0000>"));
     EXPECT_EQ(runs_.back().colour, "#112233");
   }
-  Draw(u"<b></b><c=FF000>");  // any other length has the shape of a tag and no such exception
-  EXPECT_TRUE(runs_.empty());
+  // Any other length has the shape of a tag and no such exception.
+  for (const char16_t* caption : {u"<b></b><c=FF000>", u"<b></b><c=FF00000>"}) {
+    Draw(caption);
+    EXPECT_TRUE(runs_.empty());
+  }
 }
 
 TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
@@ -818,6 +821,18 @@ TEST_F(MarkupSplit, DrawsTheFirstPieceAtThePenAndTheNextAtTheLineStart) {
   EXPECT_EQ(runs_[0].rect.left, 30);
   EXPECT_EQ(runs_[1].rect.left, 0) << "no line has been wrapped yet";
   EXPECT_EQ(runs_.back().rect.left, 30) << "the last piece takes a new line";
+}
+
+TEST_F(MarkupSplit, LeavesThePenBehindTheLastPiece) {
+  // All but the first letter fit, and a dot fits behind them.
+  const Long rest = Width(kWord.substr(1));
+  rect_ = {0, 0, rest + Width(u".") + 1, 300};
+  ASSERT_GE(Width(kWord), rect_.right) << "the whole word doesn't fit";
+  Draw(std::u16string(u"<b></b>") + std::u16string(kWord) + u"<b></b>.");
+  ASSERT_EQ(runs_.size(), 3u);
+  EXPECT_EQ(runs_[2].text, ".");
+  EXPECT_EQ(runs_[2].rect.left, rest);
+  EXPECT_EQ(runs_[2].rect.top, runs_[1].rect.top);
 }
 
 TEST_F(MarkupSplit, EndsWhenNothingIsLeft) {

@@ -17,6 +17,16 @@ TEST(RunLog, PrintsThePlatformCallsOfOnePaint) {
   EXPECT_EQ(folder.Entries(), 1);
 }
 
+TEST(RunLog, ShowsACaptionFileWithoutItsMarkAndLastLineEnd) {
+  const testing::TemporaryFolder folder;
+  for (const char* bytes : {"Total", "Total\n", "Total\r\n", "\xEF\xBB\xBFTotal"}) {
+    const std::string file = folder.Write("caption.txt", bytes);
+    std::ostringstream out, err;
+    EXPECT_EQ(RunMarkletRender({"--caption-file", file, "--log", "-o", folder.File("a.png")}, out, err), 0);
+    EXPECT_NE(out.str().find("\nDrawTextW(\"Total\",["), std::string::npos) << out.str();
+  }
+}
+
 TEST(RunLog, CoversEveryControlOfASheet) {
   const testing::TemporaryFolder folder;
   const std::string sheet = folder.Write(

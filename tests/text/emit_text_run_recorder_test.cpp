@@ -183,6 +183,13 @@ TEST_F(EmitTextRunCalls, AnUnknownHeightIsMeasuredByTheByteCallFirst) {
   EXPECT_EQ(Emitted(u"again").size(), 3u);
 }
 
+TEST_F(EmitTextRunCalls, AnyHeightButZeroIsKnown) {
+  Play(kWindows10);
+  style_.TextHeight = -5;
+  EXPECT_EQ(Emitted(kPlain).size(), 3u);
+  EXPECT_EQ(style_.TextHeight, -5);
+}
+
 TEST_F(EmitTextRunCalls, TheMeasuredLengthIsThatOfTheUnicodeText) {
   Play(kWindows10);
   style_.TextHeight = 0;
