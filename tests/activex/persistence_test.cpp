@@ -313,6 +313,18 @@ TEST(PersistStorage, AStorageWithoutTheStreamIsAnError) {
   EXPECT_EQ(L"Mine", CaptionOf(control.Get()));
 }
 
+TEST(PersistStorage, ThePlatformsOwnWayToSaveFindsTheClass) {
+  const ComPtr<IUnknown> control = ControlOf(SavedForm());
+  const auto persist = As<IPersistStorage>(control);
+  const ComPtr<IStorage> storage = NewStorage();
+  ASSERT_EQ(S_OK, OleSave(persist.Get(), storage.Get(), FALSE));
+  EXPECT_EQ(S_OK, persist->SaveCompleted(storage.Get()));
+  CLSID class_id = {};
+  EXPECT_EQ(S_OK, ReadClassStg(storage.Get(), &class_id));
+  EXPECT_EQ(kClassId, class_id);
+  EXPECT_EQ(SavedForm(), StreamOf(storage.Get()));
+}
+
 TEST(PersistStorage, NoStorageIsHeld) {
   const ComPtr<IUnknown> control = CreateControl();
   const auto persist = As<IPersistStorage>(control);
