@@ -256,6 +256,13 @@ TEST_F(TextEffectLayers, AreMeasuredOnceARunOnACopy) {
   EXPECT_EQ(style_.TextHeight, 0);
 }
 
+TEST_F(TextEffectLayers, AreNotMeasuredWhenTheHeightIsKnown) {
+  style_.TextEffect = effectStroke;
+  style_.TextHeight = 13;
+  EXPECT_EQ(Draw(u"one").size(), 16u);
+  for (const std::string& line : lines_) EXPECT_FALSE(line.starts_with("GetTextExtentPoint32A(")) << line;
+}
+
 TEST_F(TextEffectLayers, LeaveOutOnlyTheLayerThatFailed) {
   const PlayedSystem xp(generation::kXP);
   for (const auto& [effect, drawn] :

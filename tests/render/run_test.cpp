@@ -67,6 +67,17 @@ TEST_F(RunTest, ScaleMultipliesTheSize) {
   EXPECT_EQ(SizeOf("a.png"), (std::pair{152, 62})) << "151.5 and 61.5, halves to even";
 }
 
+TEST_F(RunTest, APictureCarriesItsDensity) {
+  for (const auto& [scale, per_metre] : {std::pair{"1", 3780}, {"1.5", 5669}, {"2", 7559}}) {
+    ASSERT_EQ(RunTo("a.png", {"--scale", scale}), 0);
+    const std::string bytes = folder.Read("a.png");
+    const std::size_t at = bytes.find("pHYs");
+    ASSERT_LT(at, bytes.size() - 8);
+    EXPECT_EQ(static_cast<unsigned char>(bytes[at + 6]) << 8 | static_cast<unsigned char>(bytes[at + 7]),
+              per_metre);
+  }
+}
+
 TEST_F(RunTest, AScaleMayBeGivenInDotsPerInch) {
   ASSERT_EQ(RunTo("factor.png", {"Caption=x", "--scale", "1.5"}), 0);
   ASSERT_EQ(RunTo("density.png", {"Caption=x", "--scale", "144"}), 0);
@@ -126,7 +137,10 @@ TEST_F(RunTest, RefusesWhatItDoesNotUnderstand) {
   ExpectRefused({"BackColor=#12345"});
   ExpectRefused({"--nonsense"});
   ExpectRefused({"-x"});
-  ExpectRefused({"--size"});
+  for (const char* option : {"-o", "--size", "--scale", "--caption-file", "--sheet", "--image"}) {
+    EXPECT_EQ(Run({"Caption=x", option}), 2);
+    EXPECT_EQ(err.str(), "marklet-render: " + std::string(option) + " needs a value behind it\n");
+  }
   for (const char* size :
        {"300", "0x10", "10x0", "-1x5", "4097x10", "99999x1", "axb", "10x", "x10", "10x10x10", ""})
     ExpectRefused({"--size", size});
