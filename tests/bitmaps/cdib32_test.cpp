@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstring>
 #include <limits>
 
 #include "bitmaps/alpha_pixels.h"
@@ -67,7 +69,7 @@ TEST(CDib32, ASurfaceOf24BitsIsLeftAloneByWhatGoesThroughThePixels) {
 
 TEST(CDib32, IsAllZeroWhenNew) {
   const auto surface = AlphaSurface(13, 7);
-  EXPECT_EQ(PixelsOf(*surface), Pixels(13 * 7, Pixel{}));
+  EXPECT_EQ(PixelsOf(*surface), Pixels(std::size_t{13} * 7, Pixel{}));
 }
 
 TEST(CDib32, CreateRefusesSizesThatHoldNoPixelsOrTooMany) {
@@ -153,7 +155,7 @@ TEST(CDib32, CreateFromBitmapCarriesAllFourBytesOfEachPixel) {
   ASSERT_EQ(surface.Width(), 5);
   ASSERT_EQ(surface.Height(), 3);
   GdiFlush();
-  EXPECT_EQ(std::memcmp(surface.Bits(), bitmap.bits, 5 * 3 * 4), 0);
+  EXPECT_EQ(std::memcmp(surface.Bits(), bitmap.bits, std::size_t{5} * 3 * 4), 0);
   BITMAP record;
   EXPECT_TRUE(GetObjectA(bitmap.handle, record)) << "the bitmap stays the caller's";
 }

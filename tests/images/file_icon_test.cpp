@@ -230,6 +230,7 @@ class IndexedIcon : public ::testing::TestWithParam<IndexedDepth> {};
 TEST_P(IndexedIcon, TakesItsColoursFromThePalette) {
   const auto [bits, colours] = GetParam();
   std::vector<std::uint32_t> palette;
+  palette.reserve(static_cast<std::size_t>(colours));
   for (int i = 0; i < colours; ++i) palette.push_back(Speckle(i, 3));
   const auto index = [count = colours](int x, int y) {
     return static_cast<std::uint32_t>((x * 7 + y * 13) % count);

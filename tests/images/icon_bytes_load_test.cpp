@@ -217,6 +217,7 @@ TEST_F(LoadedImage, OfAnIconWithAPaletteKeepsItsColoursAndKeyColourWhereTheMaskI
   for (const auto& [bits, depth] : {std::pair{4, Long{1}}, {8, Long{2}}}) {
     const int colours = 1 << bits;
     std::vector<std::uint32_t> palette;
+    palette.reserve(static_cast<std::size_t>(colours));
     for (int i = 0; i < colours; ++i) palette.push_back(Speckle(i, 7));
     const auto index = [=](int x, int y) { return static_cast<std::uint32_t>((x * 11 + y * 29) % colours); };
     Load("a.ico", icons::FileOf({Image{.width = 24,
