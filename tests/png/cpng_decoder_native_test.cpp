@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "png/palettes.h"
 #include "png/png_files.h"
 #include "png/processor_forms.h"
 
@@ -20,6 +21,7 @@ struct Picture {
   std::size_t idat_bytes;  // in one chunk
 
   std::size_t Samples() const {
+    if (type == PNG_COLOR_TYPE_GRAY) return 1;
     return type == PNG_COLOR_TYPE_RGB ? 3 : type == PNG_COLOR_TYPE_GRAY_ALPHA ? 2 : 4;
   }
   std::size_t RowBytes() const { return width * Samples() * static_cast<std::size_t>(depth) / 8; }
@@ -141,6 +143,25 @@ TEST_P(CPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
             ExpectSameAsLibpng(random, picture);
             if (HasFatalFailure()) return;
           }
+}
+
+// Nobody gets them, but what is pending is theirs: rows close together, whatever a bitmap's rows need.
+TEST_P(CPngDecoderNative, GrayPicturesOf16BitsKeepTheirHighBytes) {
+  Random random(33);
+  for (const int interlace : {PNG_INTERLACE_NONE, PNG_INTERLACE_ADAM7})
+    for (const int filters : kFilters)
+      for (png_uint_32 size = 1; size <= 20; ++size) {
+        const Picture picture{
+            size, 1 + random.Below(20), 16, PNG_COLOR_TYPE_GRAY, interlace, 6, Z_DEFAULT_STRATEGY, filters,
+            8192};
+        const Bytes samples = RandomSamples(random, picture);
+        Mod().PendingBitmap = {};
+        EXPECT_TRUE(Decoded(WrittenByLibpng(picture, samples)).empty());
+        Bytes expected;
+        for (std::size_t i = 0; i < samples.size(); i += 2) expected.push_back(samples[i]);
+        expected.resize(std::size_t{picture.width + 3} / 4 * 4 * picture.height);
+        ASSERT_EQ(Mod().PendingBitmap.bits, expected) << size << " interlace " << interlace;
+      }
 }
 
 TEST_P(CPngDecoderNative, LargePictures) {
