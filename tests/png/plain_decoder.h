@@ -33,8 +33,8 @@ class Decoder {
   // ---- chunks ----
 
   bool Walk(const Bytes& file) {
-    static const Bytes kSignature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
-    if (file.size() < 8 || Bytes(file.begin(), file.begin() + 8) != kSignature) return false;
+    const Bytes signature = {0x89, 'P', 'N', 'G', 0x0D, 0x0A, 0x1A, 0x0A};
+    if (file.size() < 8 || Bytes(file.begin(), file.begin() + 8) != signature) return false;
     std::size_t position = 8;
     Bytes buffer;
     const auto read = [&](std::uint8_t* to, std::size_t count) {
