@@ -134,14 +134,17 @@ struct LineCount {
 };
 class LineEnds : public TextBoxes, public testing::WithParamInterface<LineCount> {};
 
-TEST_P(LineEnds, AreCounted) { EXPECT_EQ(LinesOf(GetParam().text, 200, 0), GetParam().lines); }
+TEST_P(LineEnds, AreCounted) {
+  EXPECT_EQ(LinesOf(GetParam().text, 200, 0), GetParam().lines);
+  EXPECT_EQ(LinesOf(GetParam().text, 200, DT_WORDBREAK), GetParam().lines);
+}
 
 INSTANTIATE_TEST_SUITE_P(Texts, LineEnds,
                          testing::Values(LineCount{u"a", 1}, LineCount{u"a\n", 1}, LineCount{u"\n", 1},
                                          LineCount{u"a\nb", 2}, LineCount{u"a\r\nb", 2},
                                          LineCount{u"a\n\rb", 2}, LineCount{u"a\n\nb", 3},
-                                         LineCount{u"a\r\rb", 3}, LineCount{u"a\r\n\r\nb", 3},
-                                         LineCount{u"\r\n\r\na", 3}));
+                                         LineCount{u"a\r\rb", 3}, LineCount{u"\r\rb", 3},
+                                         LineCount{u"a\r\n\r\nb", 3}, LineCount{u"\r\n\r\na", 3}));
 
 TEST_F(TextBoxes, OnASingleLineBreaksNothing) {
   EXPECT_EQ(LinesOf(u"a\r\nb", 200, DT_SINGLELINE), 1);

@@ -68,10 +68,9 @@ void LineCutter::Measure() {
 
 LineCutter::Extent LineCutter::WrappedRest() {
   Measure();
-  const Long* widths = widths_.data() - static_cast<std::ptrdiff_t>(paragraph_start_);
   std::int64_t width = 0;
   std::size_t overflow = position_;
-  while (overflow < paragraph_end_ && width + widths[overflow] <= limit_) width += widths[overflow++];
+  while (overflow < paragraph_end_ && width + WidthAt(overflow) <= limit_) width += WidthAt(overflow++);
   if (overflow == paragraph_end_) return {overflow, overflow, width};
 
   const std::size_t next = FindBreak(overflow);
@@ -108,10 +107,9 @@ bool LineCutter::MayBreakBefore(std::size_t position) const {
 CutLine LineCutter::WithEllipsis(std::size_t end) {
   Measure();
   const std::int64_t dots = WidthOf(font_, LineOf(kEllipsis));
-  const Long* widths = widths_.data() - static_cast<std::ptrdiff_t>(paragraph_start_);
   std::int64_t width = dots;
   std::size_t kept = position_;
-  while (kept < end && width + widths[kept] <= limit_) width += widths[kept++];
+  while (kept < end && width + WidthAt(kept) <= limit_) width += WidthAt(kept++);
   shortened_.assign(text_.substr(position_, kept - position_));
   shortened_ += kEllipsis;
   return {shortened_, position_, kept - position_, WidthOf(font_, LineOf(shortened_))};

@@ -40,6 +40,8 @@ class LineCutter {
   std::size_t FindBreak(std::size_t overflow) const;
   bool MayBreakBefore(std::size_t position) const;
   void Measure();
+  // Of the unit at a position of the text, once its paragraph is measured.
+  Long WidthAt(std::size_t position) const { return widths_[position - paragraph_start_]; }
   CutLine WithEllipsis(std::size_t end);
   void Advance(std::size_t next);
   TextLine LineOf(std::u16string_view text) const { return {text, rtl_}; }
