@@ -261,7 +261,8 @@ TEST(Persistence, LoadingAnAppearanceChangesNoColour) {
 }
 
 TEST(Persistence, ACaptionBeyondTheCodePageSurvivesASaveAndALoad) {
-  const std::u16string caption = u"<b>\u05E9\u4E16\U0001F600</b>\u0001\u0000x";
+  using std::string_literals::operator""s;  // for the NUL in it
+  const std::u16string caption = u"<b>\u05E9\u4E16\U0001F600</b>\u0001\0x"s;
   HostedControl saved;
   saved.Init();
   saved.Set("Caption", caption);
