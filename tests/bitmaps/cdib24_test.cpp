@@ -43,7 +43,7 @@ TEST(CDib24, StrideIsThreeBytesAPixelInWholeFours) {
 
 TEST(CDib24, IsBlackWhenNew) {
   const auto surface = Surface(13, 7);
-  EXPECT_EQ(Colours(*surface), std::vector<COLORREF>(13 * 7, 0));
+  EXPECT_EQ(Colours(*surface), std::vector<COLORREF>(std::size_t{13} * 7, 0));
 }
 
 TEST(CDib24, PixelsAreBlueGreenRedFromTheBottomLineUp) {
@@ -232,7 +232,7 @@ TEST(CDib24, TextDrawnOnItsContextReachesItsPixels) {
   const auto surface = Surface(40, 30, MakeRgb(255, 255, 255));
   SetBkMode(surface->hDC(), 1);
   TextOutW(surface->hDC(), 2, 2, u"W");
-  EXPECT_NE(Colours(*surface), std::vector<COLORREF>(40 * 30, MakeRgb(255, 255, 255)));
+  EXPECT_NE(Colours(*surface), std::vector<COLORREF>(std::size_t{40} * 30, MakeRgb(255, 255, 255)));
 }
 
 }  // namespace

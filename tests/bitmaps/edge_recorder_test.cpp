@@ -204,7 +204,7 @@ TEST(EdgePicture, IsTheSameFromThePlatformAndFromItself) {
         RECT rect = {2, 1, 14, 10};
         std::uint32_t all_flags = flags | 0x800;
         edge.DrawEdge(dc, rect, bits, all_flags);
-        pictures[own].assign(pixels, pixels + 16 * 3 * 12);
+        pictures[own].assign(pixels, pixels + std::ptrdiff_t{16} * 3 * 12);
         SelectObject(dc, former);
         DeleteObject(bitmap);
         DeleteDC(dc);

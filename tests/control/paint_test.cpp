@@ -166,7 +166,7 @@ TEST_F(Paint, AnotherContextGetsTheSamePictureWithoutRebuilding) {
   PixelView copy, picture;
   ASSERT_TRUE(PixelsOf(other.hDC(), copy));
   ASSERT_TRUE(PixelsOf(before->hDC(), picture));
-  EXPECT_TRUE(std::equal(copy.bits, copy.bits + copy.stride * copy.height, picture.bits));
+  EXPECT_TRUE(std::equal(copy.bits, copy.bits + std::ptrdiff_t{copy.stride} * copy.height, picture.bits));
 }
 
 TEST_F(Paint, HoverChangesAndResizesAreNotSeenByARepaintAlone) {

@@ -36,7 +36,7 @@ std::vector<std::string> Names(const MemoryBag& bag) {
 
 // Channel, column, row: the shape in which images are kept.
 ByteArray Cell(Long channels, Long columns, Long rows, std::uint8_t fill) {
-  const auto count = static_cast<std::size_t>(channels * columns * rows);
+  const auto count = static_cast<std::size_t>(channels) * static_cast<std::size_t>(columns * rows);
   return {{{0, channels}, {0, columns}, {0, rows}}, std::vector<std::uint8_t>(count, fill)};
 }
 
