@@ -55,7 +55,7 @@ std::string FamilyOf(std::u16string_view name) {
 std::string FamiliesFor(std::u16string_view name) {
   if (const Substitute* substitute = SubstituteFor(name)) return substitute->families;
   const std::string family = FamilyOf(name);
-  return family.empty() ? "sans" : family + ",sans";
+  return family.empty() ? "sans" : family;
 }
 
 PangoFontDescription* Describe(const LOGFONTW& record) {
