@@ -7,11 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "images/file_icon.h"
 #include "images/icon_bytes.h"
 #include "images/icon_files.h"
 #include "images/png_pictures.h"
-#include "platform/file.h"
 #include "platform/system.h"
 #include "support/open_files.h"
 #include "support/picture_files.h"
@@ -21,10 +19,6 @@ namespace marklet {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-std::ptrdiff_t CountOpenFiles() {
-  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-}
 
 std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
