@@ -43,6 +43,25 @@ void WriteSize(const StdFont& from, IFont& to) {
   to.put_Size(size);
 }
 
+template <auto Get, auto Put>
+void ReadFlag(IFont& from, StdFont& to) {
+  Read(from, Get, [&](BOOL flag) { (to.*Put)(flag != FALSE); });
+}
+template <auto Get, auto Put>
+void WriteFlag(const StdFont& from, IFont& to) {
+  (to.*Put)((from.*Get)());
+}
+
+void ReadWeight(IFont& from, StdFont& to) {
+  Read(from, &IFont::get_Weight, [&](SHORT weight) { to.PutWeight(weight); });
+}
+void WriteWeight(const StdFont& from, IFont& to) { to.put_Weight(static_cast<SHORT>(from.Weight())); }
+
+void ReadCharset(IFont& from, StdFont& to) {
+  Read(from, &IFont::get_Charset, [&](SHORT charset) { to.PutCharset(static_cast<std::uint8_t>(charset)); });
+}
+void WriteCharset(const StdFont& from, IFont& to) { to.put_Charset(from.Charset()); }
+
 // A property, with its number in notifications. One that can't be read or set stays as it was.
 struct Member {
   DISPID id;
@@ -56,41 +75,23 @@ bool Same(const StdFont& a, const StdFont& b) {
   return (a.*Getter)() == (b.*Getter)();
 }
 
+template <auto Get, auto Put, auto NativeGet, auto NativePut>
+constexpr Member Flag(DISPID id) {
+  return {id, Same<Get>, ReadFlag<NativeGet, Put>, WriteFlag<Get, NativePut>};
+}
+
 // Bold stands before the weight, which it changes.
 constexpr Member kMembers[] = {
     {DISPID_FONT_NAME, Same<&StdFont::Name>, ReadName, WriteName},
     {DISPID_FONT_SIZE, Same<&StdFont::Size>, ReadSize, WriteSize},
-    {DISPID_FONT_BOLD, Same<&StdFont::Bold>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Bold, [&](BOOL bold) { to.PutBold(bold != FALSE); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Bold(from.Bold()); }},
-    {DISPID_FONT_WEIGHT, Same<&StdFont::Weight>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Weight, [&](SHORT weight) { to.PutWeight(weight); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Weight(static_cast<SHORT>(from.Weight())); }},
-    {DISPID_FONT_ITALIC, Same<&StdFont::Italic>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Italic, [&](BOOL italic) { to.PutItalic(italic != FALSE); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Italic(from.Italic()); }},
-    {DISPID_FONT_UNDER, Same<&StdFont::Underline>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Underline, [&](BOOL underline) { to.PutUnderline(underline != FALSE); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Underline(from.Underline()); }},
-    {DISPID_FONT_STRIKE, Same<&StdFont::Strikethrough>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Strikethrough, [&](BOOL strike) { to.PutStrikethrough(strike != FALSE); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Strikethrough(from.Strikethrough()); }},
-    {DISPID_FONT_CHARSET, Same<&StdFont::Charset>,
-     [](IFont& from, StdFont& to) {
-       Read(from, &IFont::get_Charset,
-            [&](SHORT charset) { to.PutCharset(static_cast<std::uint8_t>(charset)); });
-     },
-     [](const StdFont& from, IFont& to) { to.put_Charset(from.Charset()); }},
+    Flag<&StdFont::Bold, &StdFont::PutBold, &IFont::get_Bold, &IFont::put_Bold>(DISPID_FONT_BOLD),
+    {DISPID_FONT_WEIGHT, Same<&StdFont::Weight>, ReadWeight, WriteWeight},
+    Flag<&StdFont::Italic, &StdFont::PutItalic, &IFont::get_Italic, &IFont::put_Italic>(DISPID_FONT_ITALIC),
+    Flag<&StdFont::Underline, &StdFont::PutUnderline, &IFont::get_Underline, &IFont::put_Underline>(
+        DISPID_FONT_UNDER),
+    Flag<&StdFont::Strikethrough, &StdFont::PutStrikethrough, &IFont::get_Strikethrough,
+         &IFont::put_Strikethrough>(DISPID_FONT_STRIKE),
+    {DISPID_FONT_CHARSET, Same<&StdFont::Charset>, ReadCharset, WriteCharset},
 };
 
 // --- Objects ----------------------------------------------------------------------------------------------
