@@ -50,7 +50,8 @@ HRESULT ReportInvoke(HRESULT result, EXCEPINFO* exception) noexcept {
   *exception = {};
   exception->scode = result;
   exception->bstrSource = ::SysAllocString(kSource);
-  exception->bstrDescription = ::SysAllocString(text.data());
+  // Without words of the system's the caller is left its own.
+  if (text[0] != 0) exception->bstrDescription = ::SysAllocString(text.data());
   return DISP_E_EXCEPTION;
 }
 

@@ -7,6 +7,7 @@
 
 #include "activex/boundary.h"
 #include "activex/com_object.h"
+#include "activex/error_report.h"
 #include "activex/text.h"
 
 namespace marklet::activex {
@@ -44,11 +45,11 @@ class LateBound : public ComObject<IDispatch> {
     });
   }
   STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                      EXCEPINFO*, UINT*) override {
+                      EXCEPINFO* exception, UINT*) override {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (!parameters) return E_POINTER;
     if (result) ::VariantInit(result);
-    return Guarded([&] { return Answer(id, flags, *parameters, result); });
+    return ReportInvoke(Guarded([&] { return Answer(id, flags, *parameters, result); }), exception);
   }
 
  private:

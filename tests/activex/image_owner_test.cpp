@@ -20,8 +20,6 @@ struct ImageOwner : public IDispatch {
 
 namespace {
 
-constexpr GUID kImageOwnerId = {0x215FB7C9, 0x18D0, 0x42C9, {0xBE, 0x97, 0x3A, 0x3F, 0xA3, 0xC7, 0x03, 0xE4}};
-
 // A bitmap file of 16 by 16 pixels, deleted at the end.
 class BitmapFile {
  public:
@@ -127,6 +125,26 @@ TEST_F(ImageOwnerFixture, AnImageThatIsNotThereIsAFailure) {
   EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(list.Get(), L"Item", {}, image));
   EXPECT_EQ(DISP_E_TYPEMISMATCH, Call(list.Get(), L"Item", {&object}, image));
   EXPECT_EQ(DISPID_UNKNOWN, IdOf(list.Get(), L"Add"));
+}
+
+TEST_F(ImageOwnerFixture, AnImageThatIsNotThereIsAnExceptionForWhoeverTakesOne) {
+  const ComPtr<IDispatch> list = List();
+  const auto item = [&](const VARIANT& index, EXCEPINFO& exception) {
+    VARIANT argument = index;
+    DISPPARAMS parameters = {&argument, nullptr, 1, 0};
+    Variant image;
+    return list->Invoke(IdOf(list.Get(), L"Item"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                        &parameters, &image, &exception, nullptr);
+  };
+  EXCEPINFO exception = {};
+  EXPECT_EQ(DISP_E_EXCEPTION, item(Variant(L"thirds"), exception));
+  EXPECT_EQ(static_cast<SCODE>(0x800A0005), exception.scode) << "automation's invalid argument";
+  EXPECT_STREQ(L"zvsMarklet.Marklet", exception.bstrSource);
+  EXPECT_EQ(nullptr, exception.bstrDescription) << "scripts have words of their own for it";
+  SysFreeString(exception.bstrSource);
+  exception = {};
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, item(Variant(list.Get()), exception)) << "the call itself was wrong";
+  EXPECT_EQ(nullptr, exception.bstrSource);
 }
 
 TEST_F(ImageOwnerFixture, EnumeratesImagesInTheirOrder) {

@@ -4,7 +4,6 @@
 namespace ocx_test {
 namespace {
 
-constexpr GUID kSafetyId = {0xCB5BDC81, 0x93C1, 0x11CF, {0x8F, 0x20, 0x00, 0x80, 0x5F, 0x2C, 0xD0, 0x64}};
 const IID* const kInitialising[] = {&IID_IPersistStorage, &IID_IPersistStream, &IID_IPersistStreamInit,
                                     &IID_IPersistPropertyBag};
 
