@@ -9,10 +9,12 @@
 namespace marklet::activex {
 namespace {
 
-ComPtr<ITypeInfo> OwnTypeInfo() {
+// What `use` makes of the description of this interface.
+template <typename Use>
+HRESULT WithTypeInfo(Use&& use) {
   ComPtr<ITypeInfo> info;
-  if (FAILED(GetOwnTypeInfo(kImageOwnerGuid, info.GetAddressOf()))) info.Reset();
-  return info;
+  const HRESULT result = GetOwnTypeInfo(kImageOwnerGuid, info.GetAddressOf());
+  return FAILED(result) ? result : use(*info.Get());
 }
 
 }  // namespace
@@ -33,10 +35,8 @@ HRESULT ImageOwnerFace::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
 HRESULT ImageOwnerFace::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!ids || !names || count == 0) return E_POINTER;
-  return Call([&] {
-    const ComPtr<ITypeInfo> info = OwnTypeInfo();
-    return info ? info->GetIDsOfNames(names, count, ids) : E_UNEXPECTED;
-  });
+  return Call(
+      [&] { return WithTypeInfo([&](ITypeInfo& info) { return info.GetIDsOfNames(names, count, ids); }); });
 }
 
 HRESULT ImageOwnerFace::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters,
@@ -44,10 +44,10 @@ HRESULT ImageOwnerFace::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARA
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_POINTER;
   return Call([&] {
-    const ComPtr<ITypeInfo> info = OwnTypeInfo();
-    if (!info) return E_UNEXPECTED;
-    return info->Invoke(static_cast<IImageOwner*>(this), id, flags, parameters, result, exception,
-                        bad_argument);
+    return WithTypeInfo([&](ITypeInfo& info) {
+      return info.Invoke(static_cast<IImageOwner*>(this), id, flags, parameters, result, exception,
+                         bad_argument);
+    });
   });
 }
 
