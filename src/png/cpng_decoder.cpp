@@ -188,8 +188,10 @@ std::vector<std::uint8_t> CPngDecoder::BareRows(std::vector<std::uint8_t> rows) 
   const bool has_scanlines = fields_.InterlaceMethod <= 1, interlaced = fields_.InterlaceMethod == 1;
   if (layout.depth == 16) {
     layout.depth = 8;
-    if (!has_scanlines) png::ReduceTo8Bits(rows);
-    if (has_scanlines) rows = png::WithoutLowBytes(std::move(rows), Layout(), interlaced);
+    if (has_scanlines)
+      rows = png::WithoutLowBytes(std::move(rows), Layout(), interlaced);
+    else
+      png::ReduceTo8Bits(rows);
   }
   if (!has_scanlines) return rows;
   return interlaced ? png::Deinterlace(std::move(rows), layout) : png::UnfilterImage(std::move(rows), layout);

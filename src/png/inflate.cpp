@@ -348,9 +348,11 @@ bool InflateAll(Inflater& inflater, std::span<const std::uint8_t> stream, std::s
     Inflater measuring;
     measuring.TakeTraces(inflater);
     const std::optional<std::size_t> measured = Measure(measuring, stream, expected);
-    room = std::min(limit, measured.value_or(0) + 1);
-    if (!measured) inflater.TakeTraces(measuring);
-    if (!measured) return false;
+    if (!measured) {
+      inflater.TakeTraces(measuring);
+      return false;
+    }
+    room = std::min(limit, *measured + 1);
   }
   output.resize(room + InflateWindow::kLongestMatch + InflateWindow::kSpill);
   // The decoder must find its limit itself, so a window that holds everything never gets full.
