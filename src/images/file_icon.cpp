@@ -69,6 +69,16 @@ void Stretch(const PixelView& from, const PixelView& to) {
   }
 }
 
+// Draws to a rectangle; a width or height of 0 is the picture's own.
+void Draw(const Canvas& picture, HDC dc, Long x, Long y, Long width, Long height, std::uint32_t rop) {
+  if (width == 0 && height == 0) return picture.CopyTo(dc, x, y, rop);
+  const PixelView& view = picture.View();
+  const Canvas stretched(width != 0 ? width : view.width, height != 0 ? height : view.height);
+  if (!stretched.Exists()) return;
+  Stretch(view, stretched.View());
+  stretched.CopyTo(dc, x, y, rop);
+}
+
 }  // namespace
 
 bool CFileIcon::OpenIcon(std::u16string_view path) {
@@ -127,14 +137,7 @@ ObjectRef CFileIcon::PaintImage(HDC dc, Long index, bool mask, bool draw, Long x
   if (!canvas.Exists()) return nullptr;
   const IconDib image = ImageOf(entry);
   mask ? image.PaintMask(canvas.View()) : image.PaintColour(canvas.View());
-  if (draw && width == 0 && height == 0) canvas.CopyTo(dc, x, y, rop);
-  if (draw && (width != 0 || height != 0)) {
-    const Canvas stretched(width != 0 ? width : entry.width, height != 0 ? height : entry.height);
-    if (stretched.Exists()) {
-      Stretch(canvas.View(), stretched.View());
-      stretched.CopyTo(dc, x, y, rop);
-    }
-  }
+  if (draw) Draw(canvas, dc, x, y, width, height, rop);
   return keep ? canvas.Release() : nullptr;
 }
 
