@@ -10,6 +10,7 @@
 #include "control/marklet.h"
 #include "control/saved_bag.h"
 #include "heap.h"
+#include "images/image_sizes.h"
 #include "render/memory_host.h"
 
 namespace marklet::bench {
@@ -25,7 +26,6 @@ struct Control {
 // --- Saving and loading -----------------------------------------------------------------------------------
 
 constexpr int kImages = 10;
-constexpr Long kPixels[CIconBytes::kSizes] = {16, 24, 32, 48, 72, 96, 128, 256};
 
 ByteArray Pixels(Long edge) {
   ByteArray cell{{{0, 4}, {0, edge}, {0, edge}}, {}};
@@ -46,7 +46,8 @@ std::unique_ptr<Control> WithImages() {
     const auto image = std::make_shared<CIconBytes>();
     const std::u16string key = u"image " + std::u16string(1, static_cast<char16_t>(u'0' + i));
     image->PutKey(key);
-    for (Long size = 0; size < CIconBytes::kSizes; ++size) image->SetBytes(size, 4, Pixels(kPixels[size]));
+    for (Long size = 0; size < CIconBytes::kSizes; ++size)
+      image->SetBytes(size, 4, Pixels(SizeFromIndex(size)));
     made->control.State().Images->Add(key, image);
   }
   return made;
