@@ -1,6 +1,8 @@
 // The lines of an edge: through the platform with the system's colours, its own with any other.
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -182,7 +184,7 @@ TEST_F(EdgeLines, AreTriedAgainWithoutPens) {
 
 TEST(EdgeHandles, AreValidButForZeroAndMinusOne) {
   EXPECT_FALSE(CEdge::IsValidHandle(nullptr));
-  EXPECT_FALSE(CEdge::IsValidHandle(reinterpret_cast<HGDIOBJ>(std::intptr_t{-1})));
+  EXPECT_FALSE(CEdge::IsValidHandle(std::bit_cast<HGDIOBJ>(std::intptr_t{-1})));
   const HPEN pen = CreatePen(1, 0);
   EXPECT_TRUE(CEdge::IsValidHandle(pen));
   DeleteObject(pen);

@@ -108,7 +108,6 @@ TEST(Library, IdentitiesAreThoseOfRegisteredForms) {
   EXPECT_EQ(library::kClass.name, "Marklet");
   EXPECT_EQ(library::kClass.guid, "{2C94FDA3-AB60-4E3F-85FD-A5AEC6543F3F}");
   EXPECT_EQ(library::kEvents.name, "__Marklet");
-  EXPECT_EQ(library::kEvents.name, "__Marklet");
   EXPECT_EQ(library::kEvents.guid, "{6E85A505-50AA-4694-9B51-64C50D1D2045}");
   EXPECT_EQ(library::kImageOwner.name, "_ISupportsAlphaImage");
   EXPECT_EQ(library::kImageOwnerClass.name, "ISupportsAlphaImage");
