@@ -79,6 +79,10 @@ TEST_F(Glyphs, OfAFaceAreItsOwnHoweverItsNameIsWritten) {
   EXPECT_EQ(Drawn(u"Total", Record(u"Times New Roman")), Drawn(u"Total", Record(u"DejaVu Serif")));
 }
 
+TEST_F(Glyphs, OfAFaceThatIsNotThereAreOfTheKindThatItsRuleNames) {
+  EXPECT_EQ(Drawn(u"Total", Record(u"Teletype")), Drawn(u"Total", Record(u"DejaVu Sans Mono")));
+}
+
 TEST_F(Glyphs, StandOneAfterTheOther) {
   const std::vector<COLORREF> whole = Drawn(u"Total");
   Prepare(Record());
