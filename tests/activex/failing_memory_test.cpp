@@ -51,86 +51,94 @@ void LiveAsFarAsPossible(Container& container) {
   As<IOleControl>(control)->GetControlInfo(&info);
 }
 
-// Each failing allocation in turn; the container checks that nobody holds it in the end.
-void FailEachInTurn(bool and_on) {
+// Makes an attempt with the first allocation failing, then one with the second, until nothing fails any more.
+// An attempt is handed what runs its crucial step. Returns how many were made.
+template <typename Attempt>
+int FailEach(bool and_on, Attempt attempt) {
   FailingMemory memory;
-  // The compiler's runtime ends the program when there is no memory for a thread's first exception.
-  for (const int number : {0, 1}) {
-    Container warm_up;
-    memory.FailAt(number, false);
-    LiveAsFarAsPossible(warm_up);
-    memory.Stop();
-  }
-  const int handles = marklet::CountGdiHandles();
   int number = 0;
-  bool has_failed = true;
-  for (; has_failed; ++number) {
-    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+  do {
+    ++number;
+    SCOPED_TRACE("allocation " + std::to_string(number));
+    attempt([&](auto step) {
+      memory.FailAt(number, and_on);
+      const HRESULT result = step();
+      memory.Stop();
+      return result;
+    });
+  } while (memory.HasFailed() && !::testing::Test::HasFatalFailure());
+  return number;
+}
+
+// The compiler's runtime ends the program when there is no memory for a thread's first exception.
+void WarmUp() {
+  for (const int number : {0, 1}) {
+    FailingMemory memory;
     Container container;
-    memory.FailAt(number + 1, and_on);
+    memory.FailAt(number, false);
     LiveAsFarAsPossible(container);
     memory.Stop();
-    has_failed = memory.HasFailed();
+  }
+}
+
+// The container checks that nobody holds it in the end.
+void LiveWhileEachFails(bool and_on) {
+  WarmUp();
+  const int handles = marklet::CountGdiHandles();
+  const int lives = FailEach(and_on, [](auto run) {
+    Container container;
+    run([&] {
+      LiveAsFarAsPossible(container);
+      return S_OK;
+    });
     if (container.Object()) container.Close();
     ASSERT_EQ(S_OK, Server::Get().CanUnloadNow());
-  }
-  EXPECT_GT(number, 100) << "hardly anything was tried";
+  });
+  EXPECT_GT(lives, 100) << "hardly anything was tried";
   EXPECT_GE(handles + 10, marklet::CountGdiHandles()) << "other fonts may be kept now";
 }
 
-TEST(FailingMemory, OneAllocationMayFailAnywhere) { FailEachInTurn(false); }
-TEST(FailingMemory, AllocationsMayKeepFailing) { FailEachInTurn(true); }
+TEST(FailingMemory, OneAllocationMayFailAnywhere) { LiveWhileEachFails(false); }
+TEST(FailingMemory, AllocationsMayKeepFailing) { LiveWhileEachFails(true); }
 
 // A save that says it worked has everything.
 TEST(FailingMemory, ASaveIsWholeOrFails) {
   const ComPtr<IUnknown> control = ControlOf(SavedForm());
   const auto persist = As<IPersistStreamInit>(control);
-  FailingMemory memory;
-  int number = 0, failures = 0;
-  for (bool has_failed = true; has_failed; ++number) {
-    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+  int failures = 0;
+  FailEach(false, [&](auto run) {
     MemoryStream stream;
     stream.bytes.reserve(SavedForm().size());
-    memory.FailAt(number + 1, false);
-    const HRESULT result = persist->Save(&stream, FALSE);
-    memory.Stop();
-    has_failed = memory.HasFailed();
+    const HRESULT result = run([&] { return persist->Save(&stream, FALSE); });
     failures += FAILED(result);
     if (SUCCEEDED(result)) {
       EXPECT_EQ(SavedForm(), stream.bytes);
     }
-  }
+  });
   EXPECT_GT(failures, 10);
 }
 
-// Loads with each failing allocation in turn. A load that says it worked has everything; another leaves a
-// control that is dirty and may be started anew.
+// A load that says it worked has everything; another leaves a control that is dirty and may be started anew.
 template <typename Load>
-void FailEachOfALoad(const Bytes& whole, Load load) {
-  FailingMemory memory;
-  int number = 0, failures = 0;
-  for (bool has_failed = true; has_failed; ++number) {
-    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+void LoadWhileEachFails(const Bytes& whole, Load load) {
+  int failures = 0;
+  FailEach(false, [&](auto run) {
     const ComPtr<IUnknown> control = CreateControl();
-    const auto persist = As<IPersistStreamInit>(control);
-    memory.FailAt(number + 1, false);
-    const HRESULT result = load(control.Get());
-    memory.Stop();
-    has_failed = memory.HasFailed();
+    const HRESULT result = run([&] { return load(control.Get()); });
     if (SUCCEEDED(result)) {
       EXPECT_EQ(whole, SaveToStream(control.Get()));
-      continue;
+      return;
     }
     ++failures;
     EXPECT_EQ(E_OUTOFMEMORY, result);
-    EXPECT_EQ(S_OK, persist->InitNew());
-  }
+    EXPECT_EQ(S_OK, As<IPersistStreamInit>(control)->InitNew());
+  });
   EXPECT_GT(failures, 30);
 }
 
 TEST(FailingMemory, ALoadFromAStreamIsWholeOrFails) {
   const Bytes form = SavedForm();
-  FailEachOfALoad(form, [&](IUnknown* control) { return LoadFromStream(control, form); });
+  LoadWhileEachFails(form, [&](IUnknown* control) { return LoadFromStream(control, form); });
 }
 
 TEST(FailingMemory, ALoadFromABagIsWholeOrFails) {
@@ -138,7 +146,7 @@ TEST(FailingMemory, ALoadFromABagIsWholeOrFails) {
   const ComPtr<IUnknown> saved = CreateControl();
   ASSERT_EQ(S_OK, SaveToBag(ControlOf(SavedForm()).Get(), bag));
   ASSERT_EQ(S_OK, LoadFromBag(saved.Get(), bag));
-  FailEachOfALoad(SaveToStream(saved.Get()), [&](IUnknown* control) { return LoadFromBag(control, bag); });
+  LoadWhileEachFails(SaveToStream(saved.Get()), [&](IUnknown* control) { return LoadFromBag(control, bag); });
 }
 
 TEST(FailingMemory, AStartIsWholeOrFails) {
@@ -149,16 +157,11 @@ TEST(FailingMemory, AStartIsWholeOrFails) {
   container.Host();
   const Bytes whole = SaveToStream(container.Object());
   container.Close();
-  FailingMemory memory;
-  int number = 0, failures = 0;
-  for (bool has_failed = true; has_failed; ++number) {
-    SCOPED_TRACE("allocation " + std::to_string(number + 1));
+  int failures = 0;
+  FailEach(false, [&](auto run) {
     container.HostObject(CreateControl());
     const auto persist = As<IPersistStreamInit>(container.Object());
-    memory.FailAt(number + 1, false);
-    const HRESULT result = persist->InitNew();
-    memory.Stop();
-    has_failed = memory.HasFailed();
+    const HRESULT result = run([&] { return persist->InitNew(); });
     failures += FAILED(result);
     EXPECT_EQ(FAILED(result) ? E_OUTOFMEMORY : S_OK, result);
     if (SUCCEEDED(result)) {
@@ -167,7 +170,7 @@ TEST(FailingMemory, AStartIsWholeOrFails) {
     EXPECT_EQ(S_OK, persist->InitNew());
     EXPECT_EQ(whole, SaveToStream(container.Object())) << "it may be started again";
     container.Close();
-  }
+  });
   EXPECT_GT(failures, 3);
 }
 
