@@ -55,17 +55,23 @@ Value ParseColour(const PropertyRow& row, std::string_view text) {
   return *number;
 }
 
+std::string NamesOf(const Enumeration& enumeration) {
+  std::string names;
+  for (const EnumMember& member : enumeration.members) {
+    if (!names.empty()) names += ", ";
+    names += member.name;
+  }
+  return names;
+}
+
 // Names first: some start with a digit.
 Value ParseChoice(const PropertyRow& row, std::string_view text) {
-  std::string names;
-  for (const EnumMember& member : row.enumeration->members) {
+  for (const EnumMember& member : row.enumeration->members)
     if (SameWord(member.name, text)) return member.value;
-    names += (names.empty() ? "" : ", ") + std::string(member.name);
-  }
   const auto number = ParseNumber(text);
   const bool fits =
       number && *number >= std::numeric_limits<Long>::min() && *number <= std::numeric_limits<Long>::max();
-  if (!fits) Refuse(row, text, "it is a number or one of " + names);
+  if (!fits) Refuse(row, text, "it is a number or one of " + NamesOf(*row.enumeration));
   return static_cast<Long>(*number);
 }
 
