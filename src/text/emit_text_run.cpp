@@ -49,12 +49,14 @@ void MeasureTextHeight(HDC dc, std::u16string_view text, CaptionStyle& style) {
   style.TextHeight = size.cy;
 }
 
+enum class Route { Unicode, Shaped, Manual };
+
 // Systems from Vista on shape by themselves; only justifying is beyond DrawTextW.
-bool TakesShapingRoute(std::u16string_view text, const CaptionStyle& style) {
+Route RouteOf(std::u16string_view text, const CaptionStyle& style) {
   const bool justified = style.Alignment == kJustified;
-  if (IsVistaOrLater() && !justified) return false;
-  if (!UniscribeAvailable()) return false;
-  return justified || !IsNT4OrLater() || IsComplexText(text);
+  if (!justified && IsVistaOrLater()) return Route::Unicode;
+  if (UniscribeAvailable() && (justified || !IsNT4OrLater() || IsComplexText(text))) return Route::Shaped;
+  return IsNT4OrLater() ? Route::Unicode : Route::Manual;
 }
 
 void DrawShaped(HDC dc, std::u16string_view text, RECT& rect, const CaptionStyle& style) {
@@ -77,10 +79,15 @@ void EmitTextRun(HDC dc, std::u16string_view text, RECT& rect, CaptionStyle& sty
   if (!in_effect && style.TextEffect != effectNone) return DrawTextEffect(dc, text, rect, style);
   if (style.TextHeight == 0) MeasureTextHeight(dc, text, style);
 
-  if (TakesShapingRoute(text, style)) return DrawShaped(dc, text, rect, style);
-  if (IsNT4OrLater()) return DrawTextUnicode(dc, text, rect, style);
-  DrawTextManual(dc, rect, text, style.VerticalAlignment == kVerticalCenter, style.Alignment == kCenter,
-                 style.Alignment == kRight);
+  switch (RouteOf(text, style)) {
+    case Route::Unicode:
+      return DrawTextUnicode(dc, text, rect, style);
+    case Route::Shaped:
+      return DrawShaped(dc, text, rect, style);
+    case Route::Manual:
+      return DrawTextManual(dc, rect, text, style.VerticalAlignment == kVerticalCenter,
+                            style.Alignment == kCenter, style.Alignment == kRight);
+  }
 }
 
 void DrawTextUnicode(HDC dc, std::u16string_view text, const RECT& rect, const CaptionStyle& style) {
