@@ -32,6 +32,25 @@ void CaptionPen::SelectRunFont() const {
   if (RunFont) SelectObject(dc, RunFont->hFont());
 }
 
+void CaptionPen::SetFontName(std::u16string_view name) {
+  RunFont->PutName(name);
+  SelectRunFont();
+}
+
+// Saves what the context holds, which before the first run is the paint code's colour and not ForeColor.
+void CaptionPen::OpenColour(COLORREF colour) {
+  SavedColor = GetTextColor(dc);
+  SetColour(colour);
+}
+
+void CaptionPen::CloseColour() { SetColour(SavedColor); }
+
+// The run's colour is what the context made of the one it was given.
+void CaptionPen::SetColour(COLORREF colour) {
+  SetTextColor(dc, colour);
+  RunStyle.ForeColor = GetTextColor(dc);
+}
+
 SIZE CaptionPen::StartLineAtRight() {
   // No line is ever stored, so its width isn't known here: right-aligned markup starts at the right edge.
   const SIZE empty = MeasureString(dc, {});

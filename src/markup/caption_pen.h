@@ -54,8 +54,15 @@ struct CaptionPen {
   }
   // Makes the run font, as its properties stand now, the context's.
   void SelectRunFont() const;
+  void SetFontName(std::u16string_view name);  // of the run font, which there must be
+  // Draws in another colour from here on, and in the one before it again.
+  void OpenColour(COLORREF colour);
+  void CloseColour();
   // The empty string measured, and LineStart moved to where right-aligned lines start.
   SIZE StartLineAtRight();
+
+ private:
+  void SetColour(COLORREF colour);
 };
 
 // Does what a tag says. False when the token is text.

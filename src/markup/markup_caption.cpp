@@ -24,7 +24,10 @@ void DrawTokens(HDC dc, std::u16string_view caption, const RECT& rect, const Cap
   // The caption is cut apart from the sentinel, which comes out as its two tags whatever follows it.
   CaptionPen pen(dc, caption, rect, style);
   for (const std::u16string_view token : kSentinel) ObeyOrPlace(pen, token);
-  for (; pen.index < pen.tokens.size(); ++pen.index) ObeyOrPlace(pen, pen.tokens[pen.index]);
+  for (const std::u16string_view token : pen.tokens) {
+    ObeyOrPlace(pen, token);
+    ++pen.index;
+  }
 }
 
 double Share(unsigned channel, int weight) { return weight * static_cast<double>(channel) / 255; }

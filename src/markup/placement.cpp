@@ -17,7 +17,6 @@ namespace {
 
 // A character's code in the system code page, as the spacing query wants it; two bytes make one code.
 std::optional<unsigned> AnsiCode(char16_t ch) {
-  if (ch < 0x80) return ch;
   const std::string bytes = WideCharToMultiByte(CP_ACP, {&ch, 1});
   if (bytes.empty()) return std::nullopt;
   const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
@@ -25,6 +24,7 @@ std::optional<unsigned> AnsiCode(char16_t ch) {
 }
 
 bool QuerySpacing(const CaptionPen& pen, char16_t ch, ABC& widths) {
+  if (ch < 0x80) return GetCharABCWidthsA(pen.dc, ch, widths);
   const std::optional<unsigned> code = AnsiCode(ch);
   return code && GetCharABCWidthsA(pen.dc, *code, widths);
 }

@@ -1,6 +1,7 @@
 // What each tag does. A token is a tag by its letters alone, however it was cut out of the caption.
-#include <array>
-#include <utility>
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
 
 #include "markup/caption_pen.h"
 #include "markup/font_colour_tags.h"
@@ -55,28 +56,14 @@ void BreakParagraph(CaptionPen& pen) {
 
 void AdvanceTab(CaptionPen& pen) { pen.PenX = SaturatingAdd(pen.PenX, pen.Measure(u"WW").cx); }
 
-// The run's colour is what the context made of the one it was given.
-void SetColour(CaptionPen& pen, COLORREF colour) {
-  SetTextColor(pen.dc, colour);
-  pen.RunStyle.ForeColor = GetTextColor(pen.dc);
-}
-
-// Saves what the context holds, which before the first run is the paint code's colour and not ForeColor.
-void OpenColour(CaptionPen& pen, COLORREF colour) {
-  pen.SavedColor = GetTextColor(pen.dc);
-  SetColour(pen, colour);
-}
-
-void CloseColour(CaptionPen& pen) { SetColour(pen, pen.SavedColor); }
-
 void OpenLink(CaptionPen& pen) {
   ToggleUnderline(pen);
-  OpenColour(pen, kLinkColour);
+  pen.OpenColour(kLinkColour);
 }
 
 void CloseLink(CaptionPen& pen) {
   ToggleUnderline(pen);
-  CloseColour(pen);
+  pen.CloseColour();
 }
 
 // Shrinks from the size as it stands, fractions and all. False when a level is open already.
@@ -120,67 +107,51 @@ void CloseSubscript(CaptionPen& pen) {
   pen.SubscriptDrop = 0;
 }
 
-void SetFontName(CaptionPen& pen, std::u16string_view name) {
-  pen.RunFont->PutName(name);
-  pen.SelectRunFont();
-}
-
 void CloseFont(CaptionPen& pen) {
-  if (pen.RunFont) SetFontName(pen, pen.SavedFontName.value_or(pen.RunStyle.Font->Name()));
+  if (pen.RunFont) pen.SetFontName(pen.SavedFontName.value_or(pen.RunStyle.Font->Name()));
 }
 
-// The token without each "<f=", found from left to right, and then without each ">".
-std::u16string FontNameOf(std::u16string_view token) {
-  constexpr std::u16string_view kOpener = u"<f=";
-  std::u16string name;
-  for (std::size_t at = 0; at < token.size();) {
-    const bool opener = token.substr(at, kOpener.size()) == kOpener;
-    if (!opener && token[at] != u'>') name += token[at];
-    at += opener ? kOpener.size() : 1;
+void CloseColour(CaptionPen& pen) { pen.CloseColour(); }
+
+// What stands between "<" and ">", held so that names are compared in one step.
+class TagName {
+ public:
+  static constexpr std::size_t kLongest = 4;
+
+  constexpr explicit TagName(std::u16string_view name) : length_(name.size()) {
+    for (const char16_t unit : name) units_ = units_ << 16 | unit;
   }
-  return name;
-}
+  friend constexpr bool operator==(const TagName&, const TagName&) = default;
 
-void OpenFont(CaptionPen& pen, std::u16string_view token) {
-  if (!pen.RunFont) return;
-  pen.SavedFontName = pen.RunFont->Name();
-  SetFontName(pen, FontNameOf(token));
-}
+ private:
+  std::uint64_t units_ = 0;
+  std::size_t length_;
+};
 
 struct FixedTag {
-  std::u16string_view token;
-  void (*obey)(CaptionPen&);
-
-  // Tags of a length differ in the last letter before the ">", which is looked at first.
-  bool Spells(std::u16string_view text) const {
-    return text.size() == token.size() && text[text.size() - 2] == token[token.size() - 2] && text == token;
-  }
+  using Action = void (*)(CaptionPen&);
+  constexpr FixedTag(std::u16string_view its_name, Action action) : name(its_name), obey(action) {}
+  TagName name;
+  Action obey;
 };
 
 constexpr FixedTag kFixedTags[] = {
-    {u"<sub>", OpenSubscript},  // first, since these two stand in front of every caption
-    {u"</sub>", CloseSubscript},   {u"<b>", ToggleBold},          {u"</b>", ToggleBold},
-    {u"<i>", OpenItalic},          {u"</i>", CloseItalic},        {u"<u>", ToggleUnderline},
-    {u"</u>", ToggleUnderline},    {u"<s>", ToggleStrikethrough}, {u"</s>", ToggleStrikethrough},
-    {u"<p>", BreakParagraph},      {u"<.>", BreakLine},           {u"<a>", OpenLink},
-    {u"</a>", CloseLink},          {u"</f>", CloseFont},          {u"<sup>", OpenSuperscript},
-    {u"</sup>", CloseSuperscript}, {u"</c>", CloseColour},
+    {u"sub", OpenSubscript},  // first, since these two stand in front of every caption
+    {u"/sub", CloseSubscript},   {u"b", ToggleBold},          {u"/b", ToggleBold},
+    {u"i", OpenItalic},          {u"/i", CloseItalic},        {u"u", ToggleUnderline},
+    {u"/u", ToggleUnderline},    {u"s", ToggleStrikethrough}, {u"/s", ToggleStrikethrough},
+    {u"p", BreakParagraph},      {u".", BreakLine},           {u"a", OpenLink},
+    {u"/a", CloseLink},          {u"/f", CloseFont},          {u"sup", OpenSuperscript},
+    {u"/sup", CloseSuperscript}, {u"/c", CloseColour},
 };
 
-// A colour tag as the very last thing in a caption is text to the tokenizer, and is drawn as that.
-bool EndsCaptionAsText(const CaptionPen& pen, std::u16string_view token) {
-  return pen.index + 1 == pen.tokens.size() && token.size() == std::u16string_view(u"<c=RRGGBB>").size();
-}
-
-// Of a token that ends in ">". A word may be such a tag as well when it happens to have the shape.
-bool ObeyValueTag(CaptionPen& pen, std::u16string_view token) {
-  if (token.find(u"<f=") != token.npos) {
-    OpenFont(pen, token);
-    return true;
-  }
-  if (!token.starts_with(u"<c=") || EndsCaptionAsText(pen, token)) return false;
-  OpenColour(pen, ParseColorTag(token.substr(3, 6)));
-  return true;
+// Of a token that ends in ">"; null when it is no tag of this kind.
+const FixedTag* FindFixedTag(std::u16string_view token) {
+  if (token.front() != u'<' || token.size() < 3 || token.size() > TagName::kLongest + 2) return nullptr;
+  const TagName name(token.substr(1, token.size() - 2));
+  const auto* tag = std::find_if(std::begin(kFixedTags), std::end(kFixedTags),
+                                 [&name](const FixedTag& row) { return row.name == name; });
+  return tag != std::end(kFixedTags) ? tag : nullptr;
 }
 
 }  // namespace
@@ -191,11 +162,9 @@ bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
     AdvanceTab(pen);
     return true;
   }
-  for (const FixedTag& tag : kFixedTags) {
-    if (tag.Spells(token)) {
-      tag.obey(pen);
-      return true;
-    }
+  if (const FixedTag* tag = FindFixedTag(token)) {
+    tag->obey(pen);
+    return true;
   }
   return ObeyValueTag(pen, token);
 }

@@ -180,6 +180,18 @@ TEST_F(MarkupCaption, TakesTagsWithRegardToCase) {
   EXPECT_EQ(runs_[0].font, FontLine(*FontOf(10)));
 }
 
+// Words, since no rule of length makes tags of them: only what is a tag to the letter may change the font.
+TEST_F(MarkupCaption, TakesNothingForATagThatHasALetterMore) {
+  using namespace std::string_view_literals;
+  for (const std::u16string_view word :
+       {u"<\0b>"sv, u"<b\0>"sv, u"<\u0001sub>"sv, u"<subs>"sv, u"<bb>"sv, u"b>"sv, u">"sv, u"</>"sv}) {
+    Draw(u"<b></b>" + std::u16string(word) + u"<u></u>x");
+    ASSERT_FALSE(runs_.empty());
+    for (const DrawnRun& run : runs_) EXPECT_EQ(run.font, FontLine(*FontOf(10)));
+    EXPECT_EQ(runs_.back().text, "x") << testing::PrintToString(std::u16string(word));
+  }
+}
+
 TEST_F(MarkupCaption, PrintsTheBreakTag) {
   Draw(u"a<br>b");
   ASSERT_EQ(runs_.size(), 1u);
