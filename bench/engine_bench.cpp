@@ -21,6 +21,7 @@ class Form {
     for (int number = 0; number < NumberOf(shape.vocabulary); ++number)
       captions_.push_back(Utf16(MarkletCaption(shape, number)));
   }
+  benchmark::IterationCount Size() const { return static_cast<benchmark::IterationCount>(captions_.size()); }
   void Draw() {
     for (const std::u16string& caption : captions_) label_.Draw(caption);
   }
@@ -32,7 +33,7 @@ class Form {
 
 void Engine(benchmark::State& state, int words) {
   Form form(words);
-  while (state.KeepRunning()) form.Draw();
+  while (state.KeepRunningBatch(form.Size())) form.Draw();
 }
 
 void Replay(benchmark::State& state, int words) {
@@ -40,8 +41,7 @@ void Replay(benchmark::State& state, int words) {
   form.Draw();  // the fonts are made once, as for the engine
   Recorder recorder;
   form.Draw();
-  while (state.KeepRunning()) recorder.Replay();
-  state.counters["calls"] = static_cast<double>(recorder.Lines().size());
+  while (state.KeepRunningBatch(form.Size())) recorder.Replay();
 }
 
 // `characters` of text, with words and tags or without a place to break.
