@@ -27,11 +27,7 @@ struct Handle final : LocalCounted {
 // this list and that of the families are cut when a caption runs through hundreds; what is in use stays.
 class Family final : public LocalCounted {
  public:
-  struct Style {
-    Long height, weight;
-    bool italic, underline, strikethrough;
-    friend bool operator==(const Style&, const Style&) = default;
-  };
+  using Style = StdFont::Style;
 
   Family(std::u16string name, std::uint8_t charset) : name_(std::move(name)), charset_(charset) {}
 
@@ -114,7 +110,7 @@ Long HeightOf(Long size) {
 
 }  // namespace
 
-StdFont::StdFont() : family_(FamilyOf(u"Tahoma", 0)) {}
+StdFont::StdFont() : family_(FamilyOf(u"Tahoma", 0)), style_{HeightOf(size_)} {}
 
 const std::u16string& StdFont::Name() const { return In(family_).Name(); }
 
@@ -129,28 +125,29 @@ void StdFont::PutName(std::u16string_view name) {
 void StdFont::PutSize(double points) {
   const double held = std::isnan(points) ? 0 : std::clamp(points, 0.0, kLargestSize);
   size_ = static_cast<Long>(std::lrint(held * kSizeUnits));
+  style_.height = HeightOf(size_);
   handle_ = {};
 }
 
 void StdFont::PutBold(bool bold) { PutWeight(bold ? 700 : 400); }
 
 void StdFont::PutWeight(Long weight) {
-  weight_ = weight;
+  style_.weight = weight;
   handle_ = {};
 }
 
 void StdFont::PutItalic(bool italic) {
-  italic_ = italic;
+  style_.italic = italic;
   handle_ = {};
 }
 
 void StdFont::PutUnderline(bool underline) {
-  underline_ = underline;
+  style_.underline = underline;
   handle_ = {};
 }
 
 void StdFont::PutStrikethrough(bool strikethrough) {
-  strikethrough_ = strikethrough;
+  style_.strikethrough = strikethrough;
   handle_ = {};
 }
 
@@ -161,7 +158,7 @@ void StdFont::PutCharset(std::uint8_t charset) {
 
 HFONT StdFont::hFont() const {
   if (handle_.Get() == nullptr) {
-    handle_ = In(family_).Find({HeightOf(size_), weight_, italic_, underline_, strikethrough_});
+    handle_ = In(family_).Find(style_);
   }
   const auto* handle = static_cast<const Handle*>(handle_.Get());
   return handle != nullptr ? handle->font : nullptr;

@@ -20,15 +20,16 @@ class StdFont {
 
   const std::u16string& Name() const;
   double Size() const { return size_ / kSizeUnits; }  // points
-  bool Bold() const { return weight_ > 550; }
-  Long Weight() const { return weight_; }
-  bool Italic() const { return italic_; }
-  bool Underline() const { return underline_; }
-  bool Strikethrough() const { return strikethrough_; }
+  bool Bold() const { return style_.weight > 550; }
+  Long Weight() const { return style_.weight; }
+  bool Italic() const { return style_.italic; }
+  bool Underline() const { return style_.underline; }
+  bool Strikethrough() const { return style_.strikethrough; }
   std::uint8_t Charset() const;
 
   void PutName(std::u16string_view name);
-  // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767.
+  // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767. The
+  // height in pixels is that at the screen's resolution now.
   void PutSize(double points);
   void PutBold(bool bold);  // sets Weight to 700 or 400
   void PutWeight(Long weight);
@@ -37,10 +38,18 @@ class StdFont {
   void PutStrikethrough(bool strikethrough);
   void PutCharset(std::uint8_t charset);
 
-  // The handle for the properties as they stand, at the screen's resolution. Not the caller's to delete;
-  // valid while this object lives and its properties stay, and selected in a context until it is selected
-  // out. Null only when the platform can't make any font.
+  // The handle for the properties as they stand. Not the caller's to delete; valid while this object lives
+  // and its properties stay, and selected in a context until it is selected out. Null only when the platform
+  // can't make any font.
   HFONT hFont() const;
+
+  // What tells the handles of a typeface apart.
+  struct Style {
+    Long height;  // as a LOGFONTW has it
+    Long weight = 400;
+    bool italic = false, underline = false, strikethrough = false;
+    friend bool operator==(const Style&, const Style&) = default;
+  };
 
  private:
   static constexpr double kSizeUnits = 10000;  // a point
@@ -48,9 +57,8 @@ class StdFont {
   // The typeface: name, charset and the list of handles. Shared by the fonts of this thread that have it, so
   // that a copy of a font costs no allocation.
   LocalRef family_;
-  Long size_ = 82500;
-  Long weight_ = 400;
-  bool italic_ = false, underline_ = false, strikethrough_ = false;
+  Long size_ = 82500;  // in ten-thousandths of a point
+  Style style_;
   // Empty when a property has changed since the last look-up.
   mutable LocalRef handle_;
 };

@@ -133,6 +133,32 @@ TEST(StdFont, OfElevenPixelsIsEightAndAQuarterPointsAt96PerInch) {
   SelectObject(picture.Context(), former);
 }
 
+TEST(StdFont, HasTheHeightOfTheResolutionAtWhichItsSizeWasSet) {
+  TestPicture picture(8, 8);
+  const auto width = [&picture](HFONT font) {
+    const HGDIOBJ former = SelectObject(picture.Context(), font);
+    const SIZE size = picture.Extent(u"The quick brown fox");
+    SelectObject(picture.Context(), former);
+    return size.cx;
+  };
+  const auto former = Configuration().pixels_per_inch;
+  Configuration().pixels_per_inch = 96;
+  StdFont font;
+  font.PutSize(15);  // 20 pixels
+  Configuration().pixels_per_inch = 192;
+  StdFont moved = font;
+  moved.PutItalic(true);
+  moved.PutItalic(false);
+  EXPECT_EQ(width(moved.hFont()), width(font.hFont()));
+  moved.PutSize(15);
+  StdFont twice;
+  Configuration().pixels_per_inch = 96;
+  EXPECT_GT(width(twice.hFont()), width(StdFont().hFont())) << "8.25 points at the resolution of its making";
+  twice.PutSize(30);
+  EXPECT_EQ(width(moved.hFont()), width(twice.hFont())) << "40 pixels";
+  Configuration().pixels_per_inch = former;
+}
+
 // A caption can name any number of typefaces and sizes; the handles of those out of use must not pile up, nor
 // that of one still in use go.
 TEST(StdFont, OutlivesAThousandOthers) {
