@@ -29,13 +29,13 @@ COLORREF Combined(std::uint32_t rop, COLORREF d, COLORREF s) {
 std::vector<COLORREF> ExpectedCopy(const TestPicture& to, const TestPicture& from, const Area& area,
                                    std::uint32_t rop) {
   std::vector<COLORREF> result = to.Colours();
+  auto pixel = result.begin();
   for (Long y = 0; y < to.Height(); ++y)
-    for (Long x = 0; x < to.Width(); ++x) {
+    for (Long x = 0; x < to.Width(); ++x, ++pixel) {
       const Long source_x = x - area.x + area.source_x, source_y = y - area.y + area.source_y;
       const bool inside = x >= area.x && x < area.x + area.width && y >= area.y && y < area.y + area.height;
       if (!inside || !from.Inside(source_x, source_y)) continue;
-      result[static_cast<std::size_t>(y * to.Width() + x)] =
-          Combined(rop, to.Pixel(x, y), from.Pixel(source_x, source_y));
+      *pixel = Combined(rop, to.Pixel(x, y), from.Pixel(source_x, source_y));
     }
   return result;
 }
@@ -158,10 +158,10 @@ TEST_P(AlphaBlendOnto, FollowsTheFormulaButForItsRoundings) {
     const bool use_alpha = random() % 2 == 0;
     const std::vector<COLORREF> before = to.Colours();
     ASSERT_TRUE(AlphaBlend(to.Context(), 0, 0, 16, 16, from.Context(), 0, 0, 16, 16, constant, use_alpha));
+    auto pixel = before.begin();
     for (Long y = 0; y < 16; ++y)
-      for (Long x = 0; x < 16; ++x) {
-        const COLORREF d = before[static_cast<std::size_t>(y * 16 + x)], s = from.Pixel(x, y),
-                       got = to.Pixel(x, y);
+      for (Long x = 0; x < 16; ++x, ++pixel) {
+        const COLORREF d = *pixel, s = from.Pixel(x, y), got = to.Pixel(x, y);
         const double alpha = use_alpha ? from.At(x, y)[3] : 255;
         for (int shift = 0; shift < 24; shift += 8)
           ASSERT_NEAR(got >> shift & 0xFF, Blended(d >> shift & 0xFF, s >> shift & 0xFF, alpha, constant),

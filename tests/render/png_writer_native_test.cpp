@@ -84,12 +84,11 @@ TEST(EncodePng, PicturesOfManySizesReadBack) {
 // Gradients bring out every filter: flat rows, columns, diagonals.
 TEST(EncodePng, EveryFilterReadsBack) {
   Picture picture = Plain(64, 320, 0);
+  auto byte = picture.rgb.begin();
   for (int y = 0; y < 320; ++y)
     for (int x = 0; x < 64; ++x) {
       const int forms[] = {x * y * 37 + x * x * 11, x * 4, y * 3, (x + y) * 2, x * x / 16 + y * y / 16};
-      for (int k = 0; k < 3; ++k)
-        picture.rgb[static_cast<std::size_t>((y * 64 + x) * 3 + k)] =
-            static_cast<std::uint8_t>(forms[y / 64] + k);
+      for (int k = 0; k < 3; ++k) *byte++ = static_cast<std::uint8_t>(forms[y / 64] + k);
     }
   const Bytes file = EncodePng(picture, 3780);
   EXPECT_EQ(Decode(file), picture);

@@ -199,8 +199,8 @@ TEST(TextLayout, AnUnknownEffectDrawsNothing) {
 
 TEST(TextLayout, AHigherDensityDrawsLarger) {
   const Box once = Ink(kWide, kLine), twice = Ink(Draw(kWide, kLine, 2));
-  EXPECT_NEAR(twice.Width(), 2 * once.Width(), once.Width() / 4);
-  EXPECT_NEAR(twice.Height(), 2 * once.Height(), once.Height() / 4 + 2);
+  EXPECT_NEAR(twice.Width(), 2 * once.Width(), once.Width() / 4.0);
+  EXPECT_NEAR(twice.Height(), 2 * once.Height(), once.Height() / 4.0 + 2);
 }
 
 TEST(TextLayout, AutoSizeFitsItsInkTightly) {
