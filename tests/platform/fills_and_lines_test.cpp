@@ -36,9 +36,10 @@ TEST_P(FillRectOnDepth, FillsLeftAndTopUpToRightAndBottom) {
     const RECT rect = {AnyCoordinate(random), AnyCoordinate(random), AnyCoordinate(random),
                        AnyCoordinate(random)};
     const COLORREF colour = random() & 0xFFFFFF;
+    auto pixel = expected.begin();
     for (Long y = 0; y < kHeight; ++y)
-      for (Long x = 0; x < kWidth; ++x)
-        if (Contains(rect, x, y)) expected[static_cast<std::size_t>(y * kWidth + x)] = colour;
+      for (Long x = 0; x < kWidth; ++x, ++pixel)
+        if (Contains(rect, x, y)) *pixel = colour;
     const HBRUSH brush = CreateSolidBrush(colour);
     EXPECT_TRUE(FillRect(picture.Context(), rect, brush));
     DeleteObject(brush);
@@ -164,10 +165,10 @@ TEST(DrawFocusRect, InvertsTheEdgesPixelsWhoseCoordinatesHaveAnOddSum) {
     std::vector<COLORREF> expected = picture.Colours();
     const auto near = [&random] { return static_cast<Long>(random() % 32) - 4; };
     const RECT rect = {near(), near(), near(), near()};
+    auto pixel = expected.begin();
     for (Long y = 0; y < kHeight; ++y)
-      for (Long x = 0; x < kWidth; ++x)
-        if (OnEdge(rect, x, y) && (x + y) % 2 != 0)
-          expected[static_cast<std::size_t>(y * kWidth + x)] ^= 0xFFFFFF;
+      for (Long x = 0; x < kWidth; ++x, ++pixel)
+        if (OnEdge(rect, x, y) && (x + y) % 2 != 0) *pixel ^= 0xFFFFFF;
     EXPECT_TRUE(DrawFocusRect(picture.Context(), rect));
     ASSERT_EQ(picture.Colours(), expected)
         << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;

@@ -92,7 +92,7 @@ TEST_F(GiantText, IsTheSameInsideAnyClip) {
   std::ptrdiff_t wrong = 0, inked = 0;
   for (Long y = clip.top; y < clip.bottom; ++y)
     for (Long x = clip.left; x < clip.right; ++x) {
-      const auto i = static_cast<std::size_t>(y * kWidth + x);
+      const auto i = static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x);
       wrong += whole[i] != part[i];
       inked += whole[i];
     }

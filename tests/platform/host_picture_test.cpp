@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <string>
 
@@ -46,7 +47,9 @@ std::uint32_t Speckle(int x, int y) {
   return static_cast<std::uint32_t>(x * 0x0D0511 + y * 0x310B07) & 0xFFFFFF;
 }
 
-Long InPixels(Long himetric) { return static_cast<Long>(himetric / 2540.0 * PixelsPerInch(nullptr) + 0.5); }
+Long InPixels(Long himetric) {
+  return static_cast<Long>(std::lround(himetric / 2540.0 * PixelsPerInch(nullptr)));
+}
 
 void ExpectSize(const PictureRef& picture, Long width, Long height) {
   ASSERT_NE(picture, nullptr);

@@ -40,7 +40,7 @@ class Canvas {
   HDC Context() const { return dc_; }
   std::vector<std::uint8_t> TakePixels() {
     GdiFlush();
-    const std::size_t size = static_cast<std::size_t>(kWidth * 3 * kHeight);
+    const std::size_t size = std::size_t{3} * kWidth * kHeight;
     std::vector<std::uint8_t> pixels(bits_, bits_ + size);
     std::fill(bits_, bits_ + size, std::uint8_t{0});
     return pixels;

@@ -61,7 +61,7 @@ class WindowsText : public testing::Test {
 
   COLORREF At(Long x, Long y) {
     GdiFlush();
-    const std::uint8_t* pixel = bits_ + (kHeight - 1 - y) * kWidth * 3 + x * 3;
+    const std::uint8_t* pixel = bits_ + std::ptrdiff_t{3} * ((kHeight - 1 - y) * kWidth + x);
     return MakeRgb(pixel[2], pixel[1], pixel[0]);
   }
   Long Count(COLORREF colour, const RECT& area) {
@@ -82,7 +82,7 @@ class WindowsText : public testing::Test {
   }
   std::vector<std::uint8_t> TakePixels() {
     GdiFlush();
-    std::vector<std::uint8_t> pixels(bits_, bits_ + kWidth * 3 * kHeight);
+    std::vector<std::uint8_t> pixels(bits_, bits_ + std::ptrdiff_t{3} * kWidth * kHeight);
     Clear();
     return pixels;
   }
