@@ -7,6 +7,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "markup/canvas.h"
@@ -112,9 +113,9 @@ class HandPlacer {
     saved_colour_ = context_;
     SetColour(ParseColorTag(digits));
   }
-  void OpenName(std::u16string name) {
+  void OpenName(std::u16string_view name) {
     saved_name_ = font_->Name();
-    font_->PutName(std::move(name));
+    font_->PutName(name);
     Select();
   }
   void CloseName() {
