@@ -180,8 +180,7 @@ TEST_F(MarkupCaption, TakesTagsWithRegardToCase) {
   EXPECT_EQ(runs_[0].font, FontLine(*FontOf(10)));
 }
 
-// Words, since no rule of length makes tags of them: only what is a tag to the letter may change the font.
-TEST_F(MarkupCaption, TakesNothingForATagThatHasALetterMore) {
+TEST_F(MarkupCaption, TakesForATagOnlyWhatIsOneToTheLetter) {
   using namespace std::string_view_literals;
   for (const std::u16string_view word :
        {u"<\0b>"sv, u"<b\0>"sv, u"<\u0001sub>"sv, u"<subs>"sv, u"<bb>"sv, u"b>"sv, u">"sv, u"</>"sv}) {
