@@ -1,6 +1,7 @@
 #include "platform/std_font.h"
 
 #include <limits>
+#include <optional>
 #include <thread>
 
 #include "platform/system.h"
@@ -8,6 +9,19 @@
 
 namespace marklet {
 namespace {
+
+// A screen of a known resolution, while it lives.
+class Screen {
+ public:
+  explicit Screen(Long pixels_per_inch) : former_(Configuration().pixels_per_inch) { Put(pixels_per_inch); }
+  ~Screen() { Configuration().pixels_per_inch = former_; }
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+  void Put(Long pixels_per_inch) { Configuration().pixels_per_inch = pixels_per_inch; }
+
+ private:
+  const std::optional<Long> former_;
+};
 
 TEST(StdFont, IsTahomaAtFirst) {
   const StdFont font;
@@ -117,7 +131,7 @@ TEST(StdFont, TakesItsOwnNameAgain) {
 }
 
 TEST(StdFont, OfElevenPixelsIsEightAndAQuarterPointsAt96PerInch) {
-  if (PixelsPerInch(nullptr) != 96) GTEST_SKIP() << "the screen has another resolution";
+  const Screen screen(96);
   TestPicture picture(8, 8);
   LOGFONTW record;
   record.lfHeight = -11;
@@ -141,22 +155,20 @@ TEST(StdFont, HasTheHeightOfTheResolutionAtWhichItsSizeWasSet) {
     SelectObject(picture.Context(), former);
     return size.cx;
   };
-  const auto former = Configuration().pixels_per_inch;
-  Configuration().pixels_per_inch = 96;
+  Screen screen(96);
   StdFont font;
   font.PutSize(15);  // 20 pixels
-  Configuration().pixels_per_inch = 192;
+  screen.Put(192);
   StdFont moved = font;
   moved.PutItalic(true);
   moved.PutItalic(false);
   EXPECT_EQ(width(moved.hFont()), width(font.hFont()));
   moved.PutSize(15);
   StdFont twice;
-  Configuration().pixels_per_inch = 96;
+  screen.Put(96);
   EXPECT_GT(width(twice.hFont()), width(StdFont().hFont())) << "8.25 points at the resolution of its making";
   twice.PutSize(30);
   EXPECT_EQ(width(moved.hFont()), width(twice.hFont())) << "40 pixels";
-  Configuration().pixels_per_inch = former;
 }
 
 // A caption can name any number of typefaces and sizes; the handles of those out of use must not pile up, nor
