@@ -4,7 +4,7 @@
 
 #include "captions.h"
 #include "label.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 
 namespace marklet::bench {
 namespace {

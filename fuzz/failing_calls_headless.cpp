@@ -1,5 +1,5 @@
 #include "fuzz/failing_calls.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 
 namespace marklet {
 

@@ -1,7 +1,7 @@
 // What the fuzzers of saved forms share.
 #pragma once
 
-#include "platform/property_bag.h"
+#include "host/property_bag.h"
 
 namespace marklet {
 

@@ -2,10 +2,10 @@
 #include <array>
 #include <cstring>
 
+#include "base/rounding.h"
 #include "bitmaps/cdib24.h"
 #include "bitmaps/nearest_axis.h"
 #include "bitmaps/pixel_rows.h"
-#include "platform/rounding.h"
 
 namespace marklet {
 namespace {

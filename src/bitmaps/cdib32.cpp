@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "bitmaps/alpha_rows.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 
 namespace marklet {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/rounding.h"
 #include "platform/gdi.h"
-#include "platform/rounding.h"
 #include "platform/system.h"
 
 namespace marklet {

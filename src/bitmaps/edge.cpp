@@ -1,7 +1,7 @@
 #include "bitmaps/edge.h"
 
+#include "base/rounding.h"
 #include "bitmaps/hsv.h"
-#include "platform/rounding.h"
 #include "platform/system.h"
 
 namespace marklet {

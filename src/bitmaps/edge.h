@@ -4,8 +4,8 @@
 #include <array>
 #include <stdexcept>
 
-#include "platform/edge_lines.h"
 #include "platform/gdi.h"
+#include "platform/shared/edge_lines.h"
 #include "platform/types.h"
 
 namespace marklet {

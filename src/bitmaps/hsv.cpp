@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 
 namespace marklet {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 #include "platform/types.h"
 
 namespace marklet {

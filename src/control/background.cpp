@@ -1,11 +1,11 @@
 // The two lowest layers of the picture, and the test that notices a change of the system colours.
 #include <optional>
 
+#include "base/ignore_errors.h"
+#include "base/rounding.h"
 #include "bitmaps/colour.h"
 #include "bitmaps/edge.h"
 #include "control/marklet.h"
-#include "platform/ignore_errors.h"
-#include "platform/rounding.h"
 #include "platform/system.h"
 
 namespace marklet {

@@ -1,7 +1,7 @@
 // The control as an owner of images.
+#include "base/ignore_errors.h"
 #include "control/marklet.h"
 #include "imagelist/owned_images.h"
-#include "platform/ignore_errors.h"
 
 namespace marklet {
 namespace {

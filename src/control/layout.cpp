@@ -1,7 +1,7 @@
 #include "control/layout.h"
 
+#include "base/rounding.h"
 #include "images/image_sizes.h"
-#include "platform/rounding.h"
 
 namespace marklet {
 

@@ -1,6 +1,6 @@
 #include "control/marklet.h"
 
-#include "platform/ignore_errors.h"
+#include "base/ignore_errors.h"
 #include "text/string_helpers.h"
 
 namespace marklet {

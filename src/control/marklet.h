@@ -15,11 +15,11 @@
 #include "control/events.h"
 #include "control/properties.h"
 #include "control/value.h"
+#include "host/property_bag.h"
+#include "host/user_control.h"
 #include "imagelist/image_collection.h"
 #include "imagelist/supports_alpha_image.h"
-#include "platform/property_bag.h"
 #include "platform/types.h"
-#include "platform/user_control.h"
 
 namespace marklet {
 

@@ -1,10 +1,10 @@
 // From state to pixels: the layers of the picture, bottom to top, and the copy to where it is wanted.
+#include "base/ignore_errors.h"
+#include "base/rounding.h"
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "images/image_sizes.h"
 #include "markup/markup_caption.h"
-#include "platform/ignore_errors.h"
-#include "platform/rounding.h"
 #include "platform/text.h"
 #include "text/caption_style.h"
 #include "text/emit_text_run.h"

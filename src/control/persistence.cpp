@@ -4,11 +4,11 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/ignore_errors.h"
 #include "control/marklet.h"
 #include "control/text_bytes.h"
 #include "imagelist/owned_images.h"
-#include "platform/ignore_errors.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 
 namespace marklet {
 namespace {

@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "base/ignore_errors.h"
+#include "base/rounding.h"
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "markup/font_colour_tags.h"
-#include "platform/ignore_errors.h"
-#include "platform/os_tests.h"
-#include "platform/rounding.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "text/string_helpers.h"
 

@@ -7,7 +7,7 @@
 
 #include "control/library.h"
 #include "control/value.h"
-#include "platform/property_bag.h"
+#include "host/property_bag.h"
 
 namespace marklet {
 

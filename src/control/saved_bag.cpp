@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "control/byte_reader.h"
-#include "platform/crc32.h"
+#include "base/byte_reader.h"
+#include "base/crc32.h"
 
 namespace marklet {
 namespace {

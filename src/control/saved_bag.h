@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "control/saved_value.h"
-#include "platform/property_bag.h"
+#include "host/property_bag.h"
 
 namespace marklet {
 

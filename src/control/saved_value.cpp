@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "control/byte_reader.h"
+#include "base/byte_reader.h"
 #include "control/text_bytes.h"
 
 namespace marklet {

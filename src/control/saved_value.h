@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "platform/property_bag.h"
+#include "host/property_bag.h"
 
 namespace marklet {
 

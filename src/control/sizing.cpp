@@ -1,8 +1,8 @@
 // AutoSize, and what a resize does to the finished picture.
+#include "base/ignore_errors.h"
+#include "base/rounding.h"
 #include "control/marklet.h"
-#include "platform/ignore_errors.h"
-#include "platform/os_tests.h"
-#include "platform/rounding.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "text/string_helpers.h"

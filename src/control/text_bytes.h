@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/byte_array.h"
+#include "base/byte_array.h"
 
 namespace marklet {
 

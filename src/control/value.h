@@ -4,9 +4,9 @@
 #include <string>
 #include <variant>
 
-#include "platform/std_font.h"
+#include "host/user_control.h"
+#include "platform/shared/std_font.h"
 #include "platform/types.h"
-#include "platform/user_control.h"
 
 namespace marklet {
 

@@ -1,6 +1,6 @@
 #include "imagelist/internal_alpha_image_list.h"
 
-#include "platform/ignore_errors.h"
+#include "base/ignore_errors.h"
 
 namespace marklet {
 

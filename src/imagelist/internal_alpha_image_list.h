@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "host/property_bag.h"
+#include "host/user_control.h"
 #include "imagelist/owned_images.h"
-#include "platform/property_bag.h"
-#include "platform/user_control.h"
 #include "theme/theme_colours.h"
 
 namespace marklet {

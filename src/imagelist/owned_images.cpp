@@ -1,6 +1,6 @@
 #include "imagelist/owned_images.h"
 
-#include "platform/ignore_errors.h"
+#include "base/ignore_errors.h"
 
 namespace marklet {
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string_view>
 
+#include "host/property_bag.h"
+#include "host/user_control.h"
 #include "imagelist/image_collection.h"
-#include "platform/property_bag.h"
-#include "platform/user_control.h"
 
 namespace marklet {
 

@@ -2,8 +2,8 @@
 #include <string>
 #include <utility>
 
+#include "base/ignore_errors.h"
 #include "imagelist/owned_images.h"
-#include "platform/ignore_errors.h"
 
 namespace marklet {
 namespace {

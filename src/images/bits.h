@@ -4,7 +4,7 @@
 // The channel runs fastest; row 0 is the bottom line; rows have no padding.
 #pragma once
 
-#include "platform/byte_array.h"
+#include "base/byte_array.h"
 #include "platform/gdi.h"
 #include "platform/types.h"
 

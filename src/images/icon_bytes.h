@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/byte_array.h"
 #include "images/image_sizes.h"
-#include "platform/byte_array.h"
 #include "platform/gdi.h"
 #include "platform/host_picture.h"
 #include "platform/types.h"

@@ -3,12 +3,12 @@
 #include <memory>
 #include <optional>
 
+#include "base/ignore_errors.h"
+#include "base/rounding.h"
 #include "bitmaps/cdib24.h"
 #include "bitmaps/cdib32.h"
 #include "images/file_icon.h"
 #include "images/icon_bytes.h"
-#include "platform/ignore_errors.h"
-#include "platform/rounding.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "png/cpng_decoder.h"

@@ -1,11 +1,11 @@
 // CIconBytes: from entries to the screen.
 #include <memory>
 
+#include "base/ignore_errors.h"
 #include "bitmaps/cdib24.h"
 #include "bitmaps/cdib32.h"
 #include "images/bits.h"
 #include "images/icon_bytes.h"
-#include "platform/ignore_errors.h"
 
 namespace marklet {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/std_font.h"
+#include "platform/shared/std_font.h"
 #include "platform/types.h"
 
 namespace marklet {

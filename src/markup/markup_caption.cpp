@@ -1,8 +1,8 @@
 #include "markup/markup_caption.h"
 
+#include "base/rounding.h"
 #include "markup/caption_pen.h"
 #include "markup/tokenizer.h"
-#include "platform/rounding.h"
 #include "text/emit_text_run.h"
 
 namespace marklet {

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <iterator>
 
+#include "base/rounding.h"
 #include "markup/caption_pen.h"
 #include "markup/font_colour_tags.h"
 #include "markup/saturate.h"
-#include "platform/rounding.h"
 
 namespace marklet {
 namespace {

@@ -14,7 +14,8 @@ using PictureRef = std::shared_ptr<const HostPicture>;
 
 // Reads a file and decodes its picture, of several frames the first, of several cursors one of the platform's
 // choice. Null when the file can't be read or decoded, isn't of one of the formats, or claims more pixels
-// than its bytes could hold (picture_header.h). A path is UTF-16; the file is closed on return.
+// than its bytes could hold (platform/shared/picture_header.h). A path is UTF-16; the file is closed on
+// return.
 PictureRef LoadPicture(std::u16string_view path);
 
 // In HIMETRIC, hundredths of a millimetre, as pixels become on the screen: a picture of `n` pixels is

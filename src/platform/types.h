@@ -9,9 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/rounding.h"
+
 namespace marklet {
 
-using Long = std::int32_t;       // signed, 32 bits on every platform
 using COLORREF = std::uint32_t;  // red in the low byte, green in the next, blue in the third
 using OLE_COLOR =
     std::uint32_t;  // a COLORREF, or with the top bit set a system colour whose index is the low byte

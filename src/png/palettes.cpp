@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 
 namespace marklet::png {
 namespace {

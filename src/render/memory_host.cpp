@@ -1,6 +1,6 @@
 #include "render/memory_host.h"
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 
 namespace marklet {
 

@@ -4,7 +4,7 @@
 
 #include "bitmaps/cdib24.h"
 #include "control/marklet.h"
-#include "platform/user_control.h"
+#include "host/user_control.h"
 
 namespace marklet {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/crc32.h"
+#include "base/crc32.h"
 #include "render/deflate.h"
 
 namespace marklet {

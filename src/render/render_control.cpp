@@ -1,6 +1,6 @@
 #include "render/render_control.h"
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 #include "platform/system.h"
 #include "render/files.h"
 #include "render/property_text.h"

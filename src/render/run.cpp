@@ -5,9 +5,9 @@
 #include <new>
 #include <ostream>
 
+#include "base/rounding.h"
 #include "control/library.h"
 #include "platform/program.h"
-#include "platform/rounding.h"
 #include "render/files.h"
 #include "render/options.h"
 #include "render/picture.h"

@@ -1,7 +1,7 @@
 // The style record that travels from the paint code through the markup engine to the text routes.
 #pragma once
 
-#include "platform/std_font.h"
+#include "platform/shared/std_font.h"
 #include "platform/types.h"
 
 namespace marklet {

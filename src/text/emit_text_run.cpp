@@ -1,7 +1,7 @@
 #include "text/emit_text_run.h"
 
-#include "platform/os_tests.h"
-#include "platform/rounding.h"
+#include "base/rounding.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "text/manual_text.h"

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "platform/uniscribe.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/os_tests.h"
-#include "platform/rounding.h"
+#include "base/rounding.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "text/emit_text_run.h"

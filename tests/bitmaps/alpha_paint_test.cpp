@@ -8,7 +8,7 @@
 #include "bitmaps/alpha_pixels.h"
 #include "bitmaps/code_path.h"
 #include "bitmaps/pixel_context.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 
 namespace marklet {

@@ -9,7 +9,7 @@
 #include "bitmaps/cdib24.h"
 #include "bitmaps/colour.h"
 #include "bitmaps/pixels.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/system.h"
 
 namespace marklet {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "bitmaps/alpha_pixels.h"
-#include "platform/headless/recorder.h"
-#include "platform/os_tests.h"
+#include "platform/headless/recorder/recorder.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 
 namespace marklet {

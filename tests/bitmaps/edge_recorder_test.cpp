@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "bitmaps/edge.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 
 namespace marklet {
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "support/fake_host.h"

@@ -8,7 +8,7 @@
 
 #include "bitmaps/colour.h"
 #include "control/saved_bag.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "support/fake_host.h"
 #include "support/memory_bag.h"

@@ -2,7 +2,7 @@
 // of the same text.
 #include <gtest/gtest.h>
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "support/fake_host.h"

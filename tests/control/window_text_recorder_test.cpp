@@ -1,7 +1,7 @@
 // The window's own text, which screen readers and window lists show.
 #include <gtest/gtest.h>
 
-#include "platform/headless/window.h"
+#include "platform/headless/system/window.h"
 #include "support/fake_host.h"
 
 namespace marklet {

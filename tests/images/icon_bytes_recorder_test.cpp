@@ -7,7 +7,7 @@
 #include "images/icon_bytes.h"
 #include "images/png_pictures.h"
 #include "markup/played_system.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 

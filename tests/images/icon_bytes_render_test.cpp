@@ -8,7 +8,7 @@
 #include "bitmaps/pixel_context.h"
 #include "images/bits.h"
 #include "images/icon_bytes.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"

@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/rounding.h"
 #include "markup/canvas.h"
 #include "markup/font_colour_tags.h"
 #include "markup/markup_caption.h"
 #include "markup/naive_tokenizer.h"
 #include "markup/played_system.h"
-#include "platform/rounding.h"
 
 namespace marklet {
 namespace {

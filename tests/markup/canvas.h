@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/gdi.h"
-#include "platform/std_font.h"
+#include "platform/shared/std_font.h"
 #include "platform/text.h"
 
 namespace marklet {

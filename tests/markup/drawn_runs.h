@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/types.h"
 
 namespace marklet {

@@ -1,7 +1,7 @@
 // Plays another generation of the operating system for as long as the object lives.
 #pragma once
 
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "text/shaping.h"
 

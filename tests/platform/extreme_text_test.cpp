@@ -2,7 +2,7 @@
 #include <chrono>
 #include <limits>
 
-#include "platform/std_font.h"
+#include "platform/shared/std_font.h"
 #include "platform/test_picture.h"
 
 namespace marklet {

@@ -6,7 +6,7 @@
 #include <filesystem>
 
 #include "bitmaps/pixel_context.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/system.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"

@@ -9,7 +9,7 @@
 
 #include "bitmaps/pixel_context.h"
 #include "images/icon_files.h"
-#include "platform/picture_header.h"
+#include "platform/shared/picture_header.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "support/picture_files.h"

@@ -1,5 +1,5 @@
 // Icons as a recorder sees them.
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/icon.h"
 #include "platform/test_picture.h"
 

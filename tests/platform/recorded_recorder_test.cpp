@@ -1,8 +1,8 @@
 // What a recorder logs.
 #include <stdexcept>
 
-#include "platform/headless/recorder.h"
-#include "platform/std_font.h"
+#include "platform/headless/recorder/recorder.h"
+#include "platform/shared/std_font.h"
 #include "platform/system.h"
 #include "platform/test_picture.h"
 #include "platform/uniscribe.h"

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/headless/recorder.h"
-#include "platform/headless/registry.h"
+#include "platform/headless/recorder/recorder.h"
+#include "platform/headless/system/registry.h"
 
 namespace marklet {
 namespace {

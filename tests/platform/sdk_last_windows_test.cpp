@@ -1,10 +1,10 @@
 // Ours first, the platform's headers behind: see sdk_windows_test.cpp.
+#include "host/user_control.h"
 #include "platform/gdi.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "platform/types.h"
 #include "platform/uniscribe.h"
-#include "platform/user_control.h"
 // The order is what is tested.
 #include "platform/win32/sdk_ole.h"
 

@@ -2,12 +2,12 @@
 // other way round.
 #include "platform/win32/sdk_ole.h"
 // Behind it, so that every constant that is a macro over there stands in the way.
+#include "host/user_control.h"
 #include "platform/gdi.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "platform/types.h"
 #include "platform/uniscribe.h"
-#include "platform/user_control.h"
 #include "platform/win32/handles.h"
 
 #include <gtest/gtest.h>

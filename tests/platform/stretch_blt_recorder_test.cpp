@@ -1,5 +1,5 @@
 // What only the headless platform promises of stretching, and how a recorder sees it.
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/test_picture.h"
 
 namespace marklet {

@@ -1,7 +1,7 @@
 // The answers that the headless platform fixes.
 #include <gtest/gtest.h>
 
-#include "platform/std_font.h"
+#include "platform/shared/std_font.h"
 #include "platform/system.h"
 #include "platform/text.h"
 

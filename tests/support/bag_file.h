@@ -15,7 +15,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/byte_array.h"
+#include "base/byte_array.h"
 
 namespace marklet::testing {
 

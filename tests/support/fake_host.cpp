@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "platform/gdi.h"
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "text/shaping.h"
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/property_bag.h"
+#include "host/property_bag.h"
 
 namespace marklet::testing {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "markup/canvas.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "platform/uniscribe.h"
 #include "text/emit_text_run.h"
 #include "text/system_fixture.h"

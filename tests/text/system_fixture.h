@@ -5,7 +5,7 @@
 
 #include <ostream>
 
-#include "platform/os_tests.h"
+#include "platform/shared/os_tests.h"
 #include "platform/system.h"
 #include "text/shaping.h"
 

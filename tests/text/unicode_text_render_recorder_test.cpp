@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "markup/canvas.h"
-#include "platform/headless/recorder.h"
+#include "platform/headless/recorder/recorder.h"
 #include "text/system_fixture.h"
 #include "text/unicode_text_render.h"
 

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "platform/headless/recorder.h"
-#include "platform/headless/registry.h"
+#include "platform/headless/recorder/recorder.h"
+#include "platform/headless/system/registry.h"
 #include "platform/registry.h"
 
 namespace marklet {

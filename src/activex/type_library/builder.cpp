@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "activex/guid.h"
+#include "activex/com/guid.h"
 
 namespace marklet::type_library {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "activex/com.h"
+#include "activex/com/com.h"
 #include "activex/type_library/builder.h"
 
 namespace marklet::type_library {

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/rounding.h"
 #include "platform/file.h"
-#include "platform/picture_header.h"
-#include "platform/rounding.h"
+#include "platform/shared/picture_header.h"
 #include "platform/text.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/picture.h"

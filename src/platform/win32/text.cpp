@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/rounding.h"
+#include "base/rounding.h"
 #include "platform/system.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/long_text.h"

@@ -1,0 +1,37 @@
+// Events on their way to the host's sinks.
+#pragma once
+
+#include <span>
+
+#include "activex/com/com.h"
+#include "control/events.h"
+
+namespace marklet::activex {
+
+class ControlObject;
+
+// Raises the control's events on every connected sink, with the arguments by reference so that a handler may
+// change them. While the host has events frozen they are dropped.
+class EventSource final : public MarkletEvents {
+ public:
+  explicit EventSource(ControlObject& control) : control_(control) {}
+
+  void Change() override;
+  void Click() override;
+  void DblClick() override;
+  void MouseDown(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
+  void MouseUp(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
+  void MouseMove(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
+
+  // Counted: as many thaws as freezes let events through again.
+  void Freeze(bool freeze);
+
+ private:
+  void Raise(std::string_view name, std::span<VARIANTARG> arguments = {});
+  void RaiseMouse(std::string_view name, std::int16_t& button, std::int16_t& shift, float& x, float& y);
+
+  ControlObject& control_;
+  int frozen_ = 0;
+};
+
+}  // namespace marklet::activex

@@ -1,0 +1,171 @@
+// The slots of `_Marklet`, built once from the property table.
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "activex/automation/dispatch.h"
+#include "activex/automation/error_report.h"
+#include "activex/automation/value_conversion.h"
+#include "activex/com/face.h"
+#include "activex/com/text.h"
+#include "activex/control/control_object.h"
+
+namespace marklet::activex {
+namespace {
+
+// --- The C types of the slots -----------------------------------------------------------------------------
+
+Value FromNative(VARIANT_BOOL value) { return value != VARIANT_FALSE; }
+Value FromNative(LONG value) { return static_cast<Long>(value); }
+Value FromNative(BSTR value) { return FromBstr(value); }
+Value FromNative(IFontDisp* value) { return FontFromObject(value); }
+Value FromNative(IPictureDisp* value) { return WrapPicture(value); }
+
+void ToNative(ControlObject&, const Value& value, VARIANT_BOOL& result) {
+  result = std::get<bool>(value) ? VARIANT_TRUE : VARIANT_FALSE;
+}
+void ToNative(ControlObject&, const Value& value, LONG& result) { result = std::get<Long>(value); }
+void ToNative(ControlObject&, const Value& value, BSTR& result) {
+  result = NewBstr(std::get<std::u16string>(value));
+}
+void ToNative(ControlObject& control, const Value& value, IFontDisp*& result) {
+  result = control.host_font.For(std::get<FontRef>(value)).Detach();
+}
+void ToNative(ControlObject&, const Value& value, IPictureDisp*& result) {
+  result = UnwrapPicture(std::get<HostObjectRef>(value)).Detach();
+}
+
+// --- The slots of a property ------------------------------------------------------------------------------
+
+template <std::size_t Row, typename Native>
+HRESULT STDMETHODCALLTYPE GetSlot(DispatchFace* face, Native* result) {
+  if (!result) return E_POINTER;
+  *result = {};
+  const Entry entry(face->Control());
+  return LeaveErrorInfo(Guarded([&] {
+    ToNative(face->Control(), face->Control().marklet.Get(Properties()[Row]), *result);
+    return S_OK;
+  }));
+}
+
+template <std::size_t Row, typename Native>
+HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
+  const Entry entry(face->Control());
+  return LeaveErrorInfo(Guarded([&] {
+    face->Control().marklet.Set(Properties()[Row], FromNative(value));
+    return S_OK;
+  }));
+}
+
+HRESULT STDMETHODCALLTYPE LoadIconImageSlot(DispatchFace* face, BSTR file, BSTR key, VARIANT_BOOL* result) {
+  if (!result) return E_POINTER;
+  *result = VARIANT_FALSE;
+  const Entry entry(face->Control());
+  return LeaveErrorInfo(Guarded([&] {
+    if (face->Control().marklet.LoadIconImageFromFile(FromBstr(file), FromBstr(key))) *result = VARIANT_TRUE;
+    return S_OK;
+  }));
+}
+
+// --- The slots of IDispatch -------------------------------------------------------------------------------
+
+HRESULT STDMETHODCALLTYPE QueryInterfaceSlot(DispatchFace* face, REFIID iid, void** object) {
+  return OuterOf(face->Control()).QueryInterface(iid, object);
+}
+ULONG STDMETHODCALLTYPE AddRefSlot(DispatchFace* face) { return OuterOf(face->Control()).AddRef(); }
+ULONG STDMETHODCALLTYPE ReleaseSlot(DispatchFace* face) { return OuterOf(face->Control()).Release(); }
+
+HRESULT STDMETHODCALLTYPE GetTypeInfoCountSlot(DispatchFace*, UINT* count) {
+  if (!count) return E_POINTER;
+  *count = 1;
+  return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE GetTypeInfoSlot(DispatchFace*, UINT index, LCID, ITypeInfo** info) {
+  return Guarded([&] { return GetTypeInfoOfDispatch(index, info); });
+}
+
+HRESULT STDMETHODCALLTYPE GetIdsOfNamesSlot(DispatchFace*, REFIID iid, LPOLESTR* names, UINT count, LCID,
+                                            DISPID* ids) {
+  return Guarded([&] { return GetIdsOfNames(iid, names, count, ids); });
+}
+
+HRESULT STDMETHODCALLTYPE InvokeSlot(DispatchFace* face, DISPID id, REFIID iid, LCID, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                     UINT* bad_argument) {
+  const Entry entry(face->Control());
+  return Guarded([&] {
+    return InvokeMember(face->Control(), id, iid, flags, parameters, result, exception, bad_argument);
+  });
+}
+
+// --- The table --------------------------------------------------------------------------------------------
+
+constexpr std::size_t kPropertyCount = 27;
+
+template <typename Function>
+const void* Slot(Function* function) {
+  return reinterpret_cast<const void*>(function);
+}
+
+struct Accessors {
+  const void* get;
+  const void* put;
+};
+
+template <std::size_t Row, typename Native>
+Accessors AccessorsAs() {
+  return {Slot(&GetSlot<Row, Native>), Slot(&PutSlot<Row, Native>)};
+}
+
+template <std::size_t Row>
+Accessors AccessorsOf(ValueType type) {
+  switch (type) {
+    case ValueType::Boolean:
+      return AccessorsAs<Row, VARIANT_BOOL>();
+    case ValueType::Text:
+      return AccessorsAs<Row, BSTR>();
+    case ValueType::Font:
+      return AccessorsAs<Row, IFontDisp*>();
+    case ValueType::Picture:
+      return AccessorsAs<Row, IPictureDisp*>();
+    default:
+      return AccessorsAs<Row, LONG>();
+  }
+}
+
+using SlotTable = std::vector<const void*>;
+
+template <std::size_t Row>
+void AddSlots(SlotTable& slots) {
+  const PropertyRow& row = Properties()[Row];
+  const Accessors accessors = AccessorsOf<Row>(row.type);
+  slots.push_back(accessors.get);
+  if (row.attributes & kPut) slots.push_back(accessors.put);
+  if (row.attributes & kPutRef) slots.push_back(accessors.put);
+}
+
+template <std::size_t... Rows>
+SlotTable BuildSlots(std::index_sequence<Rows...>) {
+  SlotTable slots = {
+      Slot(&QueryInterfaceSlot), Slot(&AddRefSlot),        Slot(&ReleaseSlot), Slot(&GetTypeInfoCountSlot),
+      Slot(&GetTypeInfoSlot),    Slot(&GetIdsOfNamesSlot), Slot(&InvokeSlot)};
+  (AddSlots<Rows>(slots), ...);
+  slots.push_back(Slot(&LoadIconImageSlot));
+  return slots;
+}
+
+const void* const* Slots() {
+  static const SlotTable slots = [] {
+    // The thunks are numbered when the program is compiled, the rows counted when it runs.
+    if (Properties().size() != kPropertyCount) throw std::bad_alloc();
+    return BuildSlots(std::make_index_sequence<kPropertyCount>());
+  }();
+  return slots.data();
+}
+
+}  // namespace
+
+DispatchFace::DispatchFace(ControlObject& control) : slots_(Slots()), control_(&control) {}
+
+}  // namespace marklet::activex

@@ -1,0 +1,137 @@
+#include "activex/automation/value_conversion.h"
+
+#include "activex/automation/font.h"
+#include "activex/com/text.h"
+#include "activex/control/control_object.h"
+
+namespace marklet::activex {
+namespace {
+
+class Picture final : public HostObject {
+ public:
+  explicit Picture(ComPtr<IPictureDisp> picture) : picture_(std::move(picture)) {}
+  const ComPtr<IPictureDisp>& Get() const { return picture_; }
+
+ private:
+  ComPtr<IPictureDisp> picture_;
+};
+
+HRESULT Convert(const VARIANT& source, VARTYPE type, VARIANT& result) {
+  return ::VariantChangeType(&result, const_cast<VARIANT*>(&source), 0, type);
+}
+
+// Nothing arrives as a null object, an empty variant or a null one.
+HRESULT ObjectFromVariant(const VARIANT& source, IUnknown*& object) {
+  object = nullptr;
+  switch (source.vt) {
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      object = source.punkVal;
+      return S_OK;
+    case VT_EMPTY:
+    case VT_NULL:
+      return S_OK;
+    default:
+      return DISP_E_TYPEMISMATCH;
+  }
+}
+
+HRESULT FontFromVariant(const VARIANT& source, Value& value) {
+  IUnknown* object = nullptr;
+  const HRESULT result = ObjectFromVariant(source, object);
+  if (FAILED(result)) return result;
+  FontRef font = FontFromObject(object);
+  if (object && !font) return DISP_E_TYPEMISMATCH;
+  value = std::move(font);
+  return S_OK;
+}
+
+HRESULT PictureFromVariant(const VARIANT& source, Value& value) {
+  IUnknown* object = nullptr;
+  const HRESULT result = ObjectFromVariant(source, object);
+  if (FAILED(result)) return result;
+  HostObjectRef picture = WrapPicture(object);
+  if (object && !picture) return DISP_E_TYPEMISMATCH;
+  value = std::move(picture);
+  return S_OK;
+}
+
+template <typename Interface>
+HRESULT PutObject(ComPtr<Interface> object, VARIANT& result) {
+  result.vt = VT_DISPATCH;
+  result.pdispVal = object.Detach();
+  return S_OK;
+}
+
+}  // namespace
+
+bool ColourFromVariant(const VARIANT& source, Long& colour) {
+  Variant number;
+  if (SUCCEEDED(Convert(source, VT_I4, number))) {
+    colour = number.lVal;
+    return true;
+  }
+  if (FAILED(Convert(source, VT_UI4, number))) return false;
+  colour = static_cast<Long>(number.ulVal);
+  return true;
+}
+
+HRESULT ValueFromVariant(const VARIANT& reference, ValueType type, Value& value) {
+  Variant source, converted;
+  HRESULT result = ::VariantCopyInd(&source, const_cast<VARIANT*>(&reference));
+  if (FAILED(result)) return result;
+  if (type == ValueType::Font) return FontFromVariant(source, value);
+  if (type == ValueType::Picture) return PictureFromVariant(source, value);
+  if (type == ValueType::Colour) {
+    Long colour = 0;
+    if (!ColourFromVariant(source, colour)) return DISP_E_TYPEMISMATCH;
+    value = colour;
+    return S_OK;
+  }
+  const VARTYPE wanted = type == ValueType::Boolean ? VT_BOOL : type == ValueType::Text ? VT_BSTR : VT_I4;
+  result = Convert(source, wanted, converted);
+  if (FAILED(result)) return result;
+  if (wanted == VT_BOOL)
+    value = converted.boolVal != VARIANT_FALSE;
+  else if (wanted == VT_BSTR)
+    value = FromBstr(converted.bstrVal);
+  else
+    value = static_cast<Long>(converted.lVal);
+  return S_OK;
+}
+
+HRESULT VariantFromValue(ControlObject& control, const Value& value, ValueType type, VARIANT& result) {
+  if (!HoldsType(value, type)) return E_UNEXPECTED;
+  switch (type) {
+    case ValueType::Font:
+      return PutObject(control.host_font.For(std::get<FontRef>(value)), result);
+    case ValueType::Picture:
+      return PutObject(UnwrapPicture(std::get<HostObjectRef>(value)), result);
+    case ValueType::Text:
+      result.bstrVal = NewBstr(std::get<std::u16string>(value));
+      result.vt = VT_BSTR;
+      return S_OK;
+    case ValueType::Boolean:
+      result.vt = VT_BOOL;
+      result.boolVal = std::get<bool>(value) ? VARIANT_TRUE : VARIANT_FALSE;
+      return S_OK;
+    default:
+      // Colours too: script languages have no unsigned numbers.
+      result.vt = VT_I4;
+      result.lVal = std::get<Long>(value);
+      return S_OK;
+  }
+}
+
+HostObjectRef WrapPicture(IUnknown* picture) {
+  ComPtr<IPictureDisp> object;
+  if (!picture || FAILED(picture->QueryInterface(IID_PPV_ARGS(object.GetAddressOf())))) return nullptr;
+  return std::make_shared<Picture>(std::move(object));
+}
+
+ComPtr<IPictureDisp> UnwrapPicture(const HostObjectRef& object) {
+  const auto* picture = dynamic_cast<const Picture*>(object.get());
+  return picture ? picture->Get() : nullptr;
+}
+
+}  // namespace marklet::activex

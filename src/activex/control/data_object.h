@@ -1,0 +1,39 @@
+// The control's picture as data, for containers that keep one of a control that isn't there.
+#pragma once
+
+#include "activex/com/face.h"
+
+namespace marklet::activex {
+
+// Gives metafiles, old and enhanced, and a device-independent bitmap, each of the picture at the control's
+// size. Takes nothing.
+class DataFace final : public Face<IDataObject> {
+ public:
+  using Face::Face;
+
+  STDMETHODIMP GetData(FORMATETC* format, STGMEDIUM* medium) override;
+  STDMETHODIMP GetDataHere(FORMATETC*, STGMEDIUM*) override { return E_NOTIMPL; }
+  STDMETHODIMP QueryGetData(FORMATETC* format) override;
+  STDMETHODIMP GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical) override;
+  STDMETHODIMP SetData(FORMATETC*, STGMEDIUM*, BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) override;
+  STDMETHODIMP DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* sink, DWORD* cookie) override;
+  STDMETHODIMP DUnadvise(DWORD cookie) override;
+  STDMETHODIMP EnumDAdvise(IEnumSTATDATA** advises) override;
+
+  // Tells the sinks that the data have changed.
+  void NotifyChange();
+
+ private:
+  HRESULT DrawOn(::HDC dc);
+  HRESULT MakeMetafile(STGMEDIUM& medium);
+  HRESULT MakeEnhancedMetafile(STGMEDIUM& medium);
+  HRESULT MakeBitmap(STGMEDIUM& medium);
+  struct Format;
+  static const Format kFormats[];
+  static HRESULT Find(const FORMATETC& format, const Format*& found);
+
+  ComPtr<IDataAdviseHolder> advises_;
+};
+
+}  // namespace marklet::activex

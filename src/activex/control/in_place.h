@@ -1,0 +1,71 @@
+// Activation in place: the control's window on the container's, and the dealings with the in-place site.
+#pragma once
+
+#include "activex/com/com.h"
+#include "activex/com/face.h"
+
+namespace marklet::activex {
+
+// Any call to the site may come back into the control: set rectangles before there is a window, deactivate in
+// the middle of activation, take the site away. Each step looks again at how things stand.
+class InPlace {
+ public:
+  explicit InPlace(ControlObject& control) : control_(control) {}
+
+  HRESULT Activate();
+  HRESULT ActivateUi();
+  HRESULT Deactivate();
+  HRESULT DeactivateUi();
+  HRESULT SetRects(const ::RECT* position, const ::RECT* clip);
+  HRESULT Hide();
+  bool IsActive() const { return state_ == State::Active; }
+
+  // Where the container has put the window, in pixels of its client area.
+  const ::RECT& Position() const { return position_; }
+
+  // Asks the container for another size at the same place.
+  void RequestSize(::SIZE size);
+  ::HWND Window() const;
+
+ private:
+  enum class State { Inactive, Activating, Active };
+
+  HRESULT EnterWindow();
+  void ReadContext();
+  void LeaveSite(bool notify);
+
+  ControlObject& control_;
+  State state_ = State::Inactive;
+  bool ui_active_ = false;
+  bool placed_ = false;  // the container has set rectangles since activation began
+  ::RECT position_ = {};
+  ::RECT clip_ = {};
+  ComPtr<IOleInPlaceSite> site_;
+  ComPtr<IOleInPlaceFrame> frame_;
+  ComPtr<IOleInPlaceUIWindow> document_;
+};
+
+class InPlaceObjectFace final : public Face<IOleInPlaceObject> {
+ public:
+  using Face::Face;
+  STDMETHODIMP GetWindow(::HWND* window) override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP InPlaceDeactivate() override;
+  STDMETHODIMP UIDeactivate() override;
+  STDMETHODIMP SetObjectRects(LPCRECT position, LPCRECT clip) override;
+  STDMETHODIMP ReactivateAndUndo() override { return INPLACE_E_NOTUNDOABLE; }
+};
+
+class ActiveObjectFace final : public Face<IOleInPlaceActiveObject> {
+ public:
+  using Face::Face;
+  STDMETHODIMP GetWindow(::HWND* window) override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(LPMSG message) override;
+  STDMETHODIMP OnFrameWindowActivate(BOOL) override { return S_OK; }
+  STDMETHODIMP OnDocWindowActivate(BOOL) override { return S_OK; }
+  STDMETHODIMP ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
+  STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
+};
+
+}  // namespace marklet::activex

@@ -1,0 +1,242 @@
+#include "activex/control/persist.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "activex/com/guid.h"
+#include "activex/control/control_object.h"
+#include "activex/control/ole_bag.h"
+
+namespace marklet::activex {
+namespace {
+
+constexpr wchar_t kStreamName[] = L"Marklet";
+
+HRESULT GiveClassId(CLSID* class_id) {
+  if (!class_id) return E_POINTER;
+  *class_id = kClassGuid;
+  return S_OK;
+}
+
+HRESULT ResultOf(SavedBag::State state) {
+  switch (state) {
+    case SavedBag::State::Whole:
+      return S_OK;
+    case SavedBag::State::Damaged:
+      return STG_E_DOCFILECORRUPT;
+    case SavedBag::State::TooNew:
+      return STG_E_OLDDLL;
+    case SavedBag::State::NotABag:
+      return STG_E_INVALIDHEADER;
+  }
+  return E_UNEXPECTED;
+}
+
+// --- Streams ----------------------------------------------------------------------------------------------
+
+// Puts up to `count` bytes behind `bytes`; fewer when the stream ends before. A count that lies costs no more
+// memory than twice what the stream has.
+HRESULT Read(IStream& stream, std::uint64_t count, std::vector<std::uint8_t>& bytes) {
+  constexpr std::size_t kPortion = 65536;
+  while (count > 0) {
+    const std::size_t before = bytes.size();
+    const std::size_t wanted = static_cast<std::size_t>(
+        std::min<std::uint64_t>({count, std::max(before, kPortion), std::uint64_t{1} << 30}));
+    bytes.resize(before + wanted);
+    ULONG got = 0;
+    const HRESULT result = stream.Read(bytes.data() + before, static_cast<ULONG>(wanted), &got);
+    got = std::min(got, static_cast<ULONG>(wanted));
+    bytes.resize(before + got);
+    count -= got;
+    if (FAILED(result)) return result;
+    if (got == 0) return S_OK;
+  }
+  return S_OK;
+}
+
+HRESULT WriteAll(IStream& stream, const std::vector<std::uint8_t>& bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const std::size_t portion = std::min<std::size_t>(bytes.size() - done, std::size_t{1} << 30);
+    ULONG written = 0;
+    const HRESULT result = stream.Write(bytes.data() + done, static_cast<ULONG>(portion), &written);
+    if (FAILED(result)) return result;
+    if (written == 0 || written > portion) return STG_E_MEDIUMFULL;
+    done += written;
+  }
+  return S_OK;
+}
+
+}  // namespace
+
+// --- What the three share ---------------------------------------------------------------------------------
+
+HRESULT Persist::InitNew() {
+  if (loaded_) return E_UNEXPECTED;
+  const bool whole = control_.marklet.InitProperties();
+  if (whole) begun_ = true;
+  SetDirty(!whole);
+  return whole ? S_OK : E_OUTOFMEMORY;
+}
+
+HRESULT Persist::Load(PropertyBag& bag, HRESULT state) {
+  const bool whole = control_.marklet.ReadProperties(bag);
+  const HRESULT result = SUCCEEDED(state) && !whole ? E_OUTOFMEMORY : state;
+  loaded_ = SUCCEEDED(result);
+  if (loaded_) begun_ = true;
+  SetDirty(!loaded_);
+  return result;
+}
+
+HRESULT Persist::LoadFrom(IStream& stream) {
+  std::vector<std::uint8_t> bytes;
+  HRESULT result = Read(stream, SavedBag::kHeaderBytes, bytes);
+  if (FAILED(result)) return result;
+  SavedBag::State state = SavedBag::State::Whole;
+  const auto behind = SavedBag::BytesBehind(bytes, state);
+  if (!behind) return ResultOf(state);
+  result = Read(stream, *behind, bytes);
+  SavedBag bag;
+  state = bag.Read(std::move(bytes));
+  return Load(bag, FAILED(result) ? result : ResultOf(state));
+}
+
+HRESULT Persist::Write(SavedBag& bag) { return control_.marklet.WriteProperties(bag) ? S_OK : E_OUTOFMEMORY; }
+
+HRESULT Persist::SaveTo(IStream& stream) {
+  SavedBag bag;
+  const HRESULT result = Write(bag);
+  return FAILED(result) ? result : WriteAll(stream, bag.Bytes());
+}
+
+HRESULT Persist::Measure(ULONGLONG& size) {
+  SavedBag bag;
+  const HRESULT result = Write(bag);
+  size = bag.Bytes().size();
+  return result;
+}
+
+// --- Streams ----------------------------------------------------------------------------------------------
+
+HRESULT PersistStreamFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
+HRESULT PersistStreamFace::IsDirty() { return control_.persist.IsDirty() ? S_OK : S_FALSE; }
+HRESULT PersistStreamFace::InitNew() {
+  return Call([this] { return control_.persist.InitNew(); });
+}
+
+HRESULT PersistStreamFace::Load(IStream* stream) {
+  if (!stream) return E_POINTER;
+  return Call([&] { return control_.persist.LoadFrom(*stream); });
+}
+
+HRESULT PersistStreamFace::Save(IStream* stream, BOOL clear_dirty) {
+  if (!stream) return E_POINTER;
+  return Call([&] {
+    const unsigned changes = control_.persist.Changes();
+    const HRESULT result = control_.persist.SaveTo(*stream);
+    if (SUCCEEDED(result) && clear_dirty) control_.persist.SavedAt(changes);
+    return result;
+  });
+}
+
+HRESULT PersistStreamFace::GetSizeMax(ULARGE_INTEGER* size) {
+  if (!size) return E_POINTER;
+  return Call([&] { return control_.persist.Measure(size->QuadPart); });
+}
+
+// --- Property bags ----------------------------------------------------------------------------------------
+
+HRESULT PersistBagFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
+HRESULT PersistBagFace::InitNew() {
+  return Call([this] { return control_.persist.InitNew(); });
+}
+
+HRESULT PersistBagFace::Load(IPropertyBag* bag, IErrorLog* log) {
+  if (!bag) return E_POINTER;
+  return Call([&] {
+    OleBag ole_bag(control_, *bag, log, false);
+    return control_.persist.Load(ole_bag, S_OK);
+  });
+}
+
+HRESULT PersistBagFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all) {
+  if (!bag) return E_POINTER;
+  return Call([&] {
+    const unsigned changes = control_.persist.Changes();
+    OleBag ole_bag(control_, *bag, nullptr, save_all != FALSE);
+    const bool whole = control_.marklet.WriteProperties(ole_bag);
+    const HRESULT result = whole ? ole_bag.Written() : E_OUTOFMEMORY;
+    if (SUCCEEDED(result) && clear_dirty) control_.persist.SavedAt(changes);
+    return result;
+  });
+}
+
+// --- Storages ---------------------------------------------------------------------------------------------
+
+HRESULT PersistStorageFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
+HRESULT PersistStorageFace::IsDirty() { return control_.persist.IsDirty() ? S_OK : S_FALSE; }
+
+// A null storage does: none is held.
+HRESULT PersistStorageFace::InitNew(IStorage*) {
+  return Call([this] {
+    if (control_.persist.HasBegun()) return CO_E_ALREADYINITIALIZED;
+    state_ = State::Normal;
+    return control_.persist.InitNew();
+  });
+}
+
+// A second load is refused, but one behind InitNew is what some containers do.
+HRESULT PersistStorageFace::Load(IStorage* storage) {
+  if (!storage) return E_POINTER;
+  return Call([&]() -> HRESULT {
+    if (state_ == State::HandsOff) return E_UNEXPECTED;
+    if (loaded_) return CO_E_ALREADYINITIALIZED;
+    ComPtr<IStream> stream;
+    HRESULT result =
+        storage->OpenStream(kStreamName, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, stream.GetAddressOf());
+    if (SUCCEEDED(result)) result = stream ? control_.persist.LoadFrom(*stream.Get()) : E_UNEXPECTED;
+    loaded_ = SUCCEEDED(result);
+    if (loaded_) state_ = State::Normal;
+    return result;
+  });
+}
+
+// A container that forgets SaveCompleted may save again all the same.
+HRESULT PersistStorageFace::Save(IStorage* storage, BOOL same_as_load) {
+  if (!storage) return E_POINTER;
+  return Call([&]() -> HRESULT {
+    if (state_ == State::HandsOff) return E_UNEXPECTED;
+    const unsigned changes = control_.persist.Changes();
+    ComPtr<IStream> stream;
+    HRESULT result = storage->CreateStream(kStreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0,
+                                           stream.GetAddressOf());
+    if (SUCCEEDED(result)) result = stream ? control_.persist.SaveTo(*stream.Get()) : E_UNEXPECTED;
+    if (FAILED(result)) return result;
+    state_ = State::NoScribble;
+    saved_ = true;
+    same_as_load_ = same_as_load != FALSE;
+    saved_at_ = changes;
+    return S_OK;
+  });
+}
+
+// The control is clean when its own storage holds it: the one it was loaded from, or the one it gets here.
+HRESULT PersistStorageFace::SaveCompleted(IStorage* storage) {
+  return Call([&]() -> HRESULT {
+    if (state_ != State::NoScribble && state_ != State::HandsOff) return E_UNEXPECTED;
+    if (state_ == State::HandsOff && !storage) return E_INVALIDARG;
+    if (saved_ && (storage || same_as_load_)) control_.persist.SavedAt(saved_at_);
+    saved_ = false;
+    state_ = State::Normal;
+    return S_OK;
+  });
+}
+
+HRESULT PersistStorageFace::HandsOffStorage() {
+  return Call([this] {
+    state_ = State::HandsOff;
+    return S_OK;
+  });
+}
+
+}  // namespace marklet::activex

@@ -1,0 +1,73 @@
+// What the control asks of its host, answered over OLE.
+#pragma once
+
+#include "activex/control/extent.h"
+#include "activex/control/site.h"
+#include "host/user_control.h"
+
+namespace marklet::activex {
+
+class ControlObject;
+
+class OleUserControl final : public UserControl {
+ public:
+  explicit OleUserControl(ControlObject& control);
+
+  Ambient& AmbientProperties() override { return ambient_; }
+
+  HWND hWnd() override;
+  HDC hDC() override;
+  double ScaleWidth() override;
+  double ScaleHeight() override;
+  double Width() override;
+  double Height() override;
+  void PutWidth(double twips) override;
+  void PutHeight(double twips) override;
+  double TwipsPerPixelX() override { return Extent::TwipsPerPixel(); }
+  double TwipsPerPixelY() override { return Extent::TwipsPerPixel(); }
+
+  bool Enabled() override { return enabled_; }
+  void PutEnabled(bool enabled) override;
+  FontRef Font() override { return font_; }
+  void PutFont(FontRef font) override;
+  OLE_COLOR BackColor() override { return back_color_; }
+  void PutBackColor(OLE_COLOR colour) override { back_color_ = colour; }
+  HostObjectRef MouseIcon() override { return mouse_icon_; }
+  void PutMouseIcon(HostObjectRef icon) override { mouse_icon_ = std::move(icon); }
+  Long MousePointer() override { return mouse_pointer_; }
+  void PutMousePointer(Long pointer) override { mouse_pointer_ = pointer; }
+  std::u16string AccessKeys() override { return access_keys_; }
+  void PutAccessKeys(std::u16string keys) override;
+
+  HWND ContainerHwnd() override;
+  std::shared_ptr<NamedMembers> Parent() override;
+  std::shared_ptr<NamedMembers> Extender() override;
+  void PropertyChanged(std::string_view name) override;
+
+  // The client size in pixels: the window's, or what the container has given to a control without one.
+  ::SIZE Size() const;
+  // Raises Resize when the size is another than at the last one.
+  void SizeMayHaveChanged();
+  // Raises Resize.
+  void Resized();
+  // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
+  void EnableWindow();
+  // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
+  void UserModeMayHaveChanged();
+
+ private:
+  void RequestSize(::SIZE size);
+
+  ControlObject& control_;
+  SiteAmbient ambient_;
+  ::SIZE last_size_ = {};
+  bool enabled_ = true;
+  bool user_mode_ = true;  // as the window knows it
+  FontRef font_ = std::make_shared<StdFont>();
+  OLE_COLOR back_color_ = 0x8000000F;
+  HostObjectRef mouse_icon_;
+  Long mouse_pointer_ = 0;
+  std::u16string access_keys_;
+};
+
+}  // namespace marklet::activex

@@ -1,0 +1,126 @@
+#include "activex/control/view.h"
+
+#include "activex/control/control_object.h"
+
+namespace marklet::activex {
+namespace {
+
+// A printed document and the opaque part of a view are drawn as the content is.
+bool IsDrawable(DWORD aspect) {
+  return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE;
+}
+
+}  // namespace
+
+BITMAPINFOHEADER Describe(const CDib24& surface) {
+  BITMAPINFOHEADER header = {};
+  header.biSize = sizeof header;
+  header.biWidth = surface.Width();
+  header.biHeight = surface.Height();
+  header.biPlanes = 1;
+  header.biBitCount = 24;
+  // Some recorders of metafiles keep no more bits than are promised here.
+  const DWORD row = (static_cast<DWORD>(surface.Width()) * 3 + 3) / 4 * 4;
+  header.biSizeImage = row * static_cast<DWORD>(surface.Height());
+  return header;
+}
+
+HRESULT ViewFace::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, ::HDC, ::HDC dc, LPCRECTL bounds, LPCRECTL,
+                       BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
+  if (!IsDrawable(aspect)) return DV_E_DVASPECT;
+  if (!dc || !bounds) return E_INVALIDARG;
+  return Call([&] { return DrawPicture(dc, *bounds); });
+}
+
+bool ViewFace::PaintOn(CDib24& surface) {
+  const ::SIZE size = control_.host.Size();
+  if (!surface.Create(size.cx, size.cy)) return false;
+  control_.marklet.PaintControl(surface.hDC());
+  ::GdiFlush();
+  return true;
+}
+
+// The picture is made at the control's own size and brought to the bounds in one blit of its bits, which
+// printers and metafiles take too, whatever their units.
+HRESULT ViewFace::DrawPicture(::HDC dc, const RECTL& bounds) {
+  CDib24 surface;
+  if (!PaintOn(surface)) return S_OK;
+  BITMAPINFO info = {};
+  info.bmiHeader = Describe(surface);
+  const int old_mode = ::SetStretchBltMode(dc, COLORONCOLOR);
+  ::StretchDIBits(dc, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, 0, 0,
+                  surface.Width(), surface.Height(), surface.Bits(), &info, DIB_RGB_COLORS, 0x00CC0020);
+  if (old_mode) ::SetStretchBltMode(dc, old_mode);
+  return S_OK;
+}
+
+HRESULT ViewFace::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, ::HDC, LOGPALETTE** colours) {
+  if (!colours) return E_POINTER;
+  *colours = nullptr;
+  return S_FALSE;
+}
+
+HRESULT ViewFace::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+  return Call([&] {
+    sink_ = sink;
+    aspects_ = aspects;
+    flags_ = flags;
+    if (flags & ADVF_PRIMEFIRST) NotifyChange();
+    return S_OK;
+  });
+}
+
+HRESULT ViewFace::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
+  if (aspects) *aspects = aspects_;
+  if (flags) *flags = flags_;
+  if (sink) *sink = ComPtr<IAdviseSink>(sink_).Detach();
+  return S_OK;
+}
+
+void ViewFace::NotifyChange() {
+  const ComPtr<IAdviseSink> sink = sink_;
+  if (!sink || (aspects_ & DVASPECT_CONTENT) == 0) return;
+  if (flags_ & ADVF_ONLYONCE) sink_.Reset();
+  sink->OnViewChange(DVASPECT_CONTENT, -1);
+}
+
+HRESULT ViewFace::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
+  return control_.ole_object.GetExtent(aspect, size);
+}
+
+HRESULT ViewFace::GetRect(DWORD aspect, LPRECTL rect) {
+  if (!rect) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  const SIZEL size = control_.extent.Himetric();
+  *rect = {0, 0, size.cx, size.cy};
+  return S_OK;
+}
+
+HRESULT ViewFace::GetViewStatus(DWORD* status) {
+  if (!status) return E_POINTER;
+  constexpr Long kTransparentStyle = 0;
+  *status = control_.marklet.State().BackStyle == kTransparentStyle ? 0 : VIEWSTATUS_OPAQUE;
+  return S_OK;
+}
+
+HRESULT ViewFace::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* hit) {
+  if (!bounds || !hit) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  *hit = ::PtInRect(bounds, point) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  return S_OK;
+}
+
+HRESULT ViewFace::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rect, LONG, DWORD* hit) {
+  if (!bounds || !rect || !hit) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  ::RECT common;
+  *hit = ::IntersectRect(&common, bounds, rect) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  return S_OK;
+}
+
+// The control has no size that it would rather have.
+HRESULT ViewFace::GetNaturalExtent(DWORD, LONG, DVTARGETDEVICE*, ::HDC, DVEXTENTINFO*, LPSIZEL) {
+  return E_NOTIMPL;
+}
+
+}  // namespace marklet::activex

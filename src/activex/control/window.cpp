@@ -1,0 +1,257 @@
+#include "activex/control/window.h"
+
+#include <array>
+#include <bit>
+
+#include "activex/com/module.h"
+#include "activex/control/control_object.h"
+#include "activex/control/pointer.h"
+
+namespace marklet::activex {
+namespace {
+
+constexpr wchar_t kClassName[] = L"zvsMarklet.Marklet";
+
+// Registered once a module: a class goes with the module that registered it.
+bool RegisterWindowClass(WNDPROC procedure) {
+  WNDCLASSEXW description = {};
+  description.cbSize = sizeof description;
+  if (::GetClassInfoExW(ModuleInstance(), kClassName, &description)) return true;
+  description.style = CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW;
+  description.lpfnWndProc = procedure;
+  description.hInstance = ModuleInstance();
+  description.hCursor = ::LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
+  description.lpszClassName = kClassName;
+  return ::RegisterClassExW(&description) != 0;
+}
+
+struct Button {
+  UINT down, up, double_click;
+  short number;
+};
+constexpr Button kButtons[] = {{WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, 1},
+                               {WM_RBUTTONDOWN, WM_RBUTTONUP, WM_RBUTTONDBLCLK, 2},
+                               {WM_MBUTTONDOWN, WM_MBUTTONUP, WM_MBUTTONDBLCLK, 4}};
+
+short ButtonOf(UINT message) {
+  for (const Button& button : kButtons)
+    if (message == button.down || message == button.up || message == button.double_click)
+      return button.number;
+  return 0;
+}
+
+// All buttons that are down, as the mouse messages report them.
+short ButtonsOf(WPARAM keys) {
+  return static_cast<short>(((keys & MK_LBUTTON) != 0 ? 1 : 0) | ((keys & MK_RBUTTON) != 0 ? 2 : 0) |
+                            ((keys & MK_MBUTTON) != 0 ? 4 : 0));
+}
+
+// The messages don't say whether Alt is down.
+short ShiftOf(WPARAM keys) {
+  return static_cast<short>(((keys & MK_SHIFT) != 0 ? 1 : 0) | ((keys & MK_CONTROL) != 0 ? 2 : 0) |
+                            (::GetKeyState(VK_MENU) < 0 ? 4 : 0));
+}
+
+short XOf(LPARAM position) { return static_cast<short>(LOWORD(position)); }
+short YOf(LPARAM position) { return static_cast<short>(HIWORD(position)); }
+
+}  // namespace
+
+const ControlWindow::Route ControlWindow::kRoutes[] = {
+    {WM_PAINT, &ControlWindow::OnPaint},
+    {WM_PRINTCLIENT, &ControlWindow::OnPrintClient},
+    {WM_ERASEBKGND, &ControlWindow::OnEraseBackground},
+    {WM_SIZE, &ControlWindow::OnSize},
+    {WM_MOUSEMOVE, &ControlWindow::OnMouseMove},
+    {WM_LBUTTONDOWN, &ControlWindow::OnButtonDown},
+    {WM_RBUTTONDOWN, &ControlWindow::OnButtonDown},
+    {WM_MBUTTONDOWN, &ControlWindow::OnButtonDown},
+    {WM_LBUTTONUP, &ControlWindow::OnButtonUp},
+    {WM_RBUTTONUP, &ControlWindow::OnButtonUp},
+    {WM_MBUTTONUP, &ControlWindow::OnButtonUp},
+    {WM_LBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
+    {WM_RBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
+    {WM_MBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
+    {WM_CAPTURECHANGED, &ControlWindow::OnCaptureLost},
+    {WM_SETCURSOR, &ControlWindow::OnSetCursor},
+    {WM_NCDESTROY, &ControlWindow::OnLast},
+};
+
+void UnregisterWindowClass() { ::UnregisterClassW(kClassName, ModuleInstance()); }
+
+// --- The window -------------------------------------------------------------------------------------------
+
+ControlWindow::~ControlWindow() {
+  Destroy();
+  ReleaseContext();
+}
+
+bool ControlWindow::Create(::HWND parent, const ::RECT& position) {
+  if (window_) return true;
+  if (!RegisterWindowClass(&Procedure)) return false;
+  ReleaseContext();
+  ::CreateWindowExW(0, kClassName, Wide(control_.marklet.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
+                    position.left, position.top, position.right - position.left,
+                    position.bottom - position.top, parent, nullptr, ModuleInstance(), this);
+  return window_ != nullptr;
+}
+
+void ControlWindow::Destroy() {
+  ReleaseContext();
+  if (window_) ::DestroyWindow(window_);
+}
+
+::SIZE ControlWindow::ClientSize() const {
+  ::RECT client = {};
+  ::GetClientRect(window_, &client);
+  return {client.right, client.bottom};
+}
+
+void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
+  if (!window_) return;
+  ::RECT visible = position;
+  const bool cut = clip && ::IntersectRect(&visible, &position, clip) && !::EqualRect(&visible, &position);
+  if (cut) ::OffsetRect(&visible, -position.left, -position.top);
+  // The window owns the region from then on.
+  ::SetWindowRgn(window_, cut ? ::CreateRectRgnIndirect(&visible) : nullptr, TRUE);
+  ::SetWindowPos(window_, nullptr, position.left, position.top, position.right - position.left,
+                 position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// --- What is painted on -----------------------------------------------------------------------------------
+
+::HDC ControlWindow::Context() {
+  ::HDC context = paint_context_;
+  if (!context) {
+    if (!borrowed_context_) {
+      borrowed_from_window_ = window_ != nullptr;
+      borrowed_context_ = window_ ? ::GetDC(window_) : ::CreateCompatibleDC(nullptr);
+    }
+    context = borrowed_context_;
+  }
+  if (const FontRef font = control_.host.Font()) ::SelectObject(context, Native(font->hFont()));
+  return context;
+}
+
+void ControlWindow::ReleaseContext() {
+  if (!borrowed_context_) return;
+  ::SelectObject(borrowed_context_, ::GetStockObject(SYSTEM_FONT));
+  if (borrowed_from_window_)
+    ::ReleaseDC(window_, borrowed_context_);
+  else
+    ::DeleteDC(borrowed_context_);
+  borrowed_context_ = nullptr;
+}
+
+// --- Messages ---------------------------------------------------------------------------------------------
+
+LRESULT CALLBACK ControlWindow::Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_NCCREATE) {
+    auto* self = static_cast<ControlWindow*>(std::bit_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
+    self->window_ = window;
+    ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+  }
+  auto* self = std::bit_cast<ControlWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (!self) return ::DefWindowProcW(window, message, wparam, lparam);
+  const Entry entry(self->control_);
+  LRESULT result = 0;
+  Guarded([&] {
+    result = self->Handle(message, wparam, lparam);
+    return S_OK;
+  });
+  return result;
+}
+
+LRESULT ControlWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+  for (const Route& route : kRoutes)
+    if (route.message == message) return (this->*route.handler)(message, wparam, lparam);
+  return Default(message, wparam, lparam);
+}
+
+LRESULT ControlWindow::Default(UINT message, WPARAM wparam, LPARAM lparam) {
+  return ::DefWindowProcW(window_, message, wparam, lparam);
+}
+
+LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
+  PAINTSTRUCT paint;
+  const ::HWND window = window_;
+  paint_context_ = ::BeginPaint(window, &paint);
+  control_.marklet.PaintControl(nullptr);
+  if (paint_context_) ::SelectObject(paint_context_, ::GetStockObject(SYSTEM_FONT));
+  paint_context_ = nullptr;
+  ::EndPaint(window, &paint);
+  return 0;
+}
+
+LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
+  control_.marklet.PaintControl(Wrap(std::bit_cast<::HDC>(wparam)));
+  return 0;
+}
+
+// The picture covers everything, so that erasing would only flicker.
+LRESULT ControlWindow::OnEraseBackground(UINT, WPARAM, LPARAM) { return 1; }
+
+LRESULT ControlWindow::OnSize(UINT, WPARAM, LPARAM) {
+  control_.host.SizeMayHaveChanged();
+  return 0;
+}
+
+LRESULT ControlWindow::OnMouseMove(UINT, WPARAM wparam, LPARAM lparam) {
+  control_.marklet.MouseMove(ButtonsOf(wparam), ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  return 0;
+}
+
+LRESULT ControlWindow::OnButtonDown(UINT message, WPARAM wparam, LPARAM lparam) {
+  const short button = ButtonOf(message);
+  pressed_ = static_cast<short>(pressed_ | button);
+  swallow_click_ = false;
+  ::SetCapture(window_);
+  control_.marklet.MouseDown(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  return 0;
+}
+
+// A double click comes in place of the second press: the order is down, up, click, double click, up.
+LRESULT ControlWindow::OnDoubleClick(UINT message, WPARAM, LPARAM) {
+  pressed_ = static_cast<short>(pressed_ | ButtonOf(message));
+  swallow_click_ = true;
+  ::SetCapture(window_);
+  control_.marklet.DblClick();
+  return 0;
+}
+
+LRESULT ControlWindow::OnButtonUp(UINT message, WPARAM wparam, LPARAM lparam) {
+  const short button = ButtonOf(message);
+  const bool was_pressed = (pressed_ & button) != 0;
+  const ::SIZE size = ClientSize();
+  const bool inside = XOf(lparam) >= 0 && YOf(lparam) >= 0 && XOf(lparam) < size.cx && YOf(lparam) < size.cy;
+  // The middle button doesn't click.
+  const bool clicks = was_pressed && inside && !swallow_click_ && button != 4;
+  pressed_ = static_cast<short>(pressed_ & ~button);
+  if (pressed_ == 0 && ::GetCapture() == window_) ::ReleaseCapture();
+  control_.marklet.MouseUp(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  if (clicks) control_.marklet.Click();
+  return 0;
+}
+
+LRESULT ControlWindow::OnCaptureLost(UINT, WPARAM, LPARAM) {
+  pressed_ = 0;
+  return 0;
+}
+
+LRESULT ControlWindow::OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam) {
+  const bool in_client = LOWORD(lparam) == HTCLIENT;
+  if (in_client && SetPointer(control_.host.MousePointer(), control_.host.MouseIcon())) return TRUE;
+  return Default(message, wparam, lparam);
+}
+
+// The window is gone, by our hand or with its parent.
+LRESULT ControlWindow::OnLast(UINT message, WPARAM wparam, LPARAM lparam) {
+  ReleaseContext();
+  const ::HWND window = window_;
+  window_ = nullptr;
+  pressed_ = 0;
+  ::SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+  return ::DefWindowProcW(window, message, wparam, lparam);
+}
+
+}  // namespace marklet::activex

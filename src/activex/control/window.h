@@ -1,0 +1,66 @@
+// The control's window, there while the control is active in place, and what it draws on.
+#pragma once
+
+#include "activex/com/com.h"
+#include "activex/com/face.h"
+
+namespace marklet::activex {
+
+class ControlWindow {
+ public:
+  explicit ControlWindow(ControlObject& control) : control_(control) {}
+  ~ControlWindow();
+  ControlWindow(const ControlWindow&) = delete;
+  ControlWindow& operator=(const ControlWindow&) = delete;
+
+  // A child of `parent` at a position in its client area, in pixels, not yet visible.
+  bool Create(::HWND parent, const ::RECT& position);
+  void Destroy();
+  ::HWND Handle() const { return window_; }
+  ::SIZE ClientSize() const;
+  // Moves and sizes the window, and cuts it to `clip` where that covers it only in part. Both are in the
+  // client area of the parent.
+  void Place(const ::RECT& position, const ::RECT* clip);
+
+  // The context to paint on now: that of the paint message while one is answered, else the window's, else a
+  // memory context of one pixel, so that measuring works in a control that isn't active. The font of the
+  // control is selected. Valid until ReleaseContext.
+  ::HDC Context();
+  void ReleaseContext();
+
+ private:
+  using Handler = LRESULT (ControlWindow::*)(UINT message, WPARAM wparam, LPARAM lparam);
+  struct Route {
+    UINT message;
+    Handler handler;
+  };
+  static const Route kRoutes[];
+  static LRESULT CALLBACK Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT Default(UINT message, WPARAM wparam, LPARAM lparam);
+
+  LRESULT OnPaint(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnPrintClient(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnEraseBackground(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnSize(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnMouseMove(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnButtonDown(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnButtonUp(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnDoubleClick(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnCaptureLost(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnLast(UINT message, WPARAM wparam, LPARAM lparam);
+
+  ControlObject& control_;
+  ::HWND window_ = nullptr;
+  ::HDC paint_context_ = nullptr;     // of the paint message that is being answered
+  ::HDC borrowed_context_ = nullptr;  // the window's, or a memory context
+  bool borrowed_from_window_ = false;
+  short pressed_ = 0;           // the buttons that are down
+  bool swallow_click_ = false;  // the release behind a double click is no click
+};
+
+// Before the module goes. There is no window left then.
+void UnregisterWindowClass();
+
+}  // namespace marklet::activex

@@ -1,0 +1,83 @@
+// What a host gives the control: its window, its ambient properties, its extender and its container.
+//
+// These are the only interfaces of the seam with several implementations in one program: the hosting layer
+// over OLE, the memory host of marklet-render, and those of the tests. A host that lacks something answers
+// with the default named here. Calls may re-enter the control wherever that is said.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/shared/std_font.h"
+#include "platform/types.h"
+
+namespace marklet {
+
+// A picture object that the host hands in and takes back unread, such as a mouse pointer's icon.
+class HostObject {
+ public:
+  virtual ~HostObject() = default;
+};
+using HostObjectRef = std::shared_ptr<HostObject>;
+
+class Ambient {
+ public:
+  virtual ~Ambient() = default;
+  virtual bool UserMode() = 0;               // false in a designer; true without an answer
+  virtual OLE_COLOR BackColor() = 0;         // 0x8000000F without an answer
+  virtual OLE_COLOR ForeColor() = 0;         // 0x80000012 without an answer
+  virtual FontRef Font() = 0;                // never null; Tahoma 8.25 without an answer
+  virtual std::u16string DisplayName() = 0;  // empty without an answer
+  virtual bool RightToLeft() = 0;            // false without an answer
+};
+
+// An object of the host's whose members are reached by name, since its type isn't known.
+class NamedMembers {
+ public:
+  virtual ~NamedMembers() = default;
+  virtual std::optional<Long> GetLong(std::string_view name) = 0;  // none when there is no such member
+  virtual bool PutLong(std::string_view name, Long value) = 0;
+};
+
+class UserControl {
+ public:
+  virtual ~UserControl() = default;
+
+  virtual Ambient& AmbientProperties() = 0;
+
+  virtual HWND hWnd() = 0;          // null without a window
+  virtual HDC hDC() = 0;            // the context that Paint draws on; null when there is nowhere to draw
+  virtual double ScaleWidth() = 0;  // client size in pixels
+  virtual double ScaleHeight() = 0;
+  // Outer size in twips. Setting one raises Resize before it returns.
+  virtual double Width() = 0;
+  virtual double Height() = 0;
+  virtual void PutWidth(double twips) = 0;
+  virtual void PutHeight(double twips) = 0;
+  virtual double TwipsPerPixelX() = 0;  // 15 at 96 pixels per inch
+  virtual double TwipsPerPixelY() = 0;
+
+  virtual bool Enabled() = 0;
+  virtual void PutEnabled(bool enabled) = 0;
+  virtual FontRef Font() = 0;              // never null
+  virtual void PutFont(FontRef font) = 0;  // null is refused: the font stays
+  virtual OLE_COLOR BackColor() = 0;
+  virtual void PutBackColor(OLE_COLOR colour) = 0;
+  virtual HostObjectRef MouseIcon() = 0;
+  virtual void PutMouseIcon(HostObjectRef icon) = 0;
+  virtual Long MousePointer() = 0;
+  virtual void PutMousePointer(Long pointer) = 0;
+  virtual std::u16string AccessKeys() = 0;
+  virtual void PutAccessKeys(std::u16string keys) = 0;
+
+  virtual HWND ContainerHwnd() = 0;
+  virtual std::shared_ptr<NamedMembers> Parent() = 0;  // null when the host shows none
+  virtual std::shared_ptr<NamedMembers> Extender() = 0;
+
+  // Tells the host that a property changed, by its name; empty for no property in particular. May re-enter.
+  virtual void PropertyChanged(std::string_view name) = 0;
+};
+
+}  // namespace marklet

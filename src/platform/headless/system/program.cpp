@@ -1,0 +1,17 @@
+#include "platform/program.h"
+
+#include "platform/headless/recorder/recorder.h"
+
+namespace marklet {
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+  return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+std::optional<std::vector<std::string>> LogPlatformCalls(const std::function<void()>& paint) {
+  const Recorder recorder;
+  paint();
+  return recorder.Lines();
+}
+
+}  // namespace marklet

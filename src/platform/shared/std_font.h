@@ -1,0 +1,68 @@
+// The font object of the control and of every caption.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "base/local_ref.h"
+#include "platform/types.h"
+
+namespace marklet {
+
+// A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
+// holds the same object sees every change; a copy is a font of its own. Handles come from a cache of this
+// thread: setting a property and reading hFont again is cheap when that combination has been used before.
+class StdFont {
+ public:
+  StdFont();  // Tahoma, 8.25 points, regular
+
+  const std::u16string& Name() const;
+  double Size() const { return size_ / kSizeUnits; }  // points
+  bool Bold() const { return style_.weight > 550; }
+  Long Weight() const { return style_.weight; }
+  bool Italic() const { return style_.italic; }
+  bool Underline() const { return style_.underline; }
+  bool Strikethrough() const { return style_.strikethrough; }
+  std::uint8_t Charset() const;
+
+  void PutName(std::u16string_view name);
+  // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767. The
+  // height in pixels is that at the screen's resolution now.
+  void PutSize(double points);
+  void PutBold(bool bold);  // sets Weight to 700 or 400
+  void PutWeight(Long weight);
+  void PutItalic(bool italic);
+  void PutUnderline(bool underline);
+  void PutStrikethrough(bool strikethrough);
+  void PutCharset(std::uint8_t charset);
+
+  // The handle for the properties as they stand. Not the caller's to delete; valid while this object lives
+  // and its properties stay, and selected in a context until it is selected out. Null only when the platform
+  // can't make any font.
+  HFONT hFont() const;
+
+  // What tells the handles of a typeface apart.
+  struct Style {
+    Long height;  // as a LOGFONTW has it
+    Long weight = 400;
+    bool italic = false, underline = false, strikethrough = false;
+    friend bool operator==(const Style&, const Style&) = default;
+  };
+
+ private:
+  static constexpr double kSizeUnits = 10000;  // a point
+
+  // The typeface: name, charset and the list of handles. Shared by the fonts of this thread that have it, so
+  // that a copy of a font costs no allocation.
+  LocalRef family_;
+  Long size_ = 82500;  // in ten-thousandths of a point
+  Style style_;
+  // Empty when a property has changed since the last look-up.
+  mutable LocalRef handle_;
+};
+
+using FontRef = std::shared_ptr<StdFont>;
+
+}  // namespace marklet
