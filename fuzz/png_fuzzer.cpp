@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <utility>
 
+#include "base/processor.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/require.h"
 #include "png/cpng_decoder.h"
 #include "png/plain_decoder.h"
 #include "png/png_files.h"
-#include "png/processor.h"
 
 namespace marklet {
 namespace {
@@ -41,7 +41,7 @@ void Check(const CPngDecoder& decoder, const png::test::Bytes& pixels, const png
 }
 
 png::test::Bytes PixelsInPlainForm(png::test::Bytes file) {
-  const png::PlainFormOverride plain_form;
+  const ProcessorFormOverride plain_form(ProcessorForm::kPlain);
   return png::test::Decoded(std::move(file));
 }
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <cstring>
 
+#include "base/processor.h"
 #include "base/rounding.h"
 #include "bitmaps/alpha_rows_avx2.h"
-#include "bitmaps/code_path.h"
 
 namespace marklet {
 namespace {

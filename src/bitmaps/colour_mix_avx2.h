@@ -1,7 +1,7 @@
 // The mixes of colour_mix.h with two pixels in one register of AVX2.
 #pragma once
 
-#include "bitmaps/code_path.h"
+#include "base/processor.h"
 #include "bitmaps/colour_mix.h"
 
 #if MARKLET_HAS_AVX2_PATH

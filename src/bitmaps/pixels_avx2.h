@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "bitmaps/code_path.h"
+#include "base/processor.h"
 #if MARKLET_HAS_AVX2_PATH
 #include <immintrin.h>
 #endif

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <vector>
 
+#include "base/processor.h"
 #include "bitmaps/area_axis.h"
-#include "bitmaps/code_path.h"
 #if MARKLET_HAS_AVX2_PATH
 #include <immintrin.h>
 #endif

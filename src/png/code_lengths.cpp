@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "png/processor.h"
+#include "base/processor.h"
 
 namespace marklet::png {
 namespace {
@@ -55,14 +55,14 @@ bool CodeLengths::Add(std::uint32_t entry, std::uint32_t value) {
 
 bool CodeLengths::AddManyPlain(const CodeTable& table, FastBits& bits) { return AddManyInline(table, bits); }
 
-#if defined(MARKLET_BMI2)
-[[gnu::target("bmi,bmi2")]] bool CodeLengths::AddManyBmi2(const CodeTable& table, FastBits& bits) {
+#if MARKLET_HAS_BMI2_PATH
+MARKLET_BMI2 bool CodeLengths::AddManyBmi2(const CodeTable& table, FastBits& bits) {
   return AddManyInline(table, bits);
 }
 #endif
 
 bool CodeLengths::AddMany(const CodeTable& table, FastBits& bits) {
-#if defined(MARKLET_BMI2)
+#if MARKLET_HAS_BMI2_PATH
   if (TakesBmi2()) return AddManyBmi2(table, bits);
 #endif
   return AddManyPlain(table, bits);

@@ -1,7 +1,7 @@
 #include "png/inflate_fast.h"
 
+#include "base/processor.h"
 #include "png/match_copy.h"
-#include "png/processor.h"
 
 namespace marklet::png {
 namespace {
@@ -99,14 +99,14 @@ struct Match {
 
 bool RunPlain(FastRun& run) { return RunInline(run); }
 
-#if defined(MARKLET_BMI2)
-[[gnu::target("bmi,bmi2")]] bool RunBmi2(FastRun& run) { return RunInline(run); }
+#if MARKLET_HAS_BMI2_PATH
+MARKLET_BMI2 bool RunBmi2(FastRun& run) { return RunInline(run); }
 #endif
 
 }  // namespace
 
 bool FastRun::Run() {
-#if defined(MARKLET_BMI2)
+#if MARKLET_HAS_BMI2_PATH
   if (TakesBmi2()) return RunBmi2(*this);
 #endif
   return RunPlain(*this);

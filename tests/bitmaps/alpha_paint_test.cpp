@@ -6,10 +6,10 @@
 #include <tuple>
 
 #include "bitmaps/alpha_pixels.h"
-#include "bitmaps/code_path.h"
 #include "bitmaps/pixel_context.h"
 #include "platform/shared/os_tests.h"
 #include "platform/system.h"
+#include "support/processor_forms.h"
 
 namespace marklet {
 namespace {
@@ -67,12 +67,12 @@ bool Same(const PixelContext& a, const PixelContext& b) {
   return true;
 }
 
-class SoftwareAlphaPaintOnto : public testing::TestWithParam<std::tuple<int, CodePath>> {
+class SoftwareAlphaPaintOnto : public testing::TestWithParam<std::tuple<int, ProcessorForm>> {
  protected:
   int Depth() const { return std::get<0>(GetParam()); }
 
  private:
-  CodePathOverride path_{std::get<1>(GetParam())};
+  ProcessorFormOverride form_{std::get<1>(GetParam())};
 };
 
 TEST_P(SoftwareAlphaPaintOnto, FollowsItsDefinition) {
@@ -143,15 +143,10 @@ TEST_P(SoftwareAlphaPaintOnto, LeavesTheDestinationsAlphaAsItWas) {
 }
 
 INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, SoftwareAlphaPaintOnto,
-                         testing::Combine(testing::Values(24, 32),
-                                          testing::Values(CodePath::kPlain, CodePath::kAvx2)));
+                         testing::Combine(testing::Values(24, 32), testing::ValuesIn(kProcessorForms)));
 
-class AlphaArithmetic : public testing::TestWithParam<CodePath> {
- private:
-  CodePathOverride path_{GetParam()};
-};
-
-INSTANTIATE_TEST_SUITE_P(Paths, AlphaArithmetic, testing::Values(CodePath::kPlain, CodePath::kAvx2));
+class AlphaArithmetic : public ProcessorFormTest {};
+MARKLET_FOR_PROCESSOR_FORMS(AlphaArithmetic);
 
 TEST(SoftwareAlphaPaint, OntoItselfReadsItsOwnPixelsWhole) {
   Random random(52);

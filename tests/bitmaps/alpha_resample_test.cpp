@@ -4,18 +4,13 @@
 #include <cmath>
 
 #include "bitmaps/alpha_pixels.h"
-#include "bitmaps/code_path.h"
+#include "support/processor_forms.h"
 
 namespace marklet {
 namespace {
 
-class AlphaResample : public testing::TestWithParam<CodePath> {
- private:
-  CodePathOverride path_{GetParam()};
-};
-
-INSTANTIATE_TEST_SUITE_P(CodePaths, AlphaResample, testing::Values(CodePath::kPlain, CodePath::kAvx2),
-                         [](const auto& path) { return path.param == CodePath::kPlain ? "Plain" : "Avx2"; });
+class AlphaResample : public ProcessorFormTest {};
+MARKLET_FOR_PROCESSOR_FORMS(AlphaResample);
 
 int Rounded(double value) { return static_cast<int>(std::nearbyint(value)); }
 

@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "bitmaps/cdib24.h"
-#include "bitmaps/code_path.h"
 #include "bitmaps/pixels.h"
+#include "support/processor_forms.h"
 
 namespace marklet {
 namespace {
@@ -142,12 +142,8 @@ void ExpectBilinear(const CDib24& source, Long width, Long height, COLORREF key)
       << source.Width() << " by " << source.Height() << " to " << width << " by " << height;
 }
 
-class BilinearIntoBy : public testing::TestWithParam<CodePath> {
- private:
-  CodePathOverride path_{GetParam()};
-};
-
-INSTANTIATE_TEST_SUITE_P(CodePaths, BilinearIntoBy, testing::Values(CodePath::kPlain, CodePath::kAvx2));
+class BilinearIntoBy : public ProcessorFormTest {};
+MARKLET_FOR_PROCESSOR_FORMS(BilinearIntoBy);
 
 TEST_P(BilinearIntoBy, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
   Random random(2);

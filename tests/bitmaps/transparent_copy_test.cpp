@@ -5,9 +5,9 @@
 #include <tuple>
 
 #include "bitmaps/cdib24.h"
-#include "bitmaps/code_path.h"
 #include "bitmaps/pixel_context.h"
 #include "bitmaps/pixels.h"
+#include "support/processor_forms.h"
 
 namespace marklet {
 namespace {
@@ -76,12 +76,12 @@ Copy RandomCopy(Random& random) {
   return {near(), near(), near(), near(), near(), near()};
 }
 
-class TransparentCopyBetween : public testing::TestWithParam<std::tuple<std::array<int, 2>, CodePath>> {
+class TransparentCopyBetween : public testing::TestWithParam<std::tuple<std::array<int, 2>, ProcessorForm>> {
  protected:
   std::array<int, 2> Depths() const { return std::get<0>(GetParam()); }
 
  private:
-  CodePathOverride path_{std::get<1>(GetParam())};
+  ProcessorFormOverride form_{std::get<1>(GetParam())};
 };
 
 TEST_P(TransparentCopyBetween, TakesEveryPixelButTheKeyWithinBothSurfaces) {
@@ -124,16 +124,14 @@ TEST_P(TransparentCopyBetween, LongRowsAreCopiedAsShortOnes) {
   }
 }
 
-constexpr auto kPaths = {CodePath::kPlain, CodePath::kAvx2};
-
-INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, TransparentCopyBetween,
+INSTANTIATE_TEST_SUITE_P(DepthsAndForms, TransparentCopyBetween,
                          testing::Combine(testing::Values(std::array{24, 24}, std::array{24, 32},
                                                           std::array{32, 24}, std::array{32, 32}),
-                                          testing::ValuesIn(kPaths)));
+                                          testing::ValuesIn(kProcessorForms)));
 
-class TransparentCopyWithin : public testing::TestWithParam<std::tuple<int, CodePath>> {
+class TransparentCopyWithin : public testing::TestWithParam<std::tuple<int, ProcessorForm>> {
  private:
-  CodePathOverride path_{std::get<1>(GetParam())};
+  ProcessorFormOverride form_{std::get<1>(GetParam())};
 };
 
 TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
@@ -150,8 +148,8 @@ TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(DepthsAndPaths, TransparentCopyWithin,
-                         testing::Combine(testing::Values(24, 32), testing::ValuesIn(kPaths)));
+INSTANTIATE_TEST_SUITE_P(DepthsAndForms, TransparentCopyWithin,
+                         testing::Combine(testing::Values(24, 32), testing::ValuesIn(kProcessorForms)));
 
 TEST(TransparentCopy, LeavesTheDestinationWhereTheSourceIsTheKey) {
   const auto source = Surface(3, 1, kRed), target = Surface(3, 1, kGrey);

@@ -9,7 +9,7 @@
 
 #include "png/palettes.h"
 #include "png/png_files.h"
-#include "png/processor_forms.h"
+#include "support/processor_forms.h"
 
 namespace marklet::png::test {
 namespace {

@@ -8,7 +8,7 @@
 #include "png/inflate.h"
 #include "png/plain_inflate.h"
 #include "png/png_files.h"
-#include "png/processor_forms.h"
+#include "support/processor_forms.h"
 
 namespace marklet::png::test {
 namespace {

@@ -6,10 +6,10 @@
 #include <cstring>
 #include <memory>
 
+#include "base/processor.h"
 #include "png/deflate_streams.h"
 #include "png/plain_inflate.h"
 #include "png/png_files.h"
-#include "png/processor.h"
 
 namespace marklet::png::test {
 namespace {
@@ -346,7 +346,7 @@ class Rivals {
   template <typename Decode>
   static Inflated Run(bool in_plain_form, Decode decode) {
     if (!in_plain_form) return decode();
-    const PlainFormOverride plain_form;
+    const ProcessorFormOverride plain_form(ProcessorForm::kPlain);
     return decode();
   }
   static void ExpectSame(const Inflated& actual, const plain::Inflate::Result& expected) {

@@ -3,23 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 
-#include "png/processor.h"
+#include "base/processor.h"
 
-namespace marklet::png::test {
+namespace marklet {
 
-enum class ProcessorForm { kBest, kPlain };
+constexpr ProcessorForm kProcessorForms[] = {ProcessorForm::kBest, ProcessorForm::kPlain};
 
 class ProcessorFormTest : public testing::TestWithParam<ProcessorForm> {
- protected:
-  ProcessorFormTest() {
-    if (GetParam() == ProcessorForm::kPlain) plain_.emplace();
-  }
-
- private:
-  std::optional<PlainFormOverride> plain_;
+  ProcessorFormOverride form_{GetParam()};
 };
 
 inline std::string NameOf(const testing::TestParamInfo<ProcessorForm>& info) {
@@ -27,6 +20,6 @@ inline std::string NameOf(const testing::TestParamInfo<ProcessorForm>& info) {
 }
 
 #define MARKLET_FOR_PROCESSOR_FORMS(suite) \
-  INSTANTIATE_TEST_SUITE_P(Forms, suite, testing::Values(ProcessorForm::kBest, ProcessorForm::kPlain), NameOf)
+  INSTANTIATE_TEST_SUITE_P(Forms, suite, testing::ValuesIn(kProcessorForms), NameOf)
 
-}  // namespace marklet::png::test
+}  // namespace marklet
