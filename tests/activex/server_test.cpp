@@ -1,4 +1,4 @@
-// The server as a module: entries, factory, unloading, what it imports.
+// The server as a module: entries, factory, unloading.
 #include <algorithm>
 
 #include "activex/container.h"
@@ -42,34 +42,6 @@ TEST(ServerModule, StaysWhileAnythingIsInUse) {
   EXPECT_EQ(S_FALSE, server.CanUnloadNow()) << "an enumerator is in use";
   points.Reset();
   EXPECT_EQ(S_OK, server.CanUnloadNow());
-}
-
-// The names of the modules in the import directory of a loaded image.
-std::vector<std::string> Imports(HMODULE module) {
-  const auto* base = reinterpret_cast<const BYTE*>(module);
-  const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-  const IMAGE_DATA_DIRECTORY& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  const auto* entry = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
-  std::vector<std::string> names;
-  for (; entry->Name; ++entry) {
-    std::string name = reinterpret_cast<const char*>(base + entry->Name);
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](char c) { return static_cast<char>(tolower(c)); });
-    names.push_back(name);
-  }
-  return names;
-}
-
-TEST(ServerModule, ImportsSystemLibrariesAlone) {
-  const std::vector<std::string> system = {"advapi32.dll", "comctl32.dll", "gdi32.dll", "kernel32.dll",
-                                           "msimg32.dll",  "msvcrt.dll",   "ole32.dll", "oleaut32.dll",
-                                           "user32.dll",   "usp10.dll"};
-  const std::vector<std::string> imports = Imports(Server::Get().Module());
-  EXPECT_GE(imports.size(), 5u);
-  for (const std::string& name : imports)
-    EXPECT_NE(system.end(), std::find(system.begin(), system.end(), name))
-        << name << " may be missing elsewhere";
 }
 
 // --- Identity ---------------------------------------------------------------------------------------------

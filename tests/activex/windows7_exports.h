@@ -1,0 +1,70 @@
+// What the oldest supported Windows, 7 with service pack 1, exports of what the control may import, by
+// library.
+#pragma once
+
+#include <string_view>
+
+namespace ocx_test {
+
+struct ExportsOfWindows7 {
+  std::string_view library;
+  unsigned bits;           // 32 or 64 for what only that Windows has; 0 for both
+  std::string_view names;  // between blanks
+};
+
+inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
+    {"advapi32.dll", 0,
+     " RegCloseKey RegCreateKeyExW RegDeleteTreeW RegOpenKeyExW RegQueryInfoKeyW RegSetValueExW "},
+    {"gdi32.dll", 0,
+     " BeginPath BitBlt CloseEnhMetaFile CloseMetaFile CreateBitmap CreateCompatibleDC CreateDIBSection"
+     " CreateEnhMetaFileW CreateFontIndirectW CreateMetaFileW CreatePatternBrush CreatePen"
+     " CreateRectRgnIndirect CreateSolidBrush DeleteDC DeleteEnhMetaFile DeleteMetaFile DeleteObject"
+     " EndPath ExtTextOutW FlattenPath GdiFlush GetBitmapDimensionEx GetBkMode GetCharABCWidthsA GetClipBox"
+     " GetCurrentObject GetDeviceCaps GetObjectType GetObjectW GetPath GetStockObject GetTextAlign"
+     " GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW IntersectClipRect LineTo"
+     " MoveToEx PatBlt PolyPolygon RestoreDC SaveDC SelectObject SetBitmapDimensionEx SetBkColor SetBkMode"
+     " SetBrushOrgEx SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
+     " SetViewportExtEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
+    {"kernel32.dll", 0,
+     " AcquireSRWLockExclusive AddVectoredExceptionHandler CloseHandle CompareStringOrdinal CreateEventA"
+     " CreateFileW CreateSemaphoreA DeleteCriticalSection DuplicateHandle EnterCriticalSection"
+     " FormatMessageA FormatMessageW FreeLibrary GetCurrentProcess GetCurrentProcessId GetCurrentThread"
+     " GetCurrentThreadId GetFileSizeEx GetFileType GetHandleInformation GetLastError GetModuleFileNameW"
+     " GetModuleHandleA GetModuleHandleW GetProcAddress GetProcessAffinityMask GetSystemDirectoryW"
+     " GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 GetVersionExA GlobalAlloc"
+     " GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsDBCSLeadByteEx IsDebuggerPresent"
+     " LeaveCriticalSection LoadLibraryA LoadLibraryW LocalFree lstrcmpiW lstrcpyW lstrlenW MulDiv"
+     " MultiByteToWideChar OpenProcess OutputDebugStringA RaiseException ReadFile ReleaseSemaphore"
+     " ReleaseSRWLockExclusive RemoveVectoredExceptionHandler ResetEvent ResumeThread SetEvent SetLastError"
+     " SetProcessAffinityMask SetThreadContext SetThreadPriority Sleep SuspendThread TlsAlloc TlsGetValue"
+     " TlsSetValue TryEnterCriticalSection VirtualProtect VirtualQuery WaitForMultipleObjects"
+     " WaitForSingleObject WideCharToMultiByte "},
+    {"kernel32.dll", 64,
+     " __C_specific_handler RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "},
+    {"msimg32.dll", 0, " AlphaBlend "},
+    {"msvcrt.dll", 0,
+     " _aligned_free _aligned_malloc _amsg_exit _beginthreadex _close _endthreadex _errno _initterm _lock"
+     " _read _strdup _ultoa _unlock abort atoi calloc exit fprintf fputc fputs fputwc free fwprintf fwrite"
+     " localeconv longjmp malloc memchr memcmp memcpy memmove memset printf realloc setlocale signal strchr"
+     " strcmp strerror strlen strncmp vfprintf wcslen "},
+    {"msvcrt.dll", 32, " __mb_cur_max _iob _setjmp3 "},
+    {"msvcrt.dll", 64, " ___lc_codepage_func ___mb_cur_max_func __iob_func _setjmp "},
+    {"ole32.dll", 0,
+     " CoTaskMemAlloc CoTaskMemFree CreateDataAdviseHolder CreateErrorInfo CreateOleAdviseHolder"
+     " CreateStreamOnHGlobal OleRegEnumVerbs SetErrorInfo "},
+    {"oleaut32.dll", 0,
+     " LoadTypeLibEx OleCreateFontIndirect OleCreatePictureIndirect OleLoadPicture OleTranslateColor"
+     " SafeArrayAccessData SafeArrayCreate SafeArrayGetDim SafeArrayGetElemsize SafeArrayGetLBound"
+     " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
+     " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
+    {"user32.dll", 0,
+     " BeginPaint CharLowerBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW DefWindowProcA"
+     " DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge DrawTextW EnableWindow"
+     " EndPaint EqualRect FillRect GetActiveWindow GetCapture GetClassInfoExW GetClientRect GetDC"
+     " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW OffsetRect PtInRect"
+     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW SetWindowPos"
+     " SetWindowRgn ShowWindow UnregisterClassW "},
+    {"user32.dll", 64, " GetWindowLongPtrW SetWindowLongPtrW "},
+};
+
+}  // namespace ocx_test
