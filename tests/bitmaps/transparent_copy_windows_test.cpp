@@ -26,7 +26,7 @@ class DeviceBitmap {
   DeviceBitmap(const DeviceBitmap&) = delete;
   DeviceBitmap& operator=(const DeviceBitmap&) = delete;
 
-  HDC Get() const { return Wrap(dc_); }
+  HDC Get() const { return win32::Wrap(dc_); }
   void Put(int x, int y, COLORREF colour) { SetPixel(dc_, x, y, colour); }
   COLORREF At(int x, int y) const { return GetPixel(dc_, x, y); }
 

@@ -16,7 +16,7 @@ TEST(WindowsGdi, PixelsOfReadsOnlyBitmapsMadeThroughTheSeam) {
   BITMAPINFO info{};
   info.bmiHeader = {sizeof info.bmiHeader, 4, -3, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   void* bits = nullptr;
-  const HBITMAP top_down = Wrap(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  const HBITMAP top_down = win32::Wrap(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
   const HGDIOBJ former = SelectObject(dc, top_down);
   EXPECT_FALSE(PixelsOf(dc, view)) << "its rows may run the other way";
   SelectObject(dc, former);

@@ -10,7 +10,7 @@
 #include "platform/text.h"
 #include "platform/win32/handles.h"
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 class GiantText : public testing::Test {
@@ -113,4 +113,4 @@ TEST_F(GiantText, LeavesTheContextAsItWas) {
 }
 
 }  // namespace
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -11,7 +11,7 @@
 #include "platform/text.h"
 #include "platform/win32/handles.h"
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 constexpr Long kWidth = 200, kHeight = 80;
@@ -125,4 +125,4 @@ TEST_F(LongText, BreaksAtLineEndsAndUnderlinesMarksWhereThePlatformDoes) {
 }
 
 }  // namespace
-}  // namespace marklet
+}  // namespace marklet::win32

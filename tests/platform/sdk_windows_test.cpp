@@ -12,7 +12,7 @@
 
 #include <gtest/gtest.h>
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 TEST(Sdk, LeavesOurConstantsAloneWhenItComesFirst) {
@@ -37,4 +37,4 @@ TEST(Sdk, GivesHandlesAndRecordsBackUnchanged) {
 }
 
 }  // namespace
-}  // namespace marklet
+}  // namespace marklet::win32

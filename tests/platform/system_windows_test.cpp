@@ -11,6 +11,8 @@
 namespace marklet {
 namespace {
 
+using win32::Wrap;
+
 class WindowsSystem : public testing::Test {
  protected:
   WindowsSystem() { Configuration() = {}; }

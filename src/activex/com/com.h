@@ -10,6 +10,8 @@
 namespace marklet::activex {
 
 using Microsoft::WRL::ComPtr;
+using win32::Native;
+using win32::Wrap;
 
 inline constexpr HRESULT S_OK = 0;
 inline constexpr HRESULT S_FALSE = 1;

@@ -8,7 +8,7 @@
 
 #include "platform/types.h"
 
-namespace marklet {
+namespace marklet::win32 {
 
 constexpr std::int64_t kFar = 1 << 26;
 
@@ -25,4 +25,4 @@ constexpr Long Saturated(std::int64_t value) {
   return static_cast<Long>(std::clamp(value, -kMost, kMost));
 }
 
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -8,6 +8,13 @@
 namespace marklet {
 namespace {
 
+using win32::kFar;
+using win32::Native;
+using win32::NativeAs;
+using win32::Near;
+using win32::SavedState;
+using win32::Wrap;
+
 // One axis of a blit: what is left when both ends are cut to GDI's range.
 struct Span {
   Long start, length, source;

@@ -6,7 +6,7 @@
 
 #include "platform/win32/saved_state.h"
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 struct Point {
@@ -90,7 +90,7 @@ bool FillGiantText(::HDC dc, int x, int y, std::u16string_view text, const ::REC
   const ::HFONT other = GetTextMetricsW(dc, &metrics) ? OutlineFont(dc, metrics.tmHeight) : nullptr;
   if (!other) return false;
   const ::HGDIOBJ font = ::SelectObject(dc, other);
-  const int mode = ::SetBkMode(dc, sdk::kTransparentMode);
+  const int mode = ::SetBkMode(dc, kTransparentMode);
   TEXTMETRICW taken{};
   GetTextMetricsW(dc, &taken);
   std::vector<Contour> contours = OutlinesOf(dc, text);
@@ -106,4 +106,4 @@ bool FillGiantText(::HDC dc, int x, int y, std::u16string_view text, const ::REC
   return Fill(dc, contours);
 }
 
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -9,7 +9,7 @@
 #include "platform/types.h"
 #include "platform/win32/sdk.h"
 
-namespace marklet {
+namespace marklet::win32 {
 
 static_assert(sizeof(RECT) == sizeof(::RECT) && offsetof(RECT, bottom) == offsetof(::RECT, bottom));
 static_assert(sizeof(SIZE) == sizeof(::SIZE) && offsetof(SIZE, cy) == offsetof(::SIZE, cy));
@@ -38,4 +38,4 @@ inline SIZE Wrap(const ::SIZE& size) { return std::bit_cast<SIZE>(size); }
 inline ABC Wrap(const ::ABC& widths) { return std::bit_cast<ABC>(widths); }
 inline const char16_t* Wrap(const wchar_t* text) { return reinterpret_cast<const char16_t*>(text); }
 
-}  // namespace marklet
+}  // namespace marklet::win32

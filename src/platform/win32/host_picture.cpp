@@ -13,10 +13,12 @@
 #include "platform/win32/picture.h"
 
 namespace marklet {
-
 namespace {
 
 using Microsoft::WRL::ComPtr;
+using win32::Native;
+using win32::Wrap;
+using win32::WrapPicture;
 
 // A stream over a copy of the bytes; null without memory.
 ComPtr<IStream> StreamOver(const std::vector<std::uint8_t>& bytes) {
@@ -102,7 +104,7 @@ bool DrawPicture(IPicture& picture, ::HDC dc) {
 
 }  // namespace
 
-PictureRef WrapPicture(ComPtr<IPicture> picture) {
+PictureRef win32::WrapPicture(ComPtr<IPicture> picture) {
   try {
     return std::make_shared<HostPicture>(HostPicture{std::move(picture)});
   } catch (const std::bad_alloc&) {

@@ -8,6 +8,9 @@
 namespace marklet {
 namespace {
 
+using win32::Native;
+using win32::NativeAs;
+
 // The platform wants masks of one bit. A copy to such a bitmap makes white of what has the background colour
 // of the source, which is white in a new context, and black of all else.
 ::HBITMAP CreateMonochrome(HBITMAP mask, const BITMAP& size) {
@@ -49,7 +52,7 @@ PictureRef OleCreatePictureIndirect(IconRef icon) {
                                         reinterpret_cast<void**>(picture.GetAddressOf()))))
     return nullptr;
   static_cast<void>(icon.release());  // the picture's from now on
-  return WrapPicture(std::move(picture));
+  return win32::WrapPicture(std::move(picture));
 }
 
 }  // namespace marklet

@@ -8,7 +8,7 @@
 #include "platform/win32/saved_state.h"
 #include "platform/win32/text_run.h"
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 // A text without its "&" marks, and where they underline.
@@ -182,4 +182,4 @@ int DrawLongText(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t fla
   return Saturated(layout.Height());
 }
 
-}  // namespace marklet
+}  // namespace marklet::win32

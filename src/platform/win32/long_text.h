@@ -5,10 +5,10 @@
 
 #include "platform/types.h"
 
-namespace marklet {
+namespace marklet::win32 {
 
 // The contract is DrawTextW's in text.h. Time is linear in the text; drawing ends with the first line below
 // the rectangle.
 int DrawLongText(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags);
 
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -10,7 +10,11 @@ struct HostPicture {
   Microsoft::WRL::ComPtr<IPicture> picture;
 };
 
+namespace win32 {
+
 // Null without memory; the picture is released then.
 PictureRef WrapPicture(Microsoft::WRL::ComPtr<IPicture> picture);
+
+}  // namespace win32
 
 }  // namespace marklet

@@ -4,7 +4,7 @@
 #include "platform/win32/coordinates.h"
 #include "platform/win32/handles.h"
 
-namespace marklet {
+namespace marklet::win32 {
 
 // Saves the clip, the selections, the colours and the modes, and brings them back.
 class SavedState {
@@ -26,4 +26,4 @@ inline void ClipTo(::HDC dc, const RECT& rect) {
   IntersectClipRect(dc, near.left, near.top, near.right, near.bottom);
 }
 
-}  // namespace marklet
+}  // namespace marklet::win32

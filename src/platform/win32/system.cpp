@@ -8,6 +8,9 @@
 namespace marklet {
 namespace {
 
+using win32::Native;
+using win32::Wrap;
+
 constexpr std::size_t kMostUnits =
     std::numeric_limits<int>::max() / 4;  // what a length of the platform can say
 

@@ -13,6 +13,21 @@
 namespace marklet {
 namespace {
 
+using win32::ClipTo;
+using win32::DrawLongText;
+using win32::DrawRun;
+using win32::kOpaqueMode;
+using win32::kPlainHeight;
+using win32::kPlainUnits;
+using win32::kTransparentMode;
+using win32::MetricsOf;
+using win32::Native;
+using win32::Near;
+using win32::Saturated;
+using win32::SavedState;
+using win32::WidthOf;
+using win32::Wrap;
+
 // Whether the platform's own calls do.
 bool IsPlain(std::u16string_view text, int line_height) {
   return text.size() <= kPlainUnits && line_height <= kPlainHeight;
@@ -110,10 +125,10 @@ COLORREF SetBkColor(HDC dc, COLORREF colour) { return ::SetBkColor(Native(dc), c
 
 int SetBkMode(HDC dc, int mode) {
   int former = ::SetBkMode(Native(dc), mode);
-  const bool named = mode == sdk::kTransparentMode || mode == sdk::kOpaqueMode;
+  const bool named = mode == kTransparentMode || mode == kOpaqueMode;
   // A platform that refuses a mode it has no name for gets the one that looks the same.
-  if (former == 0 && !named) former = ::SetBkMode(Native(dc), sdk::kTransparentMode);
-  return former == sdk::kTransparentMode || former == sdk::kOpaqueMode ? former : 0;
+  if (former == 0 && !named) former = ::SetBkMode(Native(dc), kTransparentMode);
+  return former == kTransparentMode || former == kOpaqueMode ? former : 0;
 }
 
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align) {

@@ -5,7 +5,7 @@
 
 #include "platform/win32/giant_text.h"
 
-namespace marklet {
+namespace marklet::win32 {
 namespace {
 
 // At such heights a handful of characters cover any screen; the rest of a heap of them on one spot is left
@@ -23,7 +23,7 @@ int Measure(::HDC dc, std::u16string_view piece, Ends& ends) {
 }
 
 void FillBox(::HDC dc, const ::RECT& box) {
-  if (::GetBkMode(dc) == sdk::kOpaqueMode) ::ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &box, nullptr, 0, nullptr);
+  if (::GetBkMode(dc) == kOpaqueMode) ::ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &box, nullptr, 0, nullptr);
 }
 
 // Draws those characters of a piece in a giant font that the clip shows.
@@ -118,4 +118,4 @@ bool DrawRun(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text,
   return drawn;
 }
 
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -8,7 +8,7 @@
 
 #include "platform/win32/handles.h"
 
-namespace marklet {
+namespace marklet::win32 {
 
 // Up to this many units and this height of a line in pixels the platform's own calls do.
 constexpr std::size_t kPlainUnits = 1000;
@@ -29,4 +29,4 @@ std::size_t UnitsThatFit(::HDC dc, std::u16string_view text, std::int64_t width)
 // `rtl` what comes first stands at the right.
 bool DrawRun(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text, bool rtl);
 
-}  // namespace marklet
+}  // namespace marklet::win32

@@ -15,7 +15,7 @@ Long ScriptIsComplex(std::u16string_view text, std::uint32_t flags) {
   constexpr std::size_t kMost = std::numeric_limits<int>::max();
   if (text.empty()) return S_FALSE;
   if (!function) return E_NOTIMPL;
-  return function(Native(text.data()), static_cast<int>(std::min(text.size(), kMost)), flags);
+  return function(win32::Native(text.data()), static_cast<int>(std::min(text.size(), kMost)), flags);
 }
 
 }  // namespace marklet
