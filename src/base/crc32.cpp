@@ -3,6 +3,8 @@
 #include <array>
 #include <cstddef>
 
+#include "base/byte_order.h"
+
 namespace marklet {
 namespace {
 
@@ -26,17 +28,13 @@ constexpr Tables MakeTables() {
 }
 constexpr Tables kTables = MakeTables();
 
-constexpr std::uint32_t Four(const std::uint8_t* bytes) {
-  return bytes[0] | std::uint32_t{bytes[1]} << 8 | std::uint32_t{bytes[2]} << 16 |
-         std::uint32_t{bytes[3]} << 24;
-}
-
 }  // namespace
 
 std::uint32_t Crc32(std::span<const std::uint8_t> bytes) {
   std::uint32_t sum = 0xFFFFFFFFu;
   for (; bytes.size() >= kStep; bytes = bytes.subspan(kStep)) {
-    const std::uint32_t low = sum ^ Four(bytes.data()), high = Four(bytes.data() + 4);
+    const std::uint32_t low = sum ^ LoadLittleEndian<std::uint32_t>(bytes.data()),
+                        high = LoadLittleEndian<std::uint32_t>(bytes.data() + 4);
     sum = kTables[7][low & 0xFF] ^ kTables[6][low >> 8 & 0xFF] ^ kTables[5][low >> 16 & 0xFF] ^
           kTables[4][low >> 24] ^ kTables[3][high & 0xFF] ^ kTables[2][high >> 8 & 0xFF] ^
           kTables[1][high >> 16 & 0xFF] ^ kTables[0][high >> 24];

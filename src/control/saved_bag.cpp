@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/byte_order.h"
 #include "base/byte_reader.h"
 #include "base/crc32.h"
 
@@ -17,10 +18,6 @@ constexpr std::uint8_t kMagic[] = {'M', 'a', 'r', 'k', 'l', 'e', 't', 0x1A};
 constexpr std::uint16_t kMajor = 1, kMinor = 0;
 constexpr std::size_t kLengthAt = 12, kChecksumBytes = 4;
 constexpr std::size_t kLongestName = 255;
-
-void PutU32(std::vector<std::uint8_t>& bytes, std::size_t at, std::uint32_t number) {
-  for (std::size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<std::uint8_t>(number >> 8 * i);
-}
 
 }  // namespace
 
@@ -158,7 +155,7 @@ void SavedBag::AppendRecord(std::string_view name, SavedType type, Put put) {
   records_.push_back(
       {start + 2, value_at, value_bytes, static_cast<std::uint8_t>(name.size()), bytes_[start]});
   sorted_ = false;
-  PutU32(bytes_, length_at, value_bytes);
+  StoreLittleEndian(&bytes_[length_at], value_bytes);
 }
 
 const std::vector<std::uint8_t>& SavedBag::Bytes() {
@@ -167,7 +164,7 @@ const std::vector<std::uint8_t>& SavedBag::Bytes() {
 }
 
 void SavedBag::Seal() {
-  PutU32(bytes_, kLengthAt, static_cast<std::uint32_t>(bytes_.size() - kHeaderBytes));
+  StoreLittleEndian(&bytes_[kLengthAt], static_cast<std::uint32_t>(bytes_.size() - kHeaderBytes));
   AppendU32(bytes_, Crc32(bytes_));
   sealed_ = true;
 }

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/byte_order.h"
 #include "base/byte_reader.h"
 #include "control/text_bytes.h"
 
@@ -187,13 +188,9 @@ BagValue ToNumber(const BagValue& value, BagType type) {
 
 void AppendU8(SavedBytes& bytes, std::uint32_t number) { bytes.push_back(static_cast<std::uint8_t>(number)); }
 void AppendU16(SavedBytes& bytes, std::uint32_t number) {
-  AppendU8(bytes, number);
-  AppendU8(bytes, number >> 8);
+  AppendLittleEndian(bytes, static_cast<std::uint16_t>(number));
 }
-void AppendU32(SavedBytes& bytes, std::uint32_t number) {
-  AppendU16(bytes, number);
-  AppendU16(bytes, number >> 16);
-}
+void AppendU32(SavedBytes& bytes, std::uint32_t number) { AppendLittleEndian(bytes, number); }
 
 // --- Values -----------------------------------------------------------------------------------------------
 

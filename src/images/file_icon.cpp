@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "base/byte_reader.h"
 #include "platform/file.h"
 
 namespace marklet {
@@ -12,12 +13,6 @@ namespace {
 
 constexpr std::size_t kHeaderBytes = 6, kEntryBytes = 16;
 constexpr Long kIconType = 1;  // a cursor file has 2
-
-std::uint32_t ReadNumber(std::span<const std::uint8_t> file, std::size_t offset, int bytes) {
-  std::uint32_t number = 0;
-  for (int i = bytes; i-- > 0;) number = number << 8 | file[offset + static_cast<std::size_t>(i)];
-  return number;
-}
 
 // Zeroed pixels of 32 bits in a context of their own.
 class Canvas {
@@ -99,16 +94,16 @@ bool CFileIcon::OpenIconBytes(std::vector<std::uint8_t> file) {
 
 // The data stay where they are: entries may share them, so that a small file can't ask for much memory.
 bool CFileIcon::ReadEntries() {
-  const std::span<const std::uint8_t> file = file_;
-  if (file.size() < kHeaderBytes) return false;
-  const auto count = static_cast<std::int16_t>(ReadNumber(file, 4, 2));
-  if (ReadNumber(file, 0, 2) != 0 || ReadNumber(file, 2, 2) != kIconType || count < 1) return false;
-  if (static_cast<std::size_t>(count) > (file.size() - kHeaderBytes) / kEntryBytes) return false;
+  const PaddedBytes file(file_);
+  if (file.Size() < kHeaderBytes) return false;
+  const auto count = static_cast<std::int16_t>(file.U16(4));
+  if (file.U16(0) != 0 || file.U16(2) != kIconType || count < 1) return false;
+  if (static_cast<std::size_t>(count) > (file.Size() - kHeaderBytes) / kEntryBytes) return false;
   entries_.reserve(static_cast<std::size_t>(count));
   for (std::size_t at = kHeaderBytes; std::ssize(entries_) < count; at += kEntryBytes) {
-    const std::size_t size = ReadNumber(file, at + 8, 4), offset = ReadNumber(file, at + 12, 4);
-    if (size != 0 && (offset > file.size() || size > file.size() - offset)) return false;
-    entries_.push_back({file[at], file[at + 1], size != 0 ? offset : 0, size});
+    const std::size_t size = file.U32(at + 8), offset = file.U32(at + 12);
+    if (size != 0 && (offset > file.Size() || size > file.Size() - offset)) return false;
+    entries_.push_back({file.U8(at), file.U8(at + 1), size != 0 ? offset : 0, size});
   }
   return true;
 }

@@ -4,16 +4,13 @@
 #include <cstring>
 #include <vector>
 
+#include "base/byte_reader.h"
+
 namespace marklet {
 namespace {
 
 constexpr std::int64_t kHeaderBytes = 40, kPaletteEntryBytes = 4;
 constexpr std::uint32_t kUncompressed = 0;
-
-std::uint16_t ReadWord(const std::uint8_t* at) { return static_cast<std::uint16_t>(at[0] | at[1] << 8); }
-std::uint32_t ReadDword(const std::uint8_t* at) {
-  return ReadWord(at) | static_cast<std::uint32_t>(ReadWord(at + 2)) << 16;
-}
 
 std::int64_t RowBytes(std::int64_t pixels, int bits_per_pixel) { return (pixels * bits_per_pixel + 7) / 8; }
 
@@ -44,7 +41,7 @@ void UnpackIndexed(const std::uint8_t* row, Long pixels, const IconPalette& pale
 void Unpack16(const std::uint8_t* row, Long pixels, const IconPalette&, std::uint8_t* out) {
   const auto widened = [](unsigned five) { return (five & 31) << 3 | (five & 31) >> 2; };
   for (Long x = 0; x < pixels; ++x, row += 2, out += 4) {
-    const unsigned pixel = ReadWord(row);
+    const unsigned pixel = LoadLittleEndian<std::uint16_t>(row);
     Put(out, widened(pixel), widened(pixel >> 5), widened(pixel >> 10));
   }
 }
@@ -75,14 +72,9 @@ Unpacker UnpackerFor(int bits) {
 
 std::optional<BITMAPINFOHEADER> ReadHeader(std::span<const std::uint8_t> data) {
   if (data.size() < static_cast<std::size_t>(kHeaderBytes)) return std::nullopt;
-  const std::uint8_t* at = data.data();
-  return BITMAPINFOHEADER{ReadDword(at),
-                          static_cast<Long>(ReadDword(at + 4)),
-                          static_cast<Long>(ReadDword(at + 8)),
-                          ReadWord(at + 12),
-                          ReadWord(at + 14),
-                          ReadDword(at + 16),
-                          ReadDword(at + 32)};
+  const PaddedBytes header(data);
+  return BITMAPINFOHEADER{header.U32(0),  header.I32(4),  header.I32(8), header.U16(12),
+                          header.U16(14), header.U32(16), header.U32(32)};
 }
 
 std::int64_t ColourCountOf(const BITMAPINFOHEADER& header) {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <iterator>
 
+#include "base/byte_order.h"
 #include "png/lanes.h"
 
 namespace marklet::png {
@@ -13,12 +13,8 @@ namespace {
 static_assert(std::endian::native == std::endian::little,
               "pixels are handled as 32-bit numbers, blue lowest");
 
-inline std::uint32_t LoadPixel(const std::uint8_t* from) {
-  std::uint32_t pixel;
-  std::memcpy(&pixel, from, sizeof pixel);
-  return pixel;
-}
-inline void StorePixel(std::uint8_t* to, std::uint32_t pixel) { std::memcpy(to, &pixel, sizeof pixel); }
+inline std::uint32_t LoadPixel(const std::uint8_t* from) { return LoadLittleEndian<std::uint32_t>(from); }
+inline void StorePixel(std::uint8_t* to, std::uint32_t pixel) { StoreLittleEndian(to, pixel); }
 
 // ---- where pixels come from ----
 
@@ -46,7 +42,7 @@ class Rgba {
   static Words8 InOrder(Words8 raw) { return WithRedAndBlueSwapped(raw); }
   Rgba(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
   std::uint32_t One() {
-    const std::uint32_t pixel = std::rotr(__builtin_bswap32(LoadPixel(from_)), 8);
+    const std::uint32_t pixel = std::rotr(LoadBigEndian<std::uint32_t>(from_), 8);
     from_ += 4;
     return pixel;
   }
@@ -73,7 +69,7 @@ class Rgb {
   }
   Rgb(const std::uint8_t* scanline, const PixelRun&) : from_(scanline) {}
   std::uint32_t One() {
-    const std::uint32_t pixel = __builtin_bswap32(LoadPixel(from_)) >> 8;
+    const std::uint32_t pixel = LoadBigEndian<std::uint32_t>(from_) >> 8;
     from_ += 3;
     return pixel;
   }
@@ -200,8 +196,9 @@ void MakeAverageOnTop(const std::uint8_t* scanline, const PixelRun& run) {
 // both, the lesser, and in between upper_left. Where both hold the two are one.
 inline Words8 PaethPredictor(Words8 left, Words8 upper, Words8 upper_left, Words8 threshold) {
   const Words8 lesser = Lesser(left, upper), greater = Greater(left, upper);
-  const Words8 below_greater = threshold<greater, above_lesser = threshold> lesser;
-  return (lesser & ~below_greater) | (greater & ~above_lesser) | (upper_left & below_greater & above_lesser);
+  const Words8 under_greater = greater > threshold;
+  const Words8 over_lesser = threshold > lesser;
+  return (lesser & ~under_greater) | (greater & ~over_lesser) | (upper_left & under_greater & over_lesser);
 }
 
 // A sum of bytes in words; what is carried out of a byte is lost.

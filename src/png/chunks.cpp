@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/byte_reader.h"
 #include "png/palettes.h"
 
 namespace marklet::png {
@@ -16,14 +17,6 @@ constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 0x50, 0x4E, 0x47, 0x0D
 
 bool CheckSignature(Bytes file) {
   return file.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), file.begin());
-}
-
-// Four bytes at `offset`, first byte highest; what lies behind the end counts as 0.
-Long BigEndianLong(Bytes bytes, std::size_t offset) {
-  std::uint32_t value = 0;
-  for (std::size_t index = offset; index < offset + 4; ++index)
-    value = value << 8 | (index < bytes.size() ? bytes[index] : 0u);
-  return static_cast<Long>(value);
 }
 
 std::string_view AsText(Bytes bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
@@ -40,8 +33,8 @@ bool ParseHeader(Context context, Bytes payload) {
   constexpr std::size_t kHeaderBytes = 13;
   if (payload.size() < kHeaderBytes) return false;
   ChunkFields& fields = context.fields;
-  fields.Width = BigEndianLong(payload, 0);
-  fields.Height = BigEndianLong(payload, 4);
+  fields.Width = PaddedBytes(payload).BigI32(0);
+  fields.Height = PaddedBytes(payload).BigI32(4);
   fields.BitDepth = payload[8];
   fields.ColorType = payload[9];
   fields.CompressionMethod = payload[10];
@@ -70,7 +63,7 @@ bool KeepBackground(Context context, Bytes payload) {
 }
 
 bool KeepGamma(Context context, Bytes payload) {
-  context.fields.GammaValue = BigEndianLong(payload, 0);
+  context.fields.GammaValue = PaddedBytes(payload).BigI32(0);
   return true;
 }
 
@@ -178,7 +171,7 @@ class Walker {
   }
 
   Verdict Next() {
-    const Long length = BigEndianLong(TakeFour(), 0);
+    const Long length = PaddedBytes(TakeFour()).BigI32(0);
     const std::string_view type = AsText(TakeFour());
     // There must be a byte behind the payload, as the CRC is.
     if (static_cast<std::int64_t>(position_) + length >= static_cast<std::int64_t>(file_.size()))

@@ -1,29 +1,12 @@
 // Bits of a deflate stream in a register, refilled eight bytes at a time.
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+
+#include "base/byte_order.h"
 
 namespace marklet::png {
-
-inline std::uint64_t LittleEndian(std::uint64_t value) {
-  return std::endian::native == std::endian::little ? value : __builtin_bswap64(value);
-}
-inline std::uint64_t LoadLittleEndian(const std::uint8_t* bytes) {
-  std::uint64_t value;
-  std::memcpy(&value, bytes, sizeof value);
-  return LittleEndian(value);
-}
-inline void StoreLittleEndian(std::uint8_t* bytes, std::uint64_t value) {
-  value = LittleEndian(value);
-  std::memcpy(bytes, &value, sizeof value);
-}
-inline void StoreLittleEndian(std::uint8_t* bytes, std::uint16_t value) {
-  if constexpr (std::endian::native != std::endian::little) value = __builtin_bswap16(value);
-  std::memcpy(bytes, &value, sizeof value);
-}
 
 class FastBits {
  public:
@@ -42,7 +25,7 @@ class FastBits {
   [[gnu::always_inline]] bool Refill(unsigned needed) {
     if (end_ - in_ < static_cast<std::ptrdiff_t>(sizeof bits_)) [[unlikely]]
       return RefillNearEnd(needed);
-    bits_ |= LoadLittleEndian(in_) << (count_ & 63);
+    bits_ |= LoadLittleEndian<std::uint64_t>(in_) << (count_ & 63);
     in_ += (63 - count_) >> 3 & 7;
     count_ |= kRefilled;
     return true;
@@ -67,7 +50,7 @@ class FastBits {
   [[gnu::always_inline]] bool RefillNearEnd(unsigned needed) {
     count_ &= 0xFF;
     const auto left = static_cast<unsigned>(end_ - in_);
-    const std::uint64_t rest = LoadLittleEndian(end_ - 8) >> 8 * (7 - left) >> 8;
+    const std::uint64_t rest = LoadLittleEndian<std::uint64_t>(end_ - 8) >> 8 * (7 - left) >> 8;
     bits_ |= rest << count_;
     const unsigned taken = left < (63 - count_) / 8 ? left : (63 - count_) / 8;
     in_ += taken;

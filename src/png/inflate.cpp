@@ -84,7 +84,7 @@ void Inflater::FillBits(int count) {
   if (bit_count_ >= count) return;
   const auto wanted = static_cast<std::size_t>(count - bit_count_ + 7) / 8;
   if (stream_.size() - input_position_ >= sizeof(std::uint64_t)) {
-    const auto next = static_cast<std::uint32_t>(LoadLittleEndian(stream_.data() + input_position_));
+    const auto next = LoadLittleEndian<std::uint32_t>(stream_.data() + input_position_);
     bit_buffer_ |= (next & ((1u << 8 * wanted) - 1u)) << bit_count_;
     input_position_ += wanted;
     bit_count_ += static_cast<int>(8 * wanted);
@@ -165,7 +165,7 @@ Inflater::Step Inflater::StartStored(const InflateWindow& window) {
   // Bytes read ahead count as gone here, though they are given back below.
   if (input_position_ + 4 >= stream_.size()) return Step::kFinish;
   input_position_ -= static_cast<std::size_t>(bit_count_ / 8);
-  stored_left_ = stream_[input_position_] | std::size_t{stream_[input_position_ + 1]} << 8;
+  stored_left_ = LoadLittleEndian<std::uint16_t>(&stream_[input_position_]);
   input_position_ += 4;  // the complement behind the length may say what it likes
   bit_buffer_ = 0;
   bit_count_ = 0;

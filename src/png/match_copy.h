@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "png/fast_bits.h"
+#include "base/byte_order.h"
 
 namespace marklet::png {
 
@@ -16,7 +16,8 @@ inline void RepeatShort(std::uint8_t* out, std::size_t distance, std::size_t len
       0,           ~0ull / 0xFF,   ~0ull / 0xFFFF, 0x0001000001000001,
       0x100000001, 1ull << 40 | 1, 1ull << 48 | 1, 1ull << 56 | 1};
   static constexpr std::uint8_t kSteps[8] = {0, 8, 8, 6, 8, 5, 6, 7};
-  const std::uint64_t last = LoadLittleEndian(out - distance) & ((std::uint64_t{1} << 8 * distance) - 1);
+  const std::uint64_t last =
+      LoadLittleEndian<std::uint64_t>(out - distance) & ((std::uint64_t{1} << 8 * distance) - 1);
   const std::uint64_t pattern = last * kCopies[distance];
   const std::size_t step = kSteps[distance];
   const std::uint8_t* const end = out + length;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/byte_reader.h"
 #include "base/rounding.h"
 
 namespace marklet::png {
@@ -12,11 +13,9 @@ using Bytes = std::span<const std::uint8_t>;
 
 // Triples of red, green and blue to entries; missing bytes are 0.
 void FillSlot(std::span<PaletteEntry> slot, Bytes triples) {
-  const auto byte = [&](std::size_t index) {
-    return index < triples.size() ? triples[index] : std::uint8_t{0};
-  };
+  const PaddedBytes bytes(triples);
   for (std::size_t entry = 0; entry < slot.size(); ++entry)
-    slot[entry] = {byte(3 * entry + 2), byte(3 * entry + 1), byte(3 * entry), 0};
+    slot[entry] = {bytes.U8(3 * entry + 2), bytes.U8(3 * entry + 1), bytes.U8(3 * entry), 0};
 }
 
 // Where a gray ramp goes; nothing for a depth that has no slot.
@@ -36,8 +35,6 @@ std::span<PaletteEntry> SlotOfRamp(Long depth, bool expanded) {
   }
 }
 
-unsigned BigEndianShort(Bytes bytes, std::size_t offset) { return bytes[offset] * 256u + bytes[offset + 1]; }
-
 COLORREF TripleAt(Bytes triples, std::size_t index) {
   if (triples.size() < 3 * index + 3) return 0;
   return MakeRgb(triples[3 * index], triples[3 * index + 1], triples[3 * index + 2]);
@@ -45,7 +42,7 @@ COLORREF TripleAt(Bytes triples, std::size_t index) {
 
 COLORREF GrayBackground(Bytes payload, Long bit_depth) {
   if (payload.size() != 2) return 0;
-  const unsigned level = BigEndianShort(payload, 0);
+  const unsigned level = PaddedBytes(payload).BigU16(0);
   if (level > std::exp2(bit_depth) - 1) return 0;
   return TripleAt(GrayPalette(bit_depth, false), level);
 }
@@ -54,7 +51,7 @@ COLORREF RgbBackground(Bytes payload, Long bit_depth) {
   const double highest = std::exp2(bit_depth) - 1;
   if (payload.size() != 6 || highest < 1) return 0;
   const auto level = [&](std::size_t offset) {
-    const std::int32_t value = RoundHalfEven(BigEndianShort(payload, offset) / highest * 255);
+    const std::int32_t value = RoundHalfEven(PaddedBytes(payload).BigU16(offset) / highest * 255);
     return static_cast<unsigned>(std::min(value, 255));
   };
   return MakeRgb(level(0), level(2), level(4));

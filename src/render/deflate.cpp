@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 
+#include "base/byte_order.h"
+
 namespace marklet {
 namespace {
 
@@ -159,8 +161,7 @@ std::vector<std::uint8_t> ZlibCompress(std::span<const std::uint8_t> bytes) {
   }
   WriteSymbol(out, 256);
   out.Flush();
-  const std::uint32_t check = Adler32(bytes);
-  for (int shift = 24; shift >= 0; shift -= 8) result.push_back(static_cast<std::uint8_t>(check >> shift));
+  AppendBigEndian(result, Adler32(bytes));
   return result;
 }
 

@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/byte_order.h"
 #include "base/crc32.h"
 #include "render/deflate.h"
 
@@ -12,16 +13,12 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-void Append32(Bytes& bytes, std::uint32_t value) {
-  for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-}
-
 void AppendChunk(Bytes& file, std::string_view type, const Bytes& data) {
-  Append32(file, static_cast<std::uint32_t>(data.size()));
+  AppendBigEndian(file, static_cast<std::uint32_t>(data.size()));
   const std::size_t start = file.size();
   file.insert(file.end(), type.begin(), type.end());
   file.insert(file.end(), data.begin(), data.end());
-  Append32(file, Crc32(std::span(file).subspan(start)));
+  AppendBigEndian(file, Crc32(std::span(file).subspan(start)));
 }
 
 // --- Filters ----------------------------------------------------------------------------------------------
@@ -90,12 +87,12 @@ Bytes FilteredRows(const Picture& picture) {
 
 Bytes EncodePng(const Picture& picture, std::uint32_t pixels_per_metre) {
   Bytes header;
-  Append32(header, static_cast<std::uint32_t>(picture.width));
-  Append32(header, static_cast<std::uint32_t>(picture.height));
+  AppendBigEndian(header, static_cast<std::uint32_t>(picture.width));
+  AppendBigEndian(header, static_cast<std::uint32_t>(picture.height));
   header.insert(header.end(), {8, 2, 0, 0, 0});  // 8 bits, RGB, deflate, the five filters, not interlaced
   Bytes density;
-  Append32(density, pixels_per_metre);
-  Append32(density, pixels_per_metre);
+  AppendBigEndian(density, pixels_per_metre);
+  AppendBigEndian(density, pixels_per_metre);
   density.push_back(1);  // the unit is the metre
 
   Bytes file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};

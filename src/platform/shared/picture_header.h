@@ -1,5 +1,5 @@
-// What a picture file says of itself in front, read before any loader gets to see it: a few bytes may claim
-// any size, and loaders take memory by the claim.
+// What a picture file says of itself at its start, read before any loader gets to see it: a few bytes may
+// claim any size, and loaders take memory by the claim.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ constexpr std::int64_t kFreePixels = 1 << 20, kPixelsPerByte = 4096, kMostPixels
 // read.
 std::optional<PictureKind> CheckPictureFile(std::span<const std::uint8_t> file);
 
-// Cuts a GIF behind its first frame, so that a loader has no others to decode.
+// Cuts a GIF after its first frame, so that a loader has no others to decode.
 void KeepFirstFrame(std::vector<std::uint8_t>& gif);
 
 }  // namespace marklet
