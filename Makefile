@@ -5,6 +5,7 @@
 help:
 	@echo 'make demo     build, and draw captions twice: out/gallery.png natively, out/form.png as live controls'
 	@echo 'make test     build everything and run every test on every platform (STEPS="native" for a part)'
+	@echo 'make test STEPS=quick   build and run the native tests that take no time'
 	@echo 'make bench    measure against the peers: out/bench.md'
 	@echo 'make format   format the sources'
 	@echo 'make lint     check format, inclusion rules and clang-tidy'

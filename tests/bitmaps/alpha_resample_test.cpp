@@ -10,7 +10,9 @@ namespace marklet {
 namespace {
 
 class AlphaResample : public ProcessorFormTest {};
+using SlowAlphaResample = AlphaResample;
 MARKLET_FOR_PROCESSOR_FORMS(AlphaResample);
+MARKLET_FOR_PROCESSOR_FORMS(SlowAlphaResample);
 
 int Rounded(double value) { return static_cast<int>(std::nearbyint(value)); }
 
@@ -149,7 +151,7 @@ TEST_P(AlphaResample, NearestFollowsItsDefinition) {
   }
 }
 
-TEST_P(AlphaResample, AreaFollowsItsDefinition) {
+TEST_P(SlowAlphaResample, AreaFollowsItsDefinition) {
   Random random(72);
   for (int round = 0; round < 400; ++round) {
     const auto source = AlphaNoise(Between(random, 1, 70), Between(random, 1, 70), random);
@@ -160,7 +162,7 @@ TEST_P(AlphaResample, AreaFollowsItsDefinition) {
   }
 }
 
-TEST_P(AlphaResample, AreaOfTheSizesThatIconsHave) {
+TEST_P(SlowAlphaResample, AreaOfTheSizesThatIconsHave) {
   Random random(73);
   constexpr Long kIconSizes[] = {16, 24, 32, 48, 72, 96, 128, 256};
   for (const Long from : {17, 23, 40, 48, 64, 100, 128, 200, 256, 300, 512}) {

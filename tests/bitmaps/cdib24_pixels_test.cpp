@@ -143,9 +143,11 @@ void ExpectBilinear(const CDib24& source, Long width, Long height, COLORREF key)
 }
 
 class BilinearIntoBy : public ProcessorFormTest {};
+using SlowBilinearIntoBy = BilinearIntoBy;
 MARKLET_FOR_PROCESSOR_FORMS(BilinearIntoBy);
+MARKLET_FOR_PROCESSOR_FORMS(SlowBilinearIntoBy);
 
-TEST_P(BilinearIntoBy, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
+TEST_P(SlowBilinearIntoBy, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
   Random random(2);
   for (int i = 0; i < 1500; ++i) {
     const COLORREF key = i % 2 == 0 ? KeyColour : kMagenta;
@@ -156,7 +158,7 @@ TEST_P(BilinearIntoBy, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
 }
 
 // Without the key, every pixel shows its arithmetic.
-TEST_P(BilinearIntoBy, FollowsItsDefinitionOnColoursWithoutTheKey) {
+TEST_P(SlowBilinearIntoBy, FollowsItsDefinitionOnColoursWithoutTheKey) {
   Random random(3);
   for (int i = 0; i < 300; ++i) {
     const auto source = Surface(Between(random, 1, 70), Between(random, 1, 40));
@@ -182,7 +184,7 @@ TEST_P(BilinearIntoBy, FollowsItsDefinitionAcrossManyColumns) {
   }
 }
 
-TEST_P(BilinearIntoBy, IsExactForEveryPairOfSizesOfImages) {
+TEST_P(SlowBilinearIntoBy, IsExactForEveryPairOfSizesOfImages) {
   constexpr Long kSizes[] = {1, 2, 3, 16, 20, 22, 24, 32, 40, 48, 64, 128, 256};
   Random random(5);
   for (const Long from : kSizes) {
@@ -305,7 +307,7 @@ void ExpectNearest(const CDib24& source, Long width, Long height) {
       << source.Width() << " by " << source.Height() << " to " << width << " by " << height;
 }
 
-TEST(ResampleNearest, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
+TEST(SlowResampleNearest, FollowsItsDefinitionOnAnyNoiseAtAnySize) {
   Random random(9);
   for (int i = 0; i < 1500; ++i) {
     const auto source = Surface(Between(random, 1, 40), Between(random, 1, 40));

@@ -41,7 +41,7 @@ std::array<std::uint8_t, 3> BytesOf(const MixedColour& colour) {
   return bytes;
 }
 
-TEST(ColourMix, BetweenRowsRoundsExactlyForEveryPairOfBytes) {
+TEST(SlowColourMix, BetweenRowsRoundsExactlyForEveryPairOfBytes) {
   const KeyPair key(CLR_INVALID);
   for (const float t : Ratios()) {
     const MixRatio ratio(t);
@@ -57,7 +57,7 @@ TEST(ColourMix, BetweenRowsRoundsExactlyForEveryPairOfBytes) {
   }
 }
 
-TEST(ColourMix, BetweenColumnsRoundsExactlyForEveryPairOfBytes) {
+TEST(SlowColourMix, BetweenColumnsRoundsExactlyForEveryPairOfBytes) {
   const KeyPair key(CLR_INVALID);
   for (const float t : Ratios()) {
     const MixRatio ratio(t);

@@ -297,7 +297,7 @@ TEST(SavedBag, AFormThatEndsEarlyIsDamagedWhereverItEnds) {
   }
 }
 
-TEST(SavedBag, NoFlippedBitGoesUnnoticed) {
+TEST(SlowSavedBag, NoFlippedBitGoesUnnoticed) {
   const Bytes whole = RichForm();
   for (std::size_t i = 0; i < whole.size() * 8; ++i) {
     Bytes flipped = whole;

@@ -111,7 +111,7 @@ TEST(ImageCollection, BehavesAsAListThroughAnyCalls) {
   }
 }
 
-TEST(ImageCollection, ManyImagesAreAddedAndFoundInTheTimeThatTheirKeysTake) {
+TEST(SlowImageCollection, ManyImagesAreAddedAndFoundInTheTimeThatTheirKeysTake) {
   ImageCollection images;
   const ImageRef image = NewImage();
   const auto key = [](int i) {

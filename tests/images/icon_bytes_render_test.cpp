@@ -185,7 +185,7 @@ Long Nearest(Long at, Long stored, Long asked) {
 }
 
 // Rows count from the bottom in this.
-TEST(RenderedImage, WithoutAlphaOfEveryPairOfSizesIsResampledWithoutAFringe) {
+TEST(SlowRenderedImage, WithoutAlphaOfEveryPairOfSizesIsResampledWithoutAFringe) {
   for (const Long stored : kSizes)
     for (const Long asked : kSizes)
       for (const bool enabled : {true, false}) {
@@ -268,7 +268,7 @@ TEST(RenderedImage, WithAlphaIsComposited) {
   }
 }
 
-TEST(RenderedImage, WithAlphaOfEveryPairOfSizesIsResampled) {
+TEST(SlowRenderedImage, WithAlphaOfEveryPairOfSizesIsResampled) {
   const Played system(kVista);
   for (const Long stored : kSizes)
     for (const Long asked : kSizes) {

@@ -232,7 +232,7 @@ std::string Printable(const std::u16string& text) {
   return result;
 }
 
-class HandPlacedCaption : public testing::Test {
+class SlowHandPlacedCaption : public testing::Test {
  protected:
   static constexpr COLORREF kInk = 0x203040, kFormer = 0x0000C0;
 
@@ -268,7 +268,7 @@ class HandPlacedCaption : public testing::Test {
   Canvas canvas_{260, 160};
 };
 
-TEST_F(HandPlacedCaption, LooksTheSameInAnyRectangleAndSize) {
+TEST_F(SlowHandPlacedCaption, LooksTheSameInAnyRectangleAndSize) {
   constexpr double kSizes[] = {8.25, 6.5, 9.75, 12, 13, 18};
   for (int i = 0; i < 400 && !HasFailure(); ++i) {
     const std::u16string caption = RandomCaption(random_);

@@ -174,7 +174,7 @@ class RandomCaptions {
   std::mt19937 random_{20240229};
 };
 
-TEST(Tokenizer, AgreesWithTheNaiveOneOnRandomCaptions) {
+TEST(SlowTokenizer, AgreesWithTheNaiveOneOnRandomCaptions) {
   for (const bool shaping : {true, false}) {
     const PlayedSystem system(shaping ? generation::kXP : generation::kNT4);
     RandomCaptions captions;
@@ -188,7 +188,7 @@ TEST(Tokenizer, AgreesWithTheNaiveOneOnRandomCaptions) {
 }
 
 // The interpreter relies on it: it runs the two tags itself and has only the caption cut.
-TEST(Tokenizer, CutsACaptionTheSameWayBehindTheSentinel) {
+TEST(SlowTokenizer, CutsACaptionTheSameWayBehindTheSentinel) {
   for (const bool shaping : {true, false}) {
     const PlayedSystem system(shaping ? generation::kXP : generation::kNT4);
     RandomCaptions captions;
@@ -224,7 +224,7 @@ std::u16string Repeated(std::u16string_view piece, std::size_t length) {
 }
 
 // A quadratic search would take minutes for any of these.
-TEST(Tokenizer, TakesHugeCaptionsInLinearTime) {
+TEST(SlowTokenizer, TakesHugeCaptionsInLinearTime) {
   for (const std::u16string_view piece : {u"x", u"<", u">", u"<f=", u"<f=<c=", u"<c=", u" ", u"</", u"<b>",
                                           u"<f=a>", u"\u4E00", u"\xDC00", u"a b"}) {
     const std::u16string text = Repeated(piece, std::size_t{1} << 20);

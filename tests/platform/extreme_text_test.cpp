@@ -36,6 +36,8 @@ class ExtremeText : public testing::Test {
   HGDIOBJ former_ = SelectObject(Context(), font_.hFont());
 };
 
+using SlowExtremeText = ExtremeText;
+
 TEST_F(ExtremeText, OfAnySizeInAnyRectangle) {
   for (const double size : {0.0, 0.01, 1.0, 8.25, 200.0, 1000.0, 32767.0}) {
     UseSize(size);
@@ -100,7 +102,7 @@ TEST_F(ExtremeText, InTypefacesWithoutAName) {
   }
 }
 
-TEST_F(ExtremeText, OfEveryCodeUnit) {
+TEST_F(SlowExtremeText, OfEveryCodeUnit) {
   std::u16string text;
   for (unsigned unit = 0; unit <= 0xFFFF; unit += 7) {
     text += static_cast<char16_t>(unit);
@@ -126,9 +128,9 @@ struct LongText {
   std::u16string piece;
 };
 
-class LongTexts : public ExtremeText, public testing::WithParamInterface<LongText> {};
+class SlowLongTexts : public ExtremeText, public testing::WithParamInterface<LongText> {};
 
-TEST_P(LongTexts, TakeNoTimeToSpeakOf) {
+TEST_P(SlowLongTexts, TakeNoTimeToSpeakOf) {
   std::u16string text;
   while (text.size() < 100'000) text += GetParam().piece;
   const auto start = std::chrono::steady_clock::now();
@@ -144,7 +146,7 @@ TEST_P(LongTexts, TakeNoTimeToSpeakOf) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
-INSTANTIATE_TEST_SUITE_P(Pieces, LongTexts,
+INSTANTIATE_TEST_SUITE_P(Pieces, SlowLongTexts,
                          testing::Values(LongText{"OneWord", u"x"}, LongText{"Words", u"word "},
                                          LongText{"Blanks", u" "}, LongText{"Lines", u"a\n"},
                                          LongText{"Marks", u"&x"}, LongText{"Ampersands", u"&"},

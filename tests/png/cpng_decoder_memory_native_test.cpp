@@ -59,7 +59,9 @@ Bytes Rows(const Header& header, bool noise) {
 
 std::size_t PixelBytes(const Header& header) { return std::size_t{header.width} * header.height * 4; }
 
-TEST_F(CPngDecoderMemory, HoldsInflatedRowsAndPixelsBesideTheFileAndNoMore) {
+using SlowCPngDecoderMemory = CPngDecoderMemory;
+
+TEST_F(SlowCPngDecoderMemory, HoldsInflatedRowsAndPixelsBesideTheFileAndNoMore) {
   for (const std::uint32_t size : {1u, 16u, 64u, 300u})
     for (const std::uint8_t type : Numbers{2, 4, 6})
       for (const std::uint8_t depth : Numbers{8, 16})
@@ -89,7 +91,7 @@ std::size_t InflatedBytes(const Header& header) {
   return bytes;
 }
 
-TEST_F(CPngDecoderMemory, HoldsNoMoreForInterlacedPictures) {
+TEST_F(SlowCPngDecoderMemory, HoldsNoMoreForInterlacedPictures) {
   for (const std::uint32_t size : {1u, 16u, 301u})
     for (const std::uint8_t type : Numbers{2, 4, 6})
       for (const std::uint8_t depth : Numbers{8, 16}) {
@@ -104,7 +106,7 @@ TEST_F(CPngDecoderMemory, HoldsNoMoreForInterlacedPictures) {
 }
 
 // Their pixels become a bitmap too, though no caller gets it.
-TEST_F(CPngDecoderMemory, HoldsNoMoreForGrayAndPalettePictures) {
+TEST_F(SlowCPngDecoderMemory, HoldsNoMoreForGrayAndPalettePictures) {
   for (const std::uint32_t size : {1u, 16u, 301u, 1000u})
     for (const std::uint8_t type : Numbers{0, 3})
       for (const std::uint8_t depth : Numbers{1, 2, 4, 8, 16})
@@ -179,7 +181,7 @@ TEST_F(CPngDecoderMemory, TwoBillionPixelsInASmallFileCostNothing) {
 }
 
 // The stream is long enough for the claim, if only it were made of the longest matches.
-TEST_F(CPngDecoderMemory, TwoBillionPixelsCostNoMoreThanTheDataThatAreThere) {
+TEST_F(SlowCPngDecoderMemory, TwoBillionPixelsCostNoMoreThanTheDataThatAreThere) {
   Random random(42);
   const Bytes zlib = StoredZlib(random.Some(2100000));
   for (const std::uint8_t type : Numbers{0, 2, 3, 4, 6})

@@ -121,10 +121,12 @@ constexpr int kFilters[] = {PNG_FILTER_NONE, PNG_FILTER_SUB,   PNG_FILTER_UP,
                             PNG_FILTER_AVG,  PNG_FILTER_PAETH, PNG_ALL_FILTERS};
 
 class CPngDecoderNative : public ProcessorFormTest {};
+using SlowCPngDecoderNative = CPngDecoderNative;
 
 MARKLET_FOR_PROCESSOR_FORMS(CPngDecoderNative);
+MARKLET_FOR_PROCESSOR_FORMS(SlowCPngDecoderNative);
 
-TEST_P(CPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
+TEST_P(SlowCPngDecoderNative, PicturesOfEverySizeTypeDepthFilterAndInterlace) {
   Random random(31);
   for (const int type : {PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA, PNG_COLOR_TYPE_GRAY_ALPHA})
     for (const int depth : {8, 16})
@@ -164,7 +166,7 @@ TEST_P(CPngDecoderNative, GrayPicturesOf16BitsKeepTheirHighBytes) {
       }
 }
 
-TEST_P(CPngDecoderNative, LargePictures) {
+TEST_P(SlowCPngDecoderNative, LargePictures) {
   Random random(32);
   for (const int type : {PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA})
     for (const int depth : {8, 16})

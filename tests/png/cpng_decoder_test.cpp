@@ -253,7 +253,7 @@ TEST(CPngDecoder, InterlacedPictureGivesWhatThePlainOneGives) {
 
 // ---- against the slow decoder ----
 
-TEST(CPngDecoder, EveryKindOfPictureGivesWhatTheSlowDecoderGives) {
+TEST(SlowCPngDecoder, EveryKindOfPictureGivesWhatTheSlowDecoderGives) {
   Random random(24);
   for (const std::uint8_t type : Numbers{2, 4, 6})
     for (const std::uint8_t depth : Numbers{8, 16})
@@ -268,7 +268,7 @@ TEST(CPngDecoder, EveryKindOfPictureGivesWhatTheSlowDecoderGives) {
 }
 
 // The data are let out of the decoder piece by piece then, and rows and matches cross from piece to piece.
-TEST(CPngDecoder, LargePicturesGiveWhatTheSlowDecoderGives) {
+TEST(SlowCPngDecoder, LargePicturesGiveWhatTheSlowDecoderGives) {
   Random random(25);
   for (const Header& header :
        {Header{300, 700, 8, 6}, Header{700, 300, 8, 2, 1}, Header{60000, 3, 16, 6},
@@ -278,7 +278,7 @@ TEST(CPngDecoder, LargePicturesGiveWhatTheSlowDecoderGives) {
   }
 }
 
-TEST(CPngDecoder, OddHeadersGiveWhatTheSlowDecoderGives) {
+TEST(SlowCPngDecoder, OddHeadersGiveWhatTheSlowDecoderGives) {
   Random random(26);
   for (int round = 0; round < 3000; ++round) {
     Header header{1 + random.Below(12), 1 + random.Below(12)};
@@ -311,7 +311,7 @@ TEST(CPngDecoder, DepthsOfABitmapGivePixelsForColourTypesWithColourOrAlphaAlone)
     }
 }
 
-TEST(CPngDecoder, OddStreamsGiveWhatTheSlowDecoderGives) {
+TEST(SlowCPngDecoder, OddStreamsGiveWhatTheSlowDecoderGives) {
   Random random(27);
   int pictures = 0;
   for (int round = 0; round < 4000; ++round) {
@@ -348,7 +348,7 @@ TEST(CPngDecoder, StreamWithoutUsableCodesIsFilteredAsItIs) {
 }
 
 // The block that has no usable code comes behind rows that were pixels already.
-TEST(CPngDecoder, LateFaultTakesBackAPictureThatWasDone) {
+TEST(SlowCPngDecoder, LateFaultTakesBackAPictureThatWasDone) {
   const Header header{500, 300, 8, 2};
   Random random(28);
   Bytes zlib = StoredZlib(RandomScanlines(random, header));

@@ -69,11 +69,11 @@ Bytes Deflated(const Bytes& content, const Settings& settings, Random& random) {
   return out;
 }
 
-class InflateNative : public ProcessorFormTest {};
+class SlowInflateNative : public ProcessorFormTest {};
 
-MARKLET_FOR_PROCESSOR_FORMS(InflateNative);
+MARKLET_FOR_PROCESSOR_FORMS(SlowInflateNative);
 
-TEST_P(InflateNative, StreamsOfEveryLevelStrategyAndFlush) {
+TEST_P(SlowInflateNative, StreamsOfEveryLevelStrategyAndFlush) {
   Random random(11);
   for (int level = 0; level <= 9; ++level)
     for (const int strategy : {Z_DEFAULT_STRATEGY, Z_FILTERED, Z_HUFFMAN_ONLY, Z_RLE, Z_FIXED})
@@ -91,7 +91,7 @@ TEST_P(InflateNative, StreamsOfEveryLevelStrategyAndFlush) {
 
 // Where both decoders take a stream they must agree. Ours stops early for some faults and not at all for
 // others.
-TEST_P(InflateNative, DamagedStreamsThatZlibStillTakes) {
+TEST_P(SlowInflateNative, DamagedStreamsThatZlibStillTakes) {
   Random random(12);
   int taken = 0;
   for (int round = 0; round < 10000; ++round) {

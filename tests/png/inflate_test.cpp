@@ -366,7 +366,7 @@ class Rivals {
   std::unique_ptr<plain::Inflate> plain_ = std::make_unique<plain::Inflate>();
 };
 
-TEST(Inflate, SoundRandomStreamsGiveWhatTheSlowDecoderGives) {
+TEST(SlowInflate, SoundRandomStreamsGiveWhatTheSlowDecoderGives) {
   Rivals rivals;
   Random random(4);
   for (int round = 0; round < 1500; ++round) {
@@ -379,7 +379,7 @@ TEST(Inflate, SoundRandomStreamsGiveWhatTheSlowDecoderGives) {
   EXPECT_GT(rivals.refused(), 10);
 }
 
-TEST(Inflate, BrokenRandomStreamsGiveWhatTheSlowDecoderGives) {
+TEST(SlowInflate, BrokenRandomStreamsGiveWhatTheSlowDecoderGives) {
   Random random(5);
   Rivals rivals;
   for (int round = 0; round < 6000; ++round) {
@@ -395,7 +395,7 @@ TEST(Inflate, BrokenRandomStreamsGiveWhatTheSlowDecoderGives) {
   EXPECT_GT(rivals.refused(), 1000);
 }
 
-TEST(Inflate, TruncatedStreamsGiveWhatTheSlowDecoderGives) {
+TEST(SlowInflate, TruncatedStreamsGiveWhatTheSlowDecoderGives) {
   Rivals rivals;
   Random random(6);
   for (int round = 0; round < 60; ++round) {

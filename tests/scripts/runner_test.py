@@ -8,15 +8,21 @@ from support import Scratch, load_script
 runner = load_script("scripts/test")
 
 
-class SummaryTest(Scratch):
-    """The summary of `make test`, with shell scripts for test programs."""
+class RunnerTest(Scratch):
+    """Shell scripts stand for the test programs."""
 
     def setUp(self):
         super().setUp()
         for name in ("ROOT", "BUILD", "LOGS", "RESULTS"):
-            previous = getattr(runner, name)
-            self.addCleanup(setattr, runner, name, previous)
-            setattr(runner, name, self.folder)
+            self.replace(name, self.folder)
+
+    def replace(self, name, value):
+        self.addCleanup(setattr, runner, name, getattr(runner, name))
+        setattr(runner, name, value)
+
+
+class SummaryTest(RunnerTest):
+    """The summary of `make test`."""
 
     def step(self, script, minutes=1.0, name="suite"):
         return runner.Step(name, runner.run_gtest, ["bash", "-c", script, "program"], minutes=minutes)
@@ -32,8 +38,7 @@ exit {exit_code}"""
         return runner.run_gtest(step)
 
     def summary(self, outcomes, in_ci=True):
-        previous, runner.IN_CI = runner.IN_CI, in_ci
-        self.addCleanup(setattr, runner, "IN_CI", previous)
+        self.replace("IN_CI", in_ci)
         output = io.StringIO()
         with contextlib.redirect_stdout(output):
             well = runner.print_summary(outcomes)
@@ -126,3 +131,52 @@ exit {exit_code}"""
 
     def test_nothing_run_is_a_failure(self):
         self.assertEqual(self.summary({})[1][-1], "0 passed, 1 failed")
+
+
+class RoundsTest(RunnerTest):
+    """Which steps and tests run, and in how many parts."""
+    # Writes one case into its result file.
+    PROGRAM = """
+report=${@: -1}
+echo "$GTEST_SHARD_INDEX of $GTEST_TOTAL_SHARDS" >>runs
+cat >"${report#--gtest_output=xml:}" <<XML
+<testsuites><testsuite><testcase classname='$SUITE' name='t$GTEST_SHARD_INDEX'>
+<properties><property name='processor_ms' value='$TIME'/></properties></testcase></testsuite></testsuites>
+XML
+"""
+
+    def run_cases(self, action, suite="A", milliseconds=100, shards=1, before=""):
+        self.replace("SHARDS", shards)
+        return action(runner.Step("suite", action, ["bash", "-c", before + self.PROGRAM, "program"], minutes=1,
+                                  environment={"SUITE": suite, "TIME": str(milliseconds)}))
+
+    def runs(self):
+        return sorted((self.folder / "runs").read_text().splitlines())
+
+    def test_parts_of_a_program_count_together(self):
+        outcome = self.run_cases(runner.run_shards, shards=2)
+        self.assertEqual((outcome.passed, outcome.failures), (2, []))
+        self.assertEqual(self.runs(), ["0 of 2", "1 of 2"])
+
+    def test_a_part_that_crashes_fails(self):
+        outcome = self.run_cases(runner.run_shards, shards=2, before="test $GTEST_SHARD_INDEX = 0 || kill -SEGV $$\n")
+        self.assertEqual((outcome.passed, [name for name, _ in outcome.failures]), (1, ["suite-1"]))
+
+    def test_a_long_test_fails_outside_the_slow_suites(self):
+        outcome = self.run_cases(runner.run_timed, milliseconds=2500)
+        self.assertEqual((outcome.passed, outcome.failures),
+                         (0, [("A.t0", "takes 2.5 s, and is in no suite named Slow...")]))
+
+    def test_slow_suites_may_take_long(self):
+        for suite in ("SlowA", "Values/SlowA"):
+            outcome = self.run_cases(runner.run_timed, suite, milliseconds=2500)
+            self.assertEqual((outcome.passed, outcome.failures), (1, []))
+
+    def test_quick_round_runs_when_named_alone_and_after_its_build(self):
+        names = lambda *wanted: [step.name for step in runner.select(wanted)]
+        self.assertNotIn("quick", names())
+        self.assertEqual(names("quick"), ["native-build", "quick"])
+        self.assertEqual(names("win32-com"), ["setup", "win32-build", "win32-com"])
+
+    def test_all_steps_but_the_quick_round_run_without_names(self):
+        self.assertEqual({step.name for step in runner.STEPS} - {step.name for step in runner.select([])}, {"quick"})

@@ -36,6 +36,8 @@ Long NaiveFitLength(HDC dc, std::u16string_view text, Long max_width) {
   return line_break == text.end() ? count : static_cast<Long>(line_break - text.begin()) + 1;
 }
 
+using SlowUnicodeTextRenderTest = UnicodeTextRenderTest;
+
 TEST_F(UnicodeTextRenderTest, FitLengthIsTheLongestPrefixThatFits) {
   constexpr std::u16string_view kTexts[] = {
       u"",
@@ -60,7 +62,7 @@ TEST_F(UnicodeTextRenderTest, FitLengthIsTheLongestPrefixThatFits) {
   }
 }
 
-TEST_F(UnicodeTextRenderTest, FitLengthOfMixedTextsIsTheLongestPrefixThatFits) {
+TEST_F(SlowUnicodeTextRenderTest, FitLengthOfMixedTextsIsTheLongestPrefixThatFits) {
   std::mt19937 random(21);
   constexpr std::u16string_view kAlphabet = u"aAVWfil. \u0301\u05D0\u0627\u0644\u0645\u0644\u4E2D\x200D";
   for (int i = 0; i < 60; ++i) {
