@@ -3,7 +3,8 @@
 // An input is NAME.args, one argument of marklet-render a line ("#" begins a comment), or a sheet NAME.json.
 // What stands in pixels/ shows no glyph and is the same everywhere; text/ depends on fonts and is compared
 // where they are pinned. A mismatch leaves the actual picture and the difference in golden/ of the build
-// folder. A new picture, or a changed one, is looked at and then copied from there by hand.
+// folder. A new picture, or a changed one, is looked at and then copied from there by hand. The pictures of
+// the documentation, in docs/pictures, are held to the same; scripts/docs draws them anew.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,8 +22,7 @@ namespace fs = std::filesystem;
 
 std::vector<fs::path> InputsIn(const char* folder) {
   std::vector<fs::path> result;
-  for (const fs::directory_entry& entry :
-       fs::recursive_directory_iterator(fs::path(MARKLET_TESTS "/golden") / folder)) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
     const fs::path extension = entry.path().extension();
     if (extension == ".args" || extension == ".json") result.push_back(entry.path());
   }
@@ -48,11 +48,16 @@ std::string NameOf(const ::testing::TestParamInfo<fs::path>& info) {
   return name;
 }
 
+// What a mismatch leaves; inputs of different folders may have the same name.
+std::string OutputFor(const fs::path& input, const char* ending) {
+  const std::string folder = input.parent_path().filename().string();
+  return (fs::path(MARKLET_GOLDEN_OUT) / (folder + "-" + input.stem().string() + ending)).string();
+}
+
 // Renders the input; the file, or empty after a failure.
 std::string Render(const fs::path& input) {
   fs::create_directories(MARKLET_GOLDEN_OUT);
-  const std::string actual =
-      (fs::path(MARKLET_GOLDEN_OUT) / (input.stem().string() + ".actual.png")).string();
+  const std::string actual = OutputFor(input, ".actual.png");
   std::vector<std::string> arguments = ArgumentsOf(input);
   arguments.insert(arguments.end(), {"-o", actual});
   std::ostringstream out, err;
@@ -65,8 +70,7 @@ void ExpectGolden(const fs::path& input) {
   ASSERT_FALSE(actual.empty());
   fs::path expected = input;
   expected.replace_extension(".png");
-  const std::string difference =
-      (fs::path(MARKLET_GOLDEN_OUT) / (input.stem().string() + ".difference.png")).string();
+  const std::string difference = OutputFor(input, ".difference.png");
   const std::string what = testing::ComparePictures(expected.string(), actual, difference);
   EXPECT_EQ(what, "") << "actual: " << actual;
   if (what.empty()) fs::remove(actual);
@@ -74,7 +78,8 @@ void ExpectGolden(const fs::path& input) {
 
 class PixelGolden : public ::testing::TestWithParam<fs::path> {};
 TEST_P(PixelGolden, IsExact) { ExpectGolden(GetParam()); }
-INSTANTIATE_TEST_SUITE_P(All, PixelGolden, ::testing::ValuesIn(InputsIn("pixels")), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, PixelGolden, ::testing::ValuesIn(InputsIn(MARKLET_TESTS "/golden/pixels")),
+                         NameOf);
 
 // The picture's size, from its header.
 std::pair<unsigned, unsigned> SizeOf(const fs::path& file) {
@@ -98,11 +103,15 @@ TEST_P(TextGolden, IsExactWithPinnedFontsAndOfItsSizeWithOthers) {
     EXPECT_EQ(SizeOf(actual), SizeOf(expected));
   }
 }
-INSTANTIATE_TEST_SUITE_P(All, TextGolden, ::testing::ValuesIn(InputsIn("text")), NameOf);
+INSTANTIATE_TEST_SUITE_P(All, TextGolden, ::testing::ValuesIn(InputsIn(MARKLET_TESTS "/golden/text")),
+                         NameOf);
+INSTANTIATE_TEST_SUITE_P(Documentation, TextGolden,
+                         ::testing::ValuesIn(InputsIn(MARKLET_TESTS "/../docs/pictures")), NameOf);
 
-TEST(Golden, EveryPictureHasItsInput) {
+// The number of pictures below the folder.
+int ExpectAnInputForEachPictureIn(const char* folder) {
   int pictures = 0;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(MARKLET_TESTS "/golden")) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
     if (entry.path().extension() != ".png") continue;
     ++pictures;
     fs::path args = entry.path(), json = entry.path();
@@ -110,7 +119,15 @@ TEST(Golden, EveryPictureHasItsInput) {
     json.replace_extension(".json");
     EXPECT_TRUE(fs::exists(args) != fs::exists(json)) << entry.path();
   }
-  EXPECT_GE(pictures, 20);
+  return pictures;
+}
+
+TEST(Golden, EveryPictureHasItsInput) {
+  EXPECT_GE(ExpectAnInputForEachPictureIn(MARKLET_TESTS "/golden"), 20);
+}
+
+TEST(Golden, EveryPictureOfTheDocumentationHasItsInput) {
+  EXPECT_GE(ExpectAnInputForEachPictureIn(MARKLET_TESTS "/../docs/pictures"), 3);
 }
 
 }  // namespace
