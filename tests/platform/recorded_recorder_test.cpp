@@ -2,6 +2,8 @@
 #include <stdexcept>
 
 #include "platform/headless/recorder/recorder.h"
+#include "platform/headless/system/registry.h"
+#include "platform/registry.h"
 #include "platform/shared/std_font.h"
 #include "platform/system.h"
 #include "platform/test_picture.h"
@@ -348,6 +350,17 @@ TEST(Replay, OwnsWhatTheProgramKept) {
   DeleteObject(bitmap);
   DeleteObject(brush);
   DeleteDC(kept);
+}
+
+// The leak checker watches this one too.
+TEST(Replay, OpensNoKeyOfTheRegistry) {
+  headless::Registry()[{"Colours", "Name"}] = "Blue";
+  const Recorder recorder;
+  HKEY key = nullptr;
+  EXPECT_TRUE(RegOpenKeyExA(kCurrentUserHive, "Colours", key));
+  EXPECT_TRUE(RegCloseKey(key));
+  recorder.Replay();
+  headless::Registry().clear();
 }
 
 TEST(Replay, LeavesOutWhatWasMadeToFail) {

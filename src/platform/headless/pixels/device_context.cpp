@@ -4,7 +4,7 @@
 #include <new>
 
 #include "platform/gdi.h"
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 
 namespace marklet {
 namespace {

@@ -5,7 +5,7 @@
 #include "platform/gdi.h"
 #include "platform/headless/pixels/device_context.h"
 #include "platform/headless/pixels/raster.h"
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 
 namespace marklet {
 namespace {

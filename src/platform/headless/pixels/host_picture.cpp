@@ -15,7 +15,7 @@
 #include "platform/gdi.h"
 #include "platform/headless/pixels/device_context.h"
 #include "platform/headless/pixels/icon.h"
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/icon.h"
 #include "platform/shared/picture_header.h"
 #include "platform/shared/unrecorded.h"

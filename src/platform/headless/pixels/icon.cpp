@@ -4,7 +4,7 @@
 
 #include "platform/headless/pixels/icon.h"
 #include "platform/headless/pixels/objects.h"
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 
 namespace marklet {
 namespace {

@@ -1,68 +1,13 @@
-// Recorded calls as lines of text.
-#include <array>
+#include "platform/headless/recorder/lines.h"
+
 #include <cstdio>
 
-#include "platform/headless/recorder/recording_state.h"
+#include "platform/headless/recorder/operations.h"
 #include "platform/headless/text/utf.h"
 #include "platform/system.h"
 
 namespace marklet::headless {
 namespace {
-
-// The form of a line, a letter for each argument: "-" left out, "d" decimal, "x" hexadecimal, "c" colour, "o"
-// object or font record, "r" rectangle, "t" text, "b" text in bytes.
-struct Form {
-  std::string_view name, arguments;
-};
-
-constexpr std::array<Form, static_cast<std::size_t>(Operation::kCount)> kForms = {{
-    {"CreateCompatibleDC", "-"},
-    {"DeleteDC", "-"},
-    {"CreateDIBSection", "-ddd"},
-    {"SelectObject", "-o"},
-    {"DeleteObject", "o"},
-    {"BitBlt", "-dddd-ddx"},
-    {"AlphaBlend", "-dddd-dddddd"},
-    {"CreateSolidBrush", "c"},
-    {"FillRect", "-ro"},
-    {"CreatePen", "dc"},
-    {"MoveToEx", "-dd"},
-    {"LineTo", "-dd"},
-    {"DrawFocusRect", "-r"},
-    {"DrawEdge", "-rxx"},
-    {"PixelsOf", "-"},
-    {"GetObjectA", "o"},
-    {"CreateFontIndirectW", "o"},
-    {"PixelsPerInch", "-"},
-    {"SetTextColor", "-c"},
-    {"GetTextColor", "-"},
-    {"SetBkColor", "-c"},
-    {"SetBkMode", "-d"},
-    {"SetTextAlign", "-x"},
-    {"GetTextExtentPoint32W", "-t"},
-    {"GetTextExtentPoint32A", "-bd"},
-    {"GetCharABCWidthsA", "-d"},
-    {"DrawTextW", "-trx"},
-    {"DrawTextA", "-brx"},
-    {"TextOutW", "-ddt"},
-    {"ExtTextOutW", "-ddxrt"},
-    {"GetSysColor", "d"},
-    {"ScriptIsComplex", "tx"},
-    {"LoadPicture", "t"},
-    {"RenderPicture", "-"},
-    {"MessageBoxW", "ttx"},
-    {"SetStretchBltMode", "-d"},
-    {"StretchBlt", "-dddd-ddddx"},
-    {"PictureHandle", ""},
-    {"CreateIconIndirect", "oo"},
-    {"DestroyIcon", ""},
-    {"OleCreatePictureIndirect", ""},
-    {"RegOpenKeyExA", "xb"},
-    {"RegQueryValueExA", "bd"},
-    {"RegCloseKey", ""},
-}};
-
-const Form& FormOf(Operation operation) { return kForms[static_cast<std::size_t>(operation)]; }
 
 std::string Printed(const char* format, unsigned value) {
   char buffer[16];
@@ -146,23 +91,15 @@ std::string ArgumentText(const Recording& recording, const RecordedCall& call, c
 
 }  // namespace
 
-std::string_view NameOf(Operation operation) { return FormOf(operation).name; }
-
-std::optional<Operation> OperationNamed(std::string_view name) {
-  for (std::size_t i = 0; i < kForms.size(); ++i)
-    if (kForms[i].name == name) return static_cast<Operation>(i);
-  return std::nullopt;
-}
-
 std::string LineOf(const Recording& recording, const RecordedCall& call) {
-  const Form& form = FormOf(call.operation);
+  const OperationRow& row = RowOf(call.operation);
   std::string arguments;
-  for (std::size_t i = 0; i < form.arguments.size(); ++i) {
-    if (form.arguments[i] == '-') continue;
+  for (std::size_t i = 0; i < row.form.size(); ++i) {
+    if (row.form[i] == '-') continue;
     if (!arguments.empty()) arguments += ',';
-    arguments += ArgumentText(recording, call, form.arguments[i], recording.words[call.first_word + i]);
+    arguments += ArgumentText(recording, call, row.form[i], recording.words[call.first_word + i]);
   }
-  return std::string(form.name) + "(" + arguments + ")";
+  return std::string(row.name) + "(" + arguments + ")";
 }
 
 }  // namespace marklet::headless

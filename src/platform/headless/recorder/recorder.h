@@ -1,8 +1,9 @@
 // Logs the platform calls of this thread and can make any of them fail.
 //
-// While a Recorder lives, every call of gdi.h, text.h and host_picture.h (and GetSysColor, ScriptIsComplex,
-// MessageBoxW) that the program makes adds one line, "Name(arguments)", in call order; calls that the
-// platform makes of itself do not. Contexts are left out; of the arguments,
+// While a Recorder lives, every call that the program makes of those in operations.cpp (drawing, text,
+// pictures, icons, the registry, colours and boxes) adds one line, "Name(arguments)", in call order; calls
+// that the platform makes of itself do not. Contexts, pictures, icons and keys are left out; of the
+// arguments,
 //   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and
 //   lone surrogates, objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where
 //   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB) or null, flags and raster operations 0x.., other
@@ -34,14 +35,13 @@ class Recorder {
   void Fail(std::string_view operation, int good_calls = 0);
   void FailNothing();
 
-  // Makes the recorded calls again, on the same contexts and with the same arguments. Contexts and objects
-  // must still live.
+  // Makes the recorded calls again, on the same contexts and with the same arguments, but for those that work
+  // on a picture, an icon or a key. Contexts and objects must still live.
   void Replay() const;
 
  private:
   struct State;
   std::unique_ptr<State> state_;
-  friend struct RecorderAccess;
 };
 
 }  // namespace marklet

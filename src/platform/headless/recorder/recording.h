@@ -1,126 +1,73 @@
-// The hook by which every call of the seam passes an active recorder.
-//
-// A call that can be recorded begins with
-//   if (Refused(Operation::kFillRect, dc, rect, brush)) return false;
-// with its arguments in order, those that only carry results left out. The name, the form of the line and the
-// way to make the call again are one row of the table in recorder.cpp. Without a recorder this costs one
-// test.
+// What a recorder holds: the calls in a compact form, from which lines are written and calls are made again.
 #pragma once
 
-#include <cstdint>
-#include <string_view>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
 
-#include "platform/text.h"
-#include "platform/types.h"
+#include "platform/headless/recorder/hook.h"
 
 namespace marklet::headless {
 
-enum class Operation : std::uint8_t {
-  kCreateCompatibleDC,
-  kDeleteDC,
-  kCreateDIBSection,
-  kSelectObject,
-  kDeleteObject,
-  kBitBlt,
-  kAlphaBlend,
-  kCreateSolidBrush,
-  kFillRect,
-  kCreatePen,
-  kMoveToEx,
-  kLineTo,
-  kDrawFocusRect,
-  kDrawEdge,
-  kPixelsOf,
-  kGetObjectA,
-  kCreateFontIndirectW,
-  kPixelsPerInch,
-  kSetTextColor,
-  kGetTextColor,
-  kSetBkColor,
-  kSetBkMode,
-  kSetTextAlign,
-  kGetTextExtentPoint32W,
-  kGetTextExtentPoint32A,
-  kGetCharABCWidthsA,
-  kDrawTextW,
-  kDrawTextA,
-  kTextOutW,
-  kExtTextOutW,
-  kGetSysColor,
-  kScriptIsComplex,
-  kLoadPicture,
-  kRenderPicture,
-  kMessageBoxW,
-  kSetStretchBltMode,
-  kStretchBlt,
-  kPictureHandle,
-  kCreateIconIndirect,
-  kDestroyIcon,
-  kOleCreatePictureIndirect,
-  kRegOpenKeyExA,
-  kRegQueryValueExA,
-  kRegCloseKey,
-  kCount,
+// An object as it was when it was handed over: a line must still tell what it was after its deletion.
+struct Description {
+  enum class Kind : std::uint8_t { kNull, kBitmap, kBrush, kPen, kFont } kind = Kind::kNull;
+  Long width = 0, height = 0;  // of a bitmap; height also of a font
+  Long detail = 0;             // depth of a bitmap, weight of a font
+  COLORREF colour = 0;
+  bool italic = false, underline = false, strikeout = false;
+  std::uint8_t charset = 0;
+  std::u16string name{};
 };
 
-class Recording;
-extern constinit thread_local Recording* active_recording;  // null without a recorder
-
-// One argument on its way into a recording.
-struct Argument {
-  enum class Kind : std::uint8_t { kContext, kNumber, kObject, kRect, kText, kBytes, kFont };
-
-  explicit Argument(HDC dc) : kind(Kind::kContext), handle(dc) {}
-  explicit Argument(HGDIOBJ object) : kind(Kind::kObject), handle(object) {}
-  explicit Argument(bool value) : kind(Kind::kNumber), number(value) {}
-  explicit Argument(std::uint8_t value) : kind(Kind::kNumber), number(value) {}
-  explicit Argument(std::int32_t value) : kind(Kind::kNumber), number(value) {}
-  explicit Argument(std::uint32_t value) : kind(Kind::kNumber), number(value) {}
-  explicit Argument(const RECT& value) : kind(Kind::kRect), rect(&value) {}
-  explicit Argument(const RECT* value) : kind(Kind::kRect), rect(value) {}  // may be null
-  explicit Argument(std::u16string_view value) : kind(Kind::kText), text(value) {}
-  explicit Argument(std::string_view value) : kind(Kind::kBytes), bytes(value) {}
-  explicit Argument(const LOGFONTW& value) : kind(Kind::kFont), font(&value) {}
-
-  Kind kind;
-  union {
-    const void* handle;
-    std::int64_t number;
-    const RECT* rect;
-    std::u16string_view text;
-    std::string_view bytes;
-    const LOGFONTW* font;
-  };
+// A handle: of something that was there before, or the result of a recorded call.
+struct HandleWord {
+  const void* before;
+  std::int32_t made_by;  // the index of that call, or -1
+  std::uint32_t description;
 };
 
-// Logs the call. True when it is to fail.
-bool RecordCall(Operation operation, const Argument* arguments, std::size_t count);
-// Notes what the call logged last has made.
-void RecordResult(const void* made);
+// One argument of a call. Which member counts follows from the form in the operation's row.
+union Word {
+  std::int64_t number;
+  HandleWord handle;
+  struct Rect {
+    Long left, top, right, bottom;
+  } rect;
+  struct Piece {
+    std::uint32_t offset, length;
+  } piece;  // of the texts, or of the bytes
+};
 
-template <typename... Arguments>
-bool Refused(Operation operation, const Arguments&... arguments) {
-  if (active_recording == nullptr) [[likely]]
-    return false;
-  const Argument list[] = {Argument(arguments)...};
-  return RecordCall(operation, list, sizeof...(arguments));
-}
+struct RecordedCall {
+  Operation operation;
+  bool failed;     // was made to fail
+  bool null_rect;  // takes a rectangle and was given none
+  std::uint32_t first_word;
+};
 
-// For calls of which nothing can be written down.
-inline bool Refused(Operation operation) {
-  return active_recording != nullptr && RecordCall(operation, nullptr, 0);
-}
+class Recording {
+ public:
+  // Logs the call; true when it is to fail.
+  bool Record(Operation operation, const Argument* arguments, std::size_t count);
+  void RecordResult(const void* made);
+  void Clear();
 
-// Passes on what a call made, so that a replay knows later uses of it from older objects.
-inline HGDIOBJ Made(HGDIOBJ made) {
-  if (active_recording != nullptr) [[unlikely]]
-    RecordResult(made);
-  return made;
-}
-inline HDC Made(HDC made) {
-  if (active_recording != nullptr) [[unlikely]]
-    RecordResult(made);
-  return made;
-}
+  std::vector<RecordedCall> calls;
+  std::vector<Word> words;
+  std::vector<Description> descriptions;
+  std::u16string texts;
+  std::string bytes;
+  std::map<Operation, int> failures;  // how many good calls are left before the failures begin
+
+ private:
+  Word Keep(const Argument& argument);
+  Word KeepObject(const GdiObjectHandle* object);
+  HandleWord KeepHandle(const void* handle);
+  bool IsToFail(Operation operation);
+
+  std::unordered_map<const void*, std::int32_t> made_;  // living results, by the call that made them
+};
 
 }  // namespace marklet::headless

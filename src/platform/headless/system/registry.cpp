@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <new>
 
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/registry.h"
 
 namespace marklet {

@@ -4,7 +4,7 @@
 #include <array>
 #include <cctype>
 
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/headless/system/window.h"
 
 namespace marklet {

@@ -4,7 +4,7 @@
 #include <new>
 #include <tuple>
 
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/face.h"
 
 namespace marklet {

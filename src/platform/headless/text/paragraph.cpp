@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/line_cutter.h"
 #include "platform/headless/text/line_painter.h"
 #include "platform/system.h"

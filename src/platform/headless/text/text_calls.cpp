@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/headless/pixels/device_context.h"
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/line_painter.h"
 #include "platform/system.h"
 

@@ -1,6 +1,6 @@
 #include "platform/uniscribe.h"
 
-#include "platform/headless/recorder/recording.h"
+#include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/complex_script.h"
 
 namespace marklet {
