@@ -15,7 +15,14 @@ RIGHT = {
     "src/platform/a.h": "#ifdef _WIN32\n#endif\n",
     "src/platform/win32/sdk.h": "#include <windows.h>\n",
     "src/platform/headless/a.cpp": '#include <cairo.h>\n#include "platform/a.h"\n',
-    "src/activex/a.cpp": '#include "platform/win32/sdk.h"\n#include <commctrl.h>\n#ifdef _WIN64\n#endif\n',
+    "src/platform/shared/std_font.h": '#include "platform/a.h"\n',
+    "src/host/a.h": '#include "platform/shared/std_font.h"\n',
+    "src/control/library.h": '#include "host/a.h"\n',
+    "src/activex/com/a.h": '#include "platform/win32/sdk.h"\n#include "control/library.h"\n',
+    "src/activex/automation/a.h": '#include "activex/com/a.h"\n#include "control/a.h"\n',
+    "src/activex/control/a.h": '#include "activex/automation/a.h"\n#include <commctrl.h>\n#ifdef _WIN64\n#endif\n',
+    "src/activex/server/a.cpp": '#include "activex/control/a.h"\n#include "activex/com/a.h"\n',
+    "src/activex/type_library/a.cpp": '#include "activex/com/a.h"\n#include "control/a.h"\n',
     "tests/support/a.h": "",
     "tests/activex/a_test.cpp": '#include "platform/win32/sdk.h"\n#include "support/a.h"\n',
     "examples/form/main.cpp": "#include <windows.h>\n",
@@ -41,7 +48,7 @@ MISTAKES = {
     "one platform in the other": (rules.check_seam, "src/platform/headless/a.cpp", {
         "src/platform/headless/a.cpp": '#include "platform/win32/a.h"\n', "src/platform/win32/a.h": ""}),
     "windows.h past the SDK header": (
-        rules.check_windows, "src/activex/a.cpp", {"src/activex/a.cpp": "#include <windows.h>\n"}),
+        rules.check_windows, "src/activex/com/a.cpp", {"src/activex/com/a.cpp": "#include <windows.h>\n"}),
     "windows.h in marklet-render": (rules.check_windows, "src/render/a.cpp", {"src/render/a.cpp": "#include <windows.h>\n"}),
     "OLE in a test of a logic room": (
         rules.check_windows, "tests/control/a_test.cpp", {"tests/control/a_test.cpp": "#include <ole2.h>\n"}),
@@ -52,7 +59,24 @@ MISTAKES = {
     "a logic room in the platform": (rules.check_directions, "src/platform/headless/a.cpp", {
         "src/platform/headless/a.cpp": '#include "text/a.h"\n', "src/text/a.h": ""}),
     "the hosting layer in the control": (rules.check_directions, "src/control/a.cpp", {
-        "src/control/a.cpp": '#include "activex/a.h"\n', "src/activex/a.h": ""}),
+        "src/control/a.cpp": '#include "activex/com/a.h"\n', "src/activex/com/a.h": ""}),
+    "the control's object in its automation": (rules.check_directions, "src/activex/automation/a.cpp", {
+        "src/activex/automation/a.cpp": '#include "activex/control/a.h"\n', "src/activex/control/a.h": ""}),
+    "the server in the control's object": (rules.check_directions, "src/activex/control/a.cpp", {
+        "src/activex/control/a.cpp": '#include "activex/server/a.h"\n', "src/activex/server/a.h": ""}),
+    "automation in the ground of COM": (rules.check_directions, "src/activex/com/a.h", {
+        "src/activex/com/a.h": '#include "activex/automation/a.h"\n', "src/activex/automation/a.h": ""}),
+    "the logic in the ground of COM": (rules.check_directions, "src/activex/com/a.h", {
+        "src/activex/com/a.h": '#include "control/marklet.h"\n', "src/control/marklet.h": ""}),
+    "automation in the type library's generator": (rules.check_directions, "src/activex/type_library/a.cpp", {
+        "src/activex/type_library/a.cpp": '#include "activex/automation/a.h"\n', "src/activex/automation/a.h": ""}),
+    "a file beside the rooms of activex": (rules.check_directions, "src/activex/a.cpp", {"src/activex/a.cpp": ""}),
+    "what the platforms share in the seam": (rules.check_directions, "src/platform/a.h", {
+        "src/platform/a.h": '#include "platform/shared/std_font.h"\n', "src/platform/shared/std_font.h": ""}),
+    "what the platforms share in a logic room": (rules.check_directions, "src/host/a.h", {
+        "src/host/a.h": '#include "platform/shared/unrecorded.h"\n', "src/platform/shared/unrecorded.h": ""}),
+    "a shared header that another room was granted": (rules.check_directions, "src/host/a.h", {
+        "src/host/a.h": '#include "platform/shared/os_tests.h"\n', "src/platform/shared/os_tests.h": ""}),
     "the platform in the ground": (rules.check_directions, "src/base/a.cpp", {
         "src/base/a.cpp": '#include "platform/a.h"\n', "src/platform/a.h": ""}),
     "a way round the rooms": (rules.check_directions, "src/text/a.cpp", {

@@ -7,9 +7,7 @@
 #include <span>
 #include <utility>
 
-#include "activex/automation/font.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 #include "control/text_bytes.h"
 
 namespace marklet::activex {
@@ -168,7 +166,7 @@ BagValue ReadFont(const VARIANT& source) {
 
 }  // namespace
 
-bool VariantFromBagValue(ControlObject& control, const BagValue& value, VARIANT& result) {
+bool VariantFromBagValue(HostFont& host_font, const BagValue& value, VARIANT& result) {
   if (const auto* number = std::get_if<std::int16_t>(&value)) {
     result.vt = VT_I2;
     result.iVal = *number;
@@ -184,7 +182,7 @@ bool VariantFromBagValue(ControlObject& control, const BagValue& value, VARIANT&
   } else if (const auto* array = std::get_if<ByteArray>(&value)) {
     VariantFromBytes(*array, result);
   } else if (const auto* font = std::get_if<FontRef>(&value)) {
-    result.pdispVal = control.host_font.For(*font).Detach();
+    result.pdispVal = host_font.For(*font).Detach();
     result.vt = VT_DISPATCH;
   } else {
     return false;

@@ -1,15 +1,14 @@
 // Saved values between the control and the property bags of hosts, which hold variants.
 #pragma once
 
+#include "activex/automation/font.h"
 #include "activex/com/com.h"
 #include "host/property_bag.h"
 
 namespace marklet::activex {
 
-class ControlObject;
-
 // `result` is empty before. False for a value that is none. Both throw std::bad_alloc.
-bool VariantFromBagValue(ControlObject& control, const BagValue& value, VARIANT& result);
+bool VariantFromBagValue(HostFont& host_font, const BagValue& value, VARIANT& result);
 void VariantFromBytes(const ByteArray& bytes, VARIANT& result);
 
 // The value in the type asked for, whatever convertible shape it comes in, but a text in place of bytes as a

@@ -4,7 +4,6 @@
 
 #include "activex/com/enumerator.h"
 #include "activex/com/guid.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -49,7 +48,7 @@ HRESULT ConnectionPoint::GetConnectionInterface(IID* iid) {
 
 HRESULT ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** container) {
   if (!container) return E_POINTER;
-  return OuterOf(control_).QueryInterface(IID_PPV_ARGS(container));
+  return owner_.QueryOuter(IID_PPV_ARGS(container));
 }
 
 HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
@@ -105,10 +104,10 @@ ComPtr<IUnknown> ConnectionPoint::Find(DWORD cookie) const {
 // --- ConnectionPointContainer -----------------------------------------------------------------------------
 
 // Hosts that don't know `__Marklet` connect plain automation objects to it.
-ConnectionPointContainer::ConnectionPointContainer(ControlObject& control)
-    : Face(control),
-      events_(control, kEventsGuid, &__uuidof(IDispatch)),
-      notifications_(control, __uuidof(IPropertyNotifySink), nullptr) {}
+ConnectionPointContainer::ConnectionPointContainer(FaceOwner& owner)
+    : Face(owner),
+      events_(owner, kEventsGuid, &__uuidof(IDispatch)),
+      notifications_(owner, __uuidof(IPropertyNotifySink), nullptr) {}
 
 HRESULT ConnectionPointContainer::EnumConnectionPoints(IEnumConnectionPoints** points) {
   if (!points) return E_POINTER;

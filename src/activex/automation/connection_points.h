@@ -11,8 +11,7 @@ namespace marklet::activex {
 class ConnectionPoint final : public Face<IConnectionPoint> {
  public:
   // A sink must have `iid`, or `base` when that isn't null.
-  ConnectionPoint(ControlObject& control, const IID& iid, const IID* base)
-      : Face(control), iid_(iid), base_(base) {}
+  ConnectionPoint(FaceOwner& owner, const IID& iid, const IID* base) : Face(owner), iid_(iid), base_(base) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP GetConnectionInterface(IID* iid) override;
@@ -49,7 +48,7 @@ class ConnectionPoint final : public Face<IConnectionPoint> {
 
 class ConnectionPointContainer final : public Face<IConnectionPointContainer> {
  public:
-  explicit ConnectionPointContainer(ControlObject& control);
+  explicit ConnectionPointContainer(FaceOwner& owner);
 
   STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** points) override;
   STDMETHODIMP FindConnectionPoint(REFIID iid, IConnectionPoint** point) override;

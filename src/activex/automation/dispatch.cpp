@@ -7,7 +7,6 @@
 #include "activex/com/boundary.h"
 #include "activex/com/guid.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -30,7 +29,8 @@ DISPID FindArgument(DISPID member, const wchar_t* name) {
 
 // What a call came with.
 struct Call {
-  ControlObject& control;
+  Marklet& marklet;
+  HostFont& host_font;
   WORD flags;
   DISPPARAMS& parameters;
   VARIANT* result;
@@ -45,8 +45,8 @@ HRESULT BadArgument(const Call& call, HRESULT result, UINT index) {
 
 HRESULT GetProperty(const Call& call, const PropertyRow& row) {
   if (call.parameters.cArgs != 0) return DISP_E_BADPARAMCOUNT;
-  const Value value = call.control.marklet.Get(row);
-  return call.result ? VariantFromValue(call.control, value, row.type, *call.result) : S_OK;
+  const Value value = call.marklet.Get(row);
+  return call.result ? VariantFromValue(call.host_font, value, row.type, *call.result) : S_OK;
 }
 
 HRESULT PutProperty(const Call& call, const PropertyRow& row) {
@@ -57,7 +57,7 @@ HRESULT PutProperty(const Call& call, const PropertyRow& row) {
   Value value;
   const HRESULT result = ValueFromVariant(call.parameters.rgvarg[0], row.type, value);
   if (FAILED(result)) return BadArgument(call, result, 0);
-  call.control.marklet.Set(row, value);
+  call.marklet.Set(row, value);
   return S_OK;
 }
 
@@ -96,9 +96,9 @@ HRESULT InvokeLoadIconImage(const Call& call) {
     const HRESULT result = ValueFromVariant(*passed, ValueType::Text, texts[number]);
     if (FAILED(result)) return BadArgument(call, result, index);
   }
-  const bool loaded = call.control.marklet.LoadIconImageFromFile(std::get<std::u16string>(texts[0]),
-                                                                 std::get<std::u16string>(texts[1]));
-  return call.result ? VariantFromValue(call.control, loaded, ValueType::Boolean, *call.result) : S_OK;
+  const bool loaded = call.marklet.LoadIconImageFromFile(std::get<std::u16string>(texts[0]),
+                                                         std::get<std::u16string>(texts[1]));
+  return call.result ? VariantFromValue(call.host_font, loaded, ValueType::Boolean, *call.result) : S_OK;
 }
 
 HRESULT Dispatch(const Call& call, DISPID id) {
@@ -132,13 +132,13 @@ HRESULT GetIdsOfNames(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) {
   return result;
 }
 
-HRESULT InvokeMember(ControlObject& control, DISPID id, REFIID iid, WORD flags, DISPPARAMS* parameters,
-                     VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) {
+HRESULT InvokeMember(Marklet& marklet, HostFont& host_font, DISPID id, REFIID iid, WORD flags,
+                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception, UINT* bad_argument) {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!parameters) return E_POINTER;
   if (result) ::VariantInit(result);
   return ReportInvoke(Guarded([&] {
-                        return Dispatch({control, flags, *parameters, result, bad_argument}, id);
+                        return Dispatch({marklet, host_font, flags, *parameters, result, bad_argument}, id);
                       }),
                       exception);
 }

@@ -55,4 +55,8 @@ HRESULT ReportInvoke(HRESULT result, EXCEPINFO* exception) noexcept {
   return DISP_E_EXCEPTION;
 }
 
+HRESULT ErrorInfoFace::InterfaceSupportsErrorInfo(REFIID iid) {
+  return iid == kDispatchGuid || iid == __uuidof(IDispatch) ? S_OK : S_FALSE;
+}
+
 }  // namespace marklet::activex

@@ -1,7 +1,7 @@
 // What callers can learn of a failure beyond its result code.
 #pragma once
 
-#include "activex/com/com.h"
+#include "activex/com/face.h"
 
 namespace marklet::activex {
 
@@ -13,5 +13,12 @@ HRESULT LeaveErrorInfo(HRESULT result) noexcept;
 // itself, as against a call that was wrong, becomes an exception with the system's words when the caller
 // takes one.
 HRESULT ReportInvoke(HRESULT result, EXCEPINFO* exception) noexcept;
+
+// Tells callers which interfaces leave such error objects.
+class ErrorInfoFace final : public Face<ISupportErrorInfo> {
+ public:
+  using Face::Face;
+  STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override;
+};
 
 }  // namespace marklet::activex

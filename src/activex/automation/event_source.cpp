@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "activex/control/control_object.h"
+#include "activex/automation/connection_points.h"
+#include "control/properties.h"
 
 namespace marklet::activex {
 namespace {
@@ -42,7 +43,7 @@ void EventSource::Raise(std::string_view name, std::span<VARIANTARG> arguments) 
   if (frozen_ > 0) return;
   const DISPID id = FindEvent(name);
   DISPPARAMS parameters = {arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-  control_.connections.Events().ForEach<IDispatch>([&](IDispatch& sink) {
+  sinks_.ForEach<IDispatch>([&](IDispatch& sink) {
     sink.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   });
 }

@@ -8,13 +8,13 @@
 
 namespace marklet::activex {
 
-class ControlObject;
+class ConnectionPoint;
 
 // Raises the control's events on every connected sink, with the arguments by reference so that a handler may
 // change them. While the host has events frozen they are dropped.
 class EventSource final : public MarkletEvents {
  public:
-  explicit EventSource(ControlObject& control) : control_(control) {}
+  explicit EventSource(ConnectionPoint& sinks) : sinks_(sinks) {}
 
   void Change() override;
   void Click() override;
@@ -30,7 +30,7 @@ class EventSource final : public MarkletEvents {
   void Raise(std::string_view name, std::span<VARIANTARG> arguments = {});
   void RaiseMouse(std::string_view name, std::int16_t& button, std::int16_t& shift, float& x, float& y);
 
-  ControlObject& control_;
+  ConnectionPoint& sinks_;
   int frozen_ = 0;
 };
 

@@ -4,7 +4,6 @@
 #include "activex/automation/type_info.h"
 #include "activex/com/guid.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -53,14 +52,14 @@ HRESULT ImageOwnerFace::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARA
 
 HRESULT ImageOwnerFace::DestroyIconByteCollectionData() {
   return Call([&] {
-    control_.marklet.DestroyIconByteCollectionData();
+    images_.DestroyIconByteCollectionData();
     return S_OK;
   });
 }
 
 HRESULT ImageOwnerFace::DeleteIconImage(BSTR key) {
   return Call([&] {
-    control_.marklet.DeleteIconImage(FromBstr(key));
+    images_.DeleteIconImage(FromBstr(key));
     return S_OK;
   });
 }
@@ -69,7 +68,7 @@ HRESULT ImageOwnerFace::LoadIconByteImageFromDisk(BSTR file, BSTR key, IDispatch
   if (!image) return E_POINTER;
   *image = nullptr;
   return Call([&] {
-    *image = ImageObject(control_.marklet.LoadIconByteImageFromDisk(FromBstr(file), FromBstr(key))).Detach();
+    *image = ImageObject(images_.LoadIconByteImageFromDisk(FromBstr(file), FromBstr(key))).Detach();
     return S_OK;
   });
 }
@@ -78,7 +77,7 @@ HRESULT ImageOwnerFace::GetIconByteCollection(IDispatch** list) {
   if (!list) return E_POINTER;
   *list = nullptr;
   return Call([&] {
-    *list = ListObject(control_.marklet.GetIconByteCollection()).Detach();
+    *list = ListObject(images_.GetIconByteCollection()).Detach();
     return S_OK;
   });
 }
@@ -87,7 +86,7 @@ HRESULT ImageOwnerFace::GetFriendlyString(BSTR* text) {
   if (!text) return E_POINTER;
   *text = nullptr;
   return Call([&] {
-    *text = NewBstr(control_.marklet.GetFriendlyString());
+    *text = NewBstr(images_.GetFriendlyString());
     return S_OK;
   });
 }

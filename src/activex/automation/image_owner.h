@@ -2,6 +2,7 @@
 #pragma once
 
 #include "activex/com/face.h"
+#include "imagelist/supports_alpha_image.h"
 
 namespace marklet::activex {
 
@@ -21,7 +22,7 @@ struct IImageOwner : public IDispatch {
 
 class ImageOwnerFace final : public Face<IImageOwner> {
  public:
-  using Face::Face;
+  ImageOwnerFace(FaceOwner& owner, ISupportsAlphaImage& images) : Face(owner), images_(images) {}
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
   STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
@@ -34,6 +35,9 @@ class ImageOwnerFace final : public Face<IImageOwner> {
   STDMETHODIMP LoadIconByteImageFromDisk(BSTR file, BSTR key, IDispatch** image) override;
   STDMETHODIMP GetIconByteCollection(IDispatch** list) override;
   STDMETHODIMP GetFriendlyString(BSTR* text) override;
+
+ private:
+  ISupportsAlphaImage& images_;
 };
 
 }  // namespace marklet::activex

@@ -1,14 +1,13 @@
 // The slots of `_Marklet`, built once from the property table.
 #include <array>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "activex/automation/dispatch.h"
 #include "activex/automation/error_report.h"
 #include "activex/automation/value_conversion.h"
-#include "activex/com/face.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -21,17 +20,17 @@ Value FromNative(BSTR value) { return FromBstr(value); }
 Value FromNative(IFontDisp* value) { return FontFromObject(value); }
 Value FromNative(IPictureDisp* value) { return WrapPicture(value); }
 
-void ToNative(ControlObject&, const Value& value, VARIANT_BOOL& result) {
+void ToNative(HostFont&, const Value& value, VARIANT_BOOL& result) {
   result = std::get<bool>(value) ? VARIANT_TRUE : VARIANT_FALSE;
 }
-void ToNative(ControlObject&, const Value& value, LONG& result) { result = std::get<Long>(value); }
-void ToNative(ControlObject&, const Value& value, BSTR& result) {
+void ToNative(HostFont&, const Value& value, LONG& result) { result = std::get<Long>(value); }
+void ToNative(HostFont&, const Value& value, BSTR& result) {
   result = NewBstr(std::get<std::u16string>(value));
 }
-void ToNative(ControlObject& control, const Value& value, IFontDisp*& result) {
-  result = control.host_font.For(std::get<FontRef>(value)).Detach();
+void ToNative(HostFont& host_font, const Value& value, IFontDisp*& result) {
+  result = host_font.For(std::get<FontRef>(value)).Detach();
 }
-void ToNative(ControlObject&, const Value& value, IPictureDisp*& result) {
+void ToNative(HostFont&, const Value& value, IPictureDisp*& result) {
   result = UnwrapPicture(std::get<HostObjectRef>(value)).Detach();
 }
 
@@ -41,18 +40,18 @@ template <std::size_t Row, typename Native>
 HRESULT STDMETHODCALLTYPE GetSlot(DispatchFace* face, Native* result) {
   if (!result) return E_POINTER;
   *result = {};
-  const Entry entry(face->Control());
+  const Entry entry(face->Owner());
   return LeaveErrorInfo(Guarded([&] {
-    ToNative(face->Control(), face->Control().marklet.Get(Properties()[Row]), *result);
+    ToNative(face->Font(), face->Control().Get(Properties()[Row]), *result);
     return S_OK;
   }));
 }
 
 template <std::size_t Row, typename Native>
 HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
-  const Entry entry(face->Control());
+  const Entry entry(face->Owner());
   return LeaveErrorInfo(Guarded([&] {
-    face->Control().marklet.Set(Properties()[Row], FromNative(value));
+    face->Control().Set(Properties()[Row], FromNative(value));
     return S_OK;
   }));
 }
@@ -60,9 +59,9 @@ HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
 HRESULT STDMETHODCALLTYPE LoadIconImageSlot(DispatchFace* face, BSTR file, BSTR key, VARIANT_BOOL* result) {
   if (!result) return E_POINTER;
   *result = VARIANT_FALSE;
-  const Entry entry(face->Control());
+  const Entry entry(face->Owner());
   return LeaveErrorInfo(Guarded([&] {
-    if (face->Control().marklet.LoadIconImageFromFile(FromBstr(file), FromBstr(key))) *result = VARIANT_TRUE;
+    if (face->Control().LoadIconImageFromFile(FromBstr(file), FromBstr(key))) *result = VARIANT_TRUE;
     return S_OK;
   }));
 }
@@ -70,10 +69,10 @@ HRESULT STDMETHODCALLTYPE LoadIconImageSlot(DispatchFace* face, BSTR file, BSTR 
 // --- The slots of IDispatch -------------------------------------------------------------------------------
 
 HRESULT STDMETHODCALLTYPE QueryInterfaceSlot(DispatchFace* face, REFIID iid, void** object) {
-  return OuterOf(face->Control()).QueryInterface(iid, object);
+  return face->Owner().QueryOuter(iid, object);
 }
-ULONG STDMETHODCALLTYPE AddRefSlot(DispatchFace* face) { return OuterOf(face->Control()).AddRef(); }
-ULONG STDMETHODCALLTYPE ReleaseSlot(DispatchFace* face) { return OuterOf(face->Control()).Release(); }
+ULONG STDMETHODCALLTYPE AddRefSlot(DispatchFace* face) { return face->Owner().AddRefOuter(); }
+ULONG STDMETHODCALLTYPE ReleaseSlot(DispatchFace* face) { return face->Owner().ReleaseOuter(); }
 
 HRESULT STDMETHODCALLTYPE GetTypeInfoCountSlot(DispatchFace*, UINT* count) {
   if (!count) return E_POINTER;
@@ -93,9 +92,10 @@ HRESULT STDMETHODCALLTYPE GetIdsOfNamesSlot(DispatchFace*, REFIID iid, LPOLESTR*
 HRESULT STDMETHODCALLTYPE InvokeSlot(DispatchFace* face, DISPID id, REFIID iid, LCID, WORD flags,
                                      DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                      UINT* bad_argument) {
-  const Entry entry(face->Control());
+  const Entry entry(face->Owner());
   return Guarded([&] {
-    return InvokeMember(face->Control(), id, iid, flags, parameters, result, exception, bad_argument);
+    return InvokeMember(face->Control(), face->Font(), id, iid, flags, parameters, result, exception,
+                        bad_argument);
   });
 }
 
@@ -166,6 +166,9 @@ const void* const* Slots() {
 
 }  // namespace
 
-DispatchFace::DispatchFace(ControlObject& control) : slots_(Slots()), control_(&control) {}
+static_assert(std::is_standard_layout_v<DispatchFace>, "callers find the slots at its start");
+
+DispatchFace::DispatchFace(FaceOwner& owner, Marklet& marklet, HostFont& host_font)
+    : slots_(Slots()), owner_(&owner), marklet_(&marklet), host_font_(&host_font) {}
 
 }  // namespace marklet::activex

@@ -1,5 +1,6 @@
 #include "activex/automation/type_info.h"
 
+#include "activex/com/guid.h"
 #include "activex/com/module.h"
 
 namespace marklet::activex {
@@ -10,6 +11,18 @@ HRESULT GetOwnTypeInfo(REFGUID guid, ITypeInfo** info) {
   ComPtr<ITypeLib> library;
   const HRESULT result = ::LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, library.GetAddressOf());
   return FAILED(result) ? result : library->GetTypeInfoOfGuid(guid, info);
+}
+
+HRESULT ClassInfoFace::GetClassInfo(ITypeInfo** info) {
+  if (!info) return E_POINTER;
+  *info = nullptr;
+  return Call([&] { return GetOwnTypeInfo(kClassGuid, info); });
+}
+
+HRESULT ClassInfoFace::GetGUID(DWORD kind, GUID* guid) {
+  if (!guid) return E_POINTER;
+  *guid = kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID ? kEventsGuid : GUID_NULL;
+  return kind == GUIDKIND_DEFAULT_SOURCE_DISP_IID ? S_OK : E_INVALIDARG;
 }
 
 }  // namespace marklet::activex

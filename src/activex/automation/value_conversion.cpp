@@ -1,8 +1,6 @@
 #include "activex/automation/value_conversion.h"
 
-#include "activex/automation/font.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -100,11 +98,11 @@ HRESULT ValueFromVariant(const VARIANT& reference, ValueType type, Value& value)
   return S_OK;
 }
 
-HRESULT VariantFromValue(ControlObject& control, const Value& value, ValueType type, VARIANT& result) {
+HRESULT VariantFromValue(HostFont& host_font, const Value& value, ValueType type, VARIANT& result) {
   if (!HoldsType(value, type)) return E_UNEXPECTED;
   switch (type) {
     case ValueType::Font:
-      return PutObject(control.host_font.For(std::get<FontRef>(value)), result);
+      return PutObject(host_font.For(std::get<FontRef>(value)), result);
     case ValueType::Picture:
       return PutObject(UnwrapPicture(std::get<HostObjectRef>(value)), result);
     case ValueType::Text:

@@ -2,12 +2,11 @@
 // variants.
 #pragma once
 
+#include "activex/automation/font.h"
 #include "activex/com/com.h"
 #include "control/properties.h"
 
 namespace marklet::activex {
-
-class ControlObject;
 
 // A whole number from any numeric variant or text. A colour may come signed or unsigned: 0x8000000F is
 // -2147483633 and 2147483663.
@@ -17,7 +16,7 @@ bool ColourFromVariant(const VARIANT& source, Long& colour);
 // be converted. Objects may be null.
 HRESULT ValueFromVariant(const VARIANT& source, ValueType type, Value& value);
 // `result` is empty before. A value that couldn't be had gives E_UNEXPECTED.
-HRESULT VariantFromValue(ControlObject& control, const Value& value, ValueType type, VARIANT& result);
+HRESULT VariantFromValue(HostFont& host_font, const Value& value, ValueType type, VARIANT& result);
 
 // A picture of the host's.
 HostObjectRef WrapPicture(IUnknown* picture);

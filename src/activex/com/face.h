@@ -1,5 +1,5 @@
-// One interface of the control. Each of its interfaces is an object of its own, a member of ControlObject,
-// that hands identity and lifetime on to the control.
+// One interface of an object that has many. Each is an object of its own, a member of its owner, to which it
+// hands on identity and lifetime.
 #pragma once
 
 #include <utility>
@@ -9,37 +9,51 @@
 
 namespace marklet::activex {
 
-class ControlObject;
+// The object that faces belong to, as they know it. Its identity towards the outside is the outer object's
+// when it is aggregated. Not inline: every interface has these calls.
+class FaceOwner {
+ public:
+  HRESULT QueryOuter(REFIID iid, void** object);
+  ULONG AddRefOuter();
+  ULONG ReleaseOuter();
 
-// The identity of the control as the outside sees it: the outer object's when it is aggregated.
-IUnknown& OuterOf(ControlObject& control);
+ protected:
+  explicit FaceOwner(IUnknown& outer) : outer_(&outer) {}
+  ~FaceOwner() = default;
+  void SetOuter(IUnknown& outer) { outer_ = &outer; }
+  // The last call from outside is about to return.
+  virtual void LastCallEnds() = 0;
 
-// A call from outside: an interface method, a window message. The control lives until the last one has
+ private:
+  friend class Entry;
+  IUnknown* outer_;     // not counted: it holds the owner
+  unsigned depth_ = 0;  // of calls from outside
+};
+
+// A call from outside: an interface method, a window message. The owner lives until the last one has
 // returned, even when its host lets go of it in the middle, and what the outermost one borrowed for painting
 // goes back with it.
 class Entry {
  public:
-  explicit Entry(ControlObject& control);
+  explicit Entry(FaceOwner& owner);
   ~Entry();
   Entry(const Entry&) = delete;
   Entry& operator=(const Entry&) = delete;
 
  private:
-  ControlObject& control_;
+  FaceOwner& owner_;
 };
 
 template <typename Interface>
 class Face : public Interface {
  public:
-  explicit Face(ControlObject& control) : control_(control) {}
+  explicit Face(FaceOwner& owner) : owner_(owner) {}
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    return OuterOf(control_).QueryInterface(iid, object);
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return OuterOf(control_).AddRef(); }
-  STDMETHODIMP_(ULONG) Release() override { return OuterOf(control_).Release(); }
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override { return owner_.QueryOuter(iid, object); }
+  STDMETHODIMP_(ULONG) AddRef() override { return owner_.AddRefOuter(); }
+  STDMETHODIMP_(ULONG) Release() override { return owner_.ReleaseOuter(); }
 
  protected:
   ~Face() = default;
@@ -47,11 +61,11 @@ class Face : public Interface {
   // The body of a method that may call the host or change the control.
   template <typename Body>
   HRESULT Call(Body&& body) {
-    const Entry entry(control_);
+    const Entry entry(owner_);
     return Guarded(std::forward<Body>(body));
   }
 
-  ControlObject& control_;
+  FaceOwner& owner_;
 };
 
 }  // namespace marklet::activex

@@ -5,64 +5,47 @@
 namespace marklet::activex {
 namespace {
 
-struct InterfaceRow {
-  const IID& iid;
-  IUnknown* (*get)(ControlObject& control);
-};
-
-template <auto Member>
-IUnknown* Get(ControlObject& control) {
-  return &(control.*Member);
-}
-IUnknown* GetDispatch(ControlObject& control) { return control.dispatch.Interface(); }
-
 // The platform's libraries have no symbol for this one.
 constexpr GUID kObjectSafetyGuid = ParseGuid("{CB5BDC81-93C1-11CF-8F20-00805F2CD064}");
 
-using C = ControlObject;
-const InterfaceRow kInterfaces[] = {
-    {__uuidof(IDispatch), GetDispatch},
-    {kDispatchGuid, GetDispatch},
-    {__uuidof(IOleObject), Get<&C::ole_object>},
-    {__uuidof(IOleControl), Get<&C::ole_control>},
-    {__uuidof(IOleWindow), Get<&C::in_place_object>},
-    {__uuidof(IOleInPlaceObject), Get<&C::in_place_object>},
-    {__uuidof(IOleInPlaceActiveObject), Get<&C::active_object>},
-    {__uuidof(IViewObject), Get<&C::view>},
-    {__uuidof(IViewObject2), Get<&C::view>},
-    {__uuidof(IViewObjectEx), Get<&C::view>},
-    {__uuidof(IPersist), Get<&C::persist_stream>},
-    {__uuidof(IPersistStreamInit), Get<&C::persist_stream>},
-    {__uuidof(IPersistPropertyBag), Get<&C::persist_bag>},
-    {__uuidof(IPersistStorage), Get<&C::persist_storage>},
-    {__uuidof(IConnectionPointContainer), Get<&C::connections>},
-    {__uuidof(IProvideClassInfo), Get<&C::class_info>},
-    {__uuidof(IProvideClassInfo2), Get<&C::class_info>},
-    {__uuidof(ISupportErrorInfo), Get<&C::error_info>},
-    {__uuidof(IQuickActivate), Get<&C::quick_activate>},
-    {__uuidof(IDataObject), Get<&C::data>},
-    {__uuidof(ISpecifyPropertyPages), Get<&C::property_pages>},
-    {__uuidof(IPerPropertyBrowsing), Get<&C::property_browsing>},
-    {__uuidof(ICategorizeProperties), Get<&C::categories>},
-    {kObjectSafetyGuid, Get<&C::safety>},
-    {kImageOwnerGuid, Get<&C::image_owner>},
-};
-
 }  // namespace
 
-IUnknown& OuterOf(ControlObject& control) { return control.Outer(); }
-
-// --- Entry ------------------------------------------------------------------------------------------------
-
-Entry::Entry(ControlObject& control) : control_(control) {
-  control_.Outer().AddRef();
-  ++control_.depth_;
+template <auto Member>
+IUnknown* ControlObject::Get(ControlObject& control) {
+  return &(control.*Member);
+}
+template <>
+IUnknown* ControlObject::Get<&ControlObject::dispatch_>(ControlObject& control) {
+  return control.dispatch_.Interface();
 }
 
-Entry::~Entry() {
-  if (--control_.depth_ == 0) control_.window.ReleaseContext();
-  control_.Outer().Release();
-}
+const ControlObject::InterfaceRow ControlObject::kInterfaces[] = {
+    {__uuidof(IDispatch), Get<&ControlObject::dispatch_>},
+    {kDispatchGuid, Get<&ControlObject::dispatch_>},
+    {__uuidof(IOleObject), Get<&ControlObject::ole_object_>},
+    {__uuidof(IOleControl), Get<&ControlObject::ole_control_>},
+    {__uuidof(IOleWindow), Get<&ControlObject::in_place_object_>},
+    {__uuidof(IOleInPlaceObject), Get<&ControlObject::in_place_object_>},
+    {__uuidof(IOleInPlaceActiveObject), Get<&ControlObject::active_object_>},
+    {__uuidof(IViewObject), Get<&ControlObject::view_>},
+    {__uuidof(IViewObject2), Get<&ControlObject::view_>},
+    {__uuidof(IViewObjectEx), Get<&ControlObject::view_>},
+    {__uuidof(IPersist), Get<&ControlObject::persist_stream_>},
+    {__uuidof(IPersistStreamInit), Get<&ControlObject::persist_stream_>},
+    {__uuidof(IPersistPropertyBag), Get<&ControlObject::persist_bag_>},
+    {__uuidof(IPersistStorage), Get<&ControlObject::persist_storage_>},
+    {__uuidof(IConnectionPointContainer), Get<&ControlObject::connections_>},
+    {__uuidof(IProvideClassInfo), Get<&ControlObject::class_info_>},
+    {__uuidof(IProvideClassInfo2), Get<&ControlObject::class_info_>},
+    {__uuidof(ISupportErrorInfo), Get<&ControlObject::error_info_>},
+    {__uuidof(IQuickActivate), Get<&ControlObject::quick_activate_>},
+    {__uuidof(IDataObject), Get<&ControlObject::data_>},
+    {__uuidof(ISpecifyPropertyPages), Get<&ControlObject::property_pages_>},
+    {__uuidof(IPerPropertyBrowsing), Get<&ControlObject::property_browsing_>},
+    {__uuidof(ICategorizeProperties), Get<&ControlObject::categories_>},
+    {kObjectSafetyGuid, Get<&ControlObject::safety_>},
+    {kImageOwnerGuid, Get<&ControlObject::image_owner_>},
+};
 
 // --- Identity ---------------------------------------------------------------------------------------------
 
@@ -96,22 +79,31 @@ ULONG ControlObject::AddRef() { return ++references_; }
 // The last steps make calls of their own, which come and go on a reference of theirs.
 ULONG ControlObject::Release() {
   if (references_ > 1) return --references_;
-  if (outer_ != this) outer_ = this;  // the outer object is on its way out and must not be counted on
+  SetOuter(*this);  // the outer object is on its way out and must not be counted on
   Shutdown();
   delete this;
   return 0;
 }
 
-void ControlObject::NotifyLook() {
-  view.NotifyChange();
-  data.NotifyChange();
+void ControlObject::Shutdown() {
+  in_place_.Deactivate();
+  connections_.Events().Clear();
+  connections_.Notifications().Clear();
+  site_.Set(nullptr);
 }
 
-void ControlObject::Shutdown() {
-  in_place.Deactivate();
-  connections.Events().Clear();
-  connections.Notifications().Clear();
-  site.Set(nullptr);
+// --- For the parts ----------------------------------------------------------------------------------------
+
+void ControlObject::PropertyChanged(DISPID id) {
+  persist_.SetDirty(true);
+  connections_.Notifications().ForEach<IPropertyNotifySink>(
+      [id](IPropertyNotifySink& sink) { sink.OnChanged(id); });
+  LookChanged();
+}
+
+void ControlObject::LookChanged() {
+  view_.NotifyChange();
+  data_.NotifyChange();
 }
 
 }  // namespace marklet::activex

@@ -1,13 +1,19 @@
-// The COM object of one control: its identity, its parts and its interfaces.
+// The COM object of one control: its identity, its parts and its interfaces, and who of them knows whom.
+//
+// A new interface is a Face in a file of its own, here or, when it needs no part of this floor, in
+// automation/. It takes a reference to each part that it uses, becomes a member below and gets a row in
+// kInterfaces. Parts don't know this object; what they must tell it goes through a listener.
 #pragma once
 
 #include "activex/automation/connection_points.h"
 #include "activex/automation/dispatch.h"
+#include "activex/automation/error_report.h"
 #include "activex/automation/event_source.h"
 #include "activex/automation/font.h"
 #include "activex/automation/image_owner.h"
+#include "activex/automation/type_info.h"
+#include "activex/com/face.h"
 #include "activex/com/module.h"
-#include "activex/control/class_info.h"
 #include "activex/control/data_object.h"
 #include "activex/control/designer.h"
 #include "activex/control/extent.h"
@@ -15,6 +21,7 @@
 #include "activex/control/ole_control.h"
 #include "activex/control/ole_object.h"
 #include "activex/control/persist.h"
+#include "activex/control/picture.h"
 #include "activex/control/quick_activate.h"
 #include "activex/control/safety.h"
 #include "activex/control/site.h"
@@ -27,7 +34,7 @@ namespace marklet::activex {
 
 // Its IUnknown is the one that an outer object holds when the control is aggregated, and its own identity
 // otherwise.
-class ControlObject final : public IUnknown {
+class ControlObject final : public IUnknown, private FaceOwner, private ChangeListener {
  public:
   // A new control in `*object`, aggregated into `outer` unless that is null.
   static HRESULT Create(IUnknown* outer, REFIID iid, void** object);
@@ -36,55 +43,59 @@ class ControlObject final : public IUnknown {
   STDMETHODIMP_(ULONG) AddRef() override;
   STDMETHODIMP_(ULONG) Release() override;
 
-  IUnknown& Outer() { return *outer_; }
-
  private:
-  friend class Entry;
-  IUnknown* outer_;  // not counted: it holds this object
-  ULONG references_ = 1;
-  unsigned depth_ = 0;  // of calls from outside
-  ModuleReference module_;
+  struct InterfaceRow {
+    const IID& iid;
+    IUnknown* (*get)(ControlObject& control);
+  };
+  static const InterfaceRow kInterfaces[];
+  template <auto Member>
+  static IUnknown* Get(ControlObject& control);
 
- public:
-  // What the control knows of its host and has on its screen, below the control itself.
-  Site site;
-  Extent extent;
-  HostFont host_font;
-  ConnectionPointContainer connections{*this};
-  EventSource events{*this};
-  ControlWindow window{*this};
-  InPlace in_place{*this};
-  ViewFace view{*this};
-  Persist persist{*this};
-  OleUserControl host{*this};
-  Marklet marklet{host, events};
-
-  // The other interfaces.
-  DispatchFace dispatch{*this};
-  OleObjectFace ole_object{*this};
-  OleControlFace ole_control{*this};
-  InPlaceObjectFace in_place_object{*this};
-  ActiveObjectFace active_object{*this};
-  PersistStreamFace persist_stream{*this};
-  PersistBagFace persist_bag{*this};
-  PersistStorageFace persist_storage{*this};
-  ClassInfoFace class_info{*this};
-  ErrorInfoFace error_info{*this};
-  QuickActivateFace quick_activate{*this};
-  SafetyFace safety{*this};
-  PropertyPagesFace property_pages{*this};
-  PropertyBrowsingFace property_browsing{*this};
-  CategoriesFace categories{*this};
-  DataFace data{*this};
-  ImageOwnerFace image_owner{*this};
-
-  // Tells everybody who keeps a picture that the control looks different.
-  void NotifyLook();
-
- private:
-  explicit ControlObject(IUnknown* outer) : outer_(outer ? outer : this) {}
+  explicit ControlObject(IUnknown* outer) : FaceOwner(outer ? *outer : *this) {}
   ~ControlObject() = default;
   void Shutdown();
+
+  // For the parts.
+  void LastCallEnds() override { window_.ReleaseContext(); }
+  void PropertyChanged(DISPID id) override;
+  void LookChanged() override;
+
+  ULONG references_ = 1;
+  ModuleReference module_;
+
+  // What the control knows of its host and has on its screen, below the control itself.
+  Site site_;
+  Extent extent_;
+  HostFont host_font_;
+  ConnectionPointContainer connections_{*this};
+  EventSource events_{connections_.Events()};
+  OleUserControl host_{*this, site_, extent_, host_font_, window_, in_place_, marklet_};
+  ControlWindow window_{*this, marklet_, host_, host_};
+  InPlace in_place_{site_, extent_, window_, active_object_, host_};
+  ControlPicture picture_{host_, marklet_};
+  ViewFace view_{*this, picture_, extent_};
+  Persist persist_{marklet_};
+  Marklet marklet_{host_, events_};
+
+  // The other interfaces.
+  DispatchFace dispatch_{*this, marklet_, host_font_};
+  OleObjectFace ole_object_{*this, site_, extent_, in_place_, persist_, host_};
+  OleControlFace ole_control_{*this, host_, events_};
+  InPlaceObjectFace in_place_object_{*this, in_place_};
+  ActiveObjectFace active_object_{*this, in_place_, site_};
+  PersistStreamFace persist_stream_{*this, persist_};
+  PersistBagFace persist_bag_{*this, persist_, host_font_};
+  PersistStorageFace persist_storage_{*this, persist_};
+  ClassInfoFace class_info_{*this};
+  ErrorInfoFace error_info_{*this};
+  QuickActivateFace quick_activate_{*this, ole_object_, view_, connections_};
+  SafetyFace safety_{*this, marklet_.State()};
+  PropertyPagesFace property_pages_{*this};
+  PropertyBrowsingFace property_browsing_{*this, marklet_};
+  CategoriesFace categories_{*this};
+  DataFace data_{*this, picture_, extent_};
+  ImageOwnerFace image_owner_{*this, marklet_};
 };
 
 }  // namespace marklet::activex

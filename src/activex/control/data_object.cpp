@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "activex/com/enumerator.h"
-#include "activex/control/control_object.h"
+#include "activex/control/extent.h"
+#include "activex/control/picture.h"
 
 namespace marklet::activex {
 
@@ -110,13 +111,15 @@ HRESULT DataFace::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) {
 // --- Pictures ---------------------------------------------------------------------------------------------
 
 HRESULT DataFace::DrawOn(::HDC dc) {
-  const ::SIZE size = control_.host.Size();
+  const ::SIZE size = picture_.Size();
   const RECTL bounds = {0, 0, size.cx, size.cy};
   ::SetMapMode(dc, MM_ANISOTROPIC);
   ::SetWindowOrgEx(dc, 0, 0, nullptr);
   ::SetWindowExtEx(dc, size.cx, size.cy, nullptr);
-  return control_.view.Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr,
-                            0);
+  return Guarded([&] {
+    picture_.Draw(dc, bounds);
+    return S_OK;
+  });
 }
 
 HRESULT DataFace::MakeMetafile(STGMEDIUM& medium) {
@@ -129,7 +132,7 @@ HRESULT DataFace::MakeMetafile(STGMEDIUM& medium) {
     if (metafile) ::DeleteMetaFile(metafile);
     return FAILED(drawn) ? drawn : E_OUTOFMEMORY;
   }
-  const SIZEL size = control_.extent.Himetric();
+  const SIZEL size = extent_.Himetric();
   memory.With([&](void* picture) {
     *static_cast<METAFILEPICT*>(picture) = {MM_ANISOTROPIC, size.cx, size.cy, metafile};
   });
@@ -139,7 +142,7 @@ HRESULT DataFace::MakeMetafile(STGMEDIUM& medium) {
 }
 
 HRESULT DataFace::MakeEnhancedMetafile(STGMEDIUM& medium) {
-  const SIZEL size = control_.extent.Himetric();
+  const SIZEL size = extent_.Himetric();
   const ::RECT frame = {0, 0, size.cx, size.cy};
   const ::HDC dc = ::CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
   if (!dc) return E_OUTOFMEMORY;
@@ -162,7 +165,7 @@ HRESULT DataFace::MakeEnhancedMetafile(STGMEDIUM& medium) {
 // The header, then the rows bottom up.
 HRESULT DataFace::MakeBitmap(STGMEDIUM& medium) {
   CDib24 surface;
-  if (!control_.view.PaintOn(surface)) return E_OUTOFMEMORY;
+  if (!picture_.PaintOn(surface)) return E_OUTOFMEMORY;
   const BITMAPINFOHEADER header = Describe(surface);
   GlobalMemory memory(sizeof header + header.biSizeImage);
   memory.With([&](void* bitmap) {

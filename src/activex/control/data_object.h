@@ -5,11 +5,15 @@
 
 namespace marklet::activex {
 
+class ControlPicture;
+class Extent;
+
 // Gives metafiles, old and enhanced, and a device-independent bitmap, each of the picture at the control's
 // size. Takes nothing.
 class DataFace final : public Face<IDataObject> {
  public:
-  using Face::Face;
+  DataFace(FaceOwner& owner, ControlPicture& picture, const Extent& extent)
+      : Face(owner), picture_(picture), extent_(extent) {}
 
   STDMETHODIMP GetData(FORMATETC* format, STGMEDIUM* medium) override;
   STDMETHODIMP GetDataHere(FORMATETC*, STGMEDIUM*) override { return E_NOTIMPL; }
@@ -33,6 +37,8 @@ class DataFace final : public Face<IDataObject> {
   static const Format kFormats[];
   static HRESULT Find(const FORMATETC& format, const Format*& found);
 
+  ControlPicture& picture_;
+  const Extent& extent_;
   ComPtr<IDataAdviseHolder> advises_;
 };
 

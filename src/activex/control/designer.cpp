@@ -4,10 +4,10 @@
 #include <string_view>
 #include <vector>
 
+#include "activex/automation/dispatch.h"
 #include "activex/com/guid.h"
 #include "activex/com/task_memory.h"
 #include "activex/com/text.h"
-#include "activex/control/control_object.h"
 
 namespace marklet::activex {
 namespace {
@@ -105,7 +105,7 @@ HRESULT PropertyBrowsingFace::GetDisplayString(DISPID id, BSTR* text) {
     const PropertyRow* row = PropertyOf(id);
     if (!row) return DISP_E_MEMBERNOTFOUND;
     if (!row->enumeration) return S_FALSE;
-    const Value value = control_.marklet.Get(*row);
+    const Value value = marklet_.Get(*row);
     for (const EnumMember& member : row->enumeration->members) {
       if (member.value != std::get<Long>(value)) continue;
       *text = NewBstr(member.name);

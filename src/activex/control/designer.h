@@ -2,6 +2,7 @@
 #pragma once
 
 #include "activex/com/face.h"
+#include "control/marklet.h"
 
 // Not in the platform's headers here.
 using PROPCAT = int;
@@ -25,13 +26,16 @@ class PropertyPagesFace final : public Face<ISpecifyPropertyPages> {
 // The members of enumerations, by their names in the type library.
 class PropertyBrowsingFace final : public Face<IPerPropertyBrowsing> {
  public:
-  using Face::Face;
+  PropertyBrowsingFace(FaceOwner& owner, Marklet& marklet) : Face(owner), marklet_(marklet) {}
   // S_FALSE without a text where the designer's own way of showing a value is good enough.
   STDMETHODIMP GetDisplayString(DISPID id, BSTR* text) override;
   STDMETHODIMP MapPropertyToPage(DISPID id, CLSID* page) override;
   // A cookie is the member's value.
   STDMETHODIMP GetPredefinedStrings(DISPID id, CALPOLESTR* names, CADWORD* cookies) override;
   STDMETHODIMP GetPredefinedValue(DISPID id, DWORD cookie, VARIANT* value) override;
+
+ private:
+  Marklet& marklet_;
 };
 
 class CategoriesFace final : public Face<ICategorizeProperties> {

@@ -15,6 +15,13 @@ Long ToHimetric(Long pixels) { return ::MulDiv(pixels, kHimetricPerInch, PixelsP
 
 ::SIZE Extent::Pixels() const { return {ToPixels(himetric_.cx), ToPixels(himetric_.cy)}; }
 
+HRESULT Extent::Get(DWORD aspect, SIZEL* size) const {
+  if (!size) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  *size = himetric_;
+  return S_OK;
+}
+
 void Extent::SetPixels(::SIZE size) {
   const ::SIZE now = Pixels();
   if (now.cx != size.cx) himetric_.cx = ToHimetric(size.cx);

@@ -1,6 +1,8 @@
 #include "activex/control/in_place.h"
 
-#include "activex/control/control_object.h"
+#include "activex/control/extent.h"
+#include "activex/control/site.h"
+#include "activex/control/window.h"
 
 namespace marklet::activex {
 
@@ -8,7 +10,7 @@ namespace marklet::activex {
 
 HRESULT InPlace::Activate() {
   if (state_ != State::Inactive) return S_OK;
-  const auto site = control_.site.Query<IOleInPlaceSite>();
+  const auto site = client_site_.Query<IOleInPlaceSite>();
   if (!site || site->CanInPlaceActivate() != S_OK) return E_FAIL;
   if (state_ != State::Inactive) return S_OK;
   state_ = State::Activating;
@@ -24,7 +26,7 @@ HRESULT InPlace::Activate() {
     if (state_ != State::Inactive) Deactivate();
     return entered;
   }
-  if (const ComPtr<IOleClientSite> client = control_.site.Get()) client->ShowObject();
+  if (const ComPtr<IOleClientSite> client = client_site_.Get()) client->ShowObject();
   return state_ == State::Active ? S_OK : E_FAIL;
 }
 
@@ -35,20 +37,18 @@ HRESULT InPlace::EnterWindow() {
   if (FAILED(site->GetWindow(&parent)) || !parent || state_ != State::Activating) return E_FAIL;
   ReadContext();
   if (state_ != State::Activating) return E_FAIL;
-  if (!control_.window.Create(parent, position_)) return E_FAIL;
+  if (!window_.Create(parent, position_)) return E_FAIL;
   state_ = State::Active;
-  control_.window.Place(position_, &clip_);
-  control_.host.EnableWindow();
-  // The first size a control hears of is that of its window.
-  control_.host.Resized();
-  if (control_.window.Handle()) ::ShowWindow(control_.window.Handle(), SW_SHOWNA);
+  window_.Place(position_, &clip_);
+  listener_.Entered();
+  if (window_.Handle()) ::ShowWindow(window_.Handle(), SW_SHOWNA);
   return state_ == State::Active ? S_OK : E_FAIL;
 }
 
 // Where the site puts the control; rectangles that it has set itself in the meantime go before. A site that
 // doesn't say gets the control at its corner, at its own size.
 void InPlace::ReadContext() {
-  const ::SIZE size = control_.extent.Pixels();
+  const ::SIZE size = extent_.Pixels();
   ::RECT position = {0, 0, size.cx, size.cy}, clip = position;
   OLEINPLACEFRAMEINFO info = {};
   info.cb = sizeof info;
@@ -76,15 +76,15 @@ HRESULT InPlace::ActivateUi() {
   if (FAILED(allowed)) return allowed;
   if (state_ != State::Active) return E_FAIL;
   ui_active_ = true;
-  ::SetFocus(control_.window.Handle());
+  ::SetFocus(window_.Handle());
   const ComPtr<IOleInPlaceFrame> frame = frame_;
   const ComPtr<IOleInPlaceUIWindow> document = document_;
   if (frame) {
-    frame->SetActiveObject(&control_.active_object, L"Marklet");
+    frame->SetActiveObject(&active_object_, L"Marklet");
     frame->SetBorderSpace(nullptr);
   }
   if (document) {
-    document->SetActiveObject(&control_.active_object, L"Marklet");
+    document->SetActiveObject(&active_object_, L"Marklet");
     document->SetBorderSpace(nullptr);
   }
   return S_OK;
@@ -115,7 +115,7 @@ void InPlace::LeaveSite(bool notify) {
   site_.Reset();
   frame_.Reset();
   document_.Reset();
-  control_.window.Destroy();
+  window_.Destroy();
   if (notify && site) site->OnInPlaceDeactivate();
 }
 
@@ -127,10 +127,10 @@ HRESULT InPlace::SetRects(const ::RECT* position, const ::RECT* clip) {
   position_ = *position;
   clip_ = clip ? *clip : *position;
   placed_ = true;
-  control_.window.Place(position_, clip ? &clip_ : nullptr);
-  if (!control_.window.Handle()) {
-    control_.extent.SetPixels({position_.right - position_.left, position_.bottom - position_.top});
-    control_.host.SizeMayHaveChanged();
+  window_.Place(position_, clip ? &clip_ : nullptr);
+  if (!window_.Handle()) {
+    extent_.SetPixels({position_.right - position_.left, position_.bottom - position_.top});
+    listener_.SizeMayHaveChanged();
   }
   return S_OK;
 }
@@ -139,43 +139,39 @@ void InPlace::RequestSize(::SIZE size) {
   const ::RECT wanted = {position_.left, position_.top, position_.left + size.cx, position_.top + size.cy};
   placed_ = false;
   if (const ComPtr<IOleInPlaceSite> site = site_) site->OnPosRectChange(&wanted);
-  if (placed_ || !control_.window.Handle()) return;
+  if (placed_ || !window_.Handle()) return;
   position_ = wanted;
-  control_.window.Place(position_, nullptr);
+  window_.Place(position_, nullptr);
 }
 
 HRESULT InPlace::Hide() {
   DeactivateUi();
-  if (control_.window.Handle()) ::ShowWindow(control_.window.Handle(), SW_HIDE);
+  if (window_.Handle()) ::ShowWindow(window_.Handle(), SW_HIDE);
   return S_OK;
 }
 
-::HWND InPlace::Window() const { return control_.window.Handle(); }
-
-// --- The interfaces ---------------------------------------------------------------------------------------
-
-HRESULT InPlaceObjectFace::GetWindow(::HWND* window) {
+HRESULT InPlace::GetWindow(::HWND* window) const {
   if (!window) return E_POINTER;
-  *window = control_.in_place.Window();
+  *window = window_.Handle();
   return *window ? S_OK : E_FAIL;
 }
 
+// --- The interfaces ---------------------------------------------------------------------------------------
+
 HRESULT InPlaceObjectFace::InPlaceDeactivate() {
-  return Call([this] { return control_.in_place.Deactivate(); });
+  return Call([this] { return in_place_.Deactivate(); });
 }
 HRESULT InPlaceObjectFace::UIDeactivate() {
-  return Call([this] { return control_.in_place.DeactivateUi(); });
+  return Call([this] { return in_place_.DeactivateUi(); });
 }
 HRESULT InPlaceObjectFace::SetObjectRects(LPCRECT position, LPCRECT clip) {
-  return Call([&] { return control_.in_place.SetRects(position, clip); });
+  return Call([&] { return in_place_.SetRects(position, clip); });
 }
-
-HRESULT ActiveObjectFace::GetWindow(::HWND* window) { return control_.in_place_object.GetWindow(window); }
 
 // The control has no keys of its own; the container's come first.
 HRESULT ActiveObjectFace::TranslateAccelerator(LPMSG message) {
   return Call([&]() -> HRESULT {
-    const auto site = control_.site.Query<IOleControlSite>();
+    const auto site = site_.Query<IOleControlSite>();
     return site ? site->TranslateAccelerator(message, 0) : S_FALSE;
   });
 }

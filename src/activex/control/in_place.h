@@ -1,16 +1,27 @@
 // Activation in place: the control's window on the container's, and the dealings with the in-place site.
 #pragma once
 
-#include "activex/com/com.h"
 #include "activex/com/face.h"
 
 namespace marklet::activex {
+
+class ActiveObjectFace;
+class ControlWindow;
+class Extent;
+class PlaceListener;
+class Site;
 
 // Any call to the site may come back into the control: set rectangles before there is a window, deactivate in
 // the middle of activation, take the site away. Each step looks again at how things stand.
 class InPlace {
  public:
-  explicit InPlace(ControlObject& control) : control_(control) {}
+  InPlace(const Site& site, Extent& extent, ControlWindow& window, ActiveObjectFace& active_object,
+          PlaceListener& listener)
+      : client_site_(site),
+        extent_(extent),
+        window_(window),
+        active_object_(active_object),
+        listener_(listener) {}
 
   HRESULT Activate();
   HRESULT ActivateUi();
@@ -25,7 +36,7 @@ class InPlace {
 
   // Asks the container for another size at the same place.
   void RequestSize(::SIZE size);
-  ::HWND Window() const;
+  HRESULT GetWindow(::HWND* window) const;  // for callers
 
  private:
   enum class State { Inactive, Activating, Active };
@@ -34,7 +45,11 @@ class InPlace {
   void ReadContext();
   void LeaveSite(bool notify);
 
-  ControlObject& control_;
+  const Site& client_site_;
+  Extent& extent_;
+  ControlWindow& window_;
+  ActiveObjectFace& active_object_;
+  PlaceListener& listener_;
   State state_ = State::Inactive;
   bool ui_active_ = false;
   bool placed_ = false;  // the container has set rectangles since activation began
@@ -47,25 +62,33 @@ class InPlace {
 
 class InPlaceObjectFace final : public Face<IOleInPlaceObject> {
  public:
-  using Face::Face;
-  STDMETHODIMP GetWindow(::HWND* window) override;
+  InPlaceObjectFace(FaceOwner& owner, InPlace& in_place) : Face(owner), in_place_(in_place) {}
+  STDMETHODIMP GetWindow(::HWND* window) override { return in_place_.GetWindow(window); }
   STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
   STDMETHODIMP InPlaceDeactivate() override;
   STDMETHODIMP UIDeactivate() override;
   STDMETHODIMP SetObjectRects(LPCRECT position, LPCRECT clip) override;
   STDMETHODIMP ReactivateAndUndo() override { return INPLACE_E_NOTUNDOABLE; }
+
+ private:
+  InPlace& in_place_;
 };
 
 class ActiveObjectFace final : public Face<IOleInPlaceActiveObject> {
  public:
-  using Face::Face;
-  STDMETHODIMP GetWindow(::HWND* window) override;
+  ActiveObjectFace(FaceOwner& owner, const InPlace& in_place, const Site& site)
+      : Face(owner), in_place_(in_place), site_(site) {}
+  STDMETHODIMP GetWindow(::HWND* window) override { return in_place_.GetWindow(window); }
   STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
   STDMETHODIMP TranslateAccelerator(LPMSG message) override;
   STDMETHODIMP OnFrameWindowActivate(BOOL) override { return S_OK; }
   STDMETHODIMP OnDocWindowActivate(BOOL) override { return S_OK; }
   STDMETHODIMP ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
   STDMETHODIMP EnableModeless(BOOL) override { return S_OK; }
+
+ private:
+  const InPlace& in_place_;
+  const Site& site_;
 };
 
 }  // namespace marklet::activex

@@ -3,7 +3,6 @@
 #include <new>
 
 #include "activex/automation/bag_variant.h"
-#include "activex/automation/font.h"
 #include "activex/com/boundary.h"
 #include "activex/com/text.h"
 
@@ -61,7 +60,7 @@ void OleBag::Report(const std::wstring& name) {
 
 void OleBag::WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) {
   if (!save_all_ && MayBeLeftOut(value, fallback)) return;
-  Write(name, [&](VARIANT& variant) { return VariantFromBagValue(control_, value, variant); });
+  Write(name, [&](VARIANT& variant) { return VariantFromBagValue(host_font_, value, variant); });
 }
 
 void OleBag::WriteBytes(std::string_view name, const ByteArray& bytes) {

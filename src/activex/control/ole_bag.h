@@ -1,18 +1,17 @@
 // A host's property bag as the control sees it.
 #pragma once
 
+#include "activex/automation/font.h"
 #include "activex/com/com.h"
 #include "host/property_bag.h"
 
 namespace marklet::activex {
 
-class ControlObject;
-
 class OleBag final : public PropertyBag {
  public:
   // `log` may be null. With `save_all`, values that equal their defaults are written too.
-  OleBag(ControlObject& control, IPropertyBag& bag, IErrorLog* log, bool save_all)
-      : control_(control), bag_(bag), log_(log), save_all_(save_all) {}
+  OleBag(HostFont& host_font, IPropertyBag& bag, IErrorLog* log, bool save_all)
+      : host_font_(host_font), bag_(bag), log_(log), save_all_(save_all) {}
 
   // Throws std::bad_alloc when it is the bag that has no memory.
   std::optional<BagValue> ReadProperty(std::string_view name, BagType type) override;
@@ -27,7 +26,7 @@ class OleBag final : public PropertyBag {
   template <typename Fill>
   void Write(std::string_view name, Fill fill);
 
-  ControlObject& control_;
+  HostFont& host_font_;
   IPropertyBag& bag_;
   IErrorLog* log_;
   bool save_all_;

@@ -1,6 +1,7 @@
 #include "activex/control/ole_control.h"
 
-#include "activex/control/control_object.h"
+#include "activex/automation/event_source.h"
+#include "activex/control/user_control.h"
 
 namespace marklet::activex {
 namespace {
@@ -25,7 +26,7 @@ HRESULT OleControlFace::GetControlInfo(CONTROLINFO* info) {
   if (!info) return E_POINTER;
   return Call([&] {
     if (accelerators_) ::DestroyAcceleratorTable(accelerators_);
-    const std::u16string keys = control_.host.AccessKeys();
+    const std::u16string keys = host_.AccessKeys();
     accelerators_ = keys.empty() ? nullptr : MakeTable(static_cast<wchar_t>(keys[0]));
     info->hAccel = accelerators_;
     info->cAccel = accelerators_ ? 1 : 0;
@@ -39,13 +40,13 @@ HRESULT OleControlFace::GetControlInfo(CONTROLINFO* info) {
 HRESULT OleControlFace::OnAmbientPropertyChange(DISPID id) {
   if (id != DISPID_AMBIENT_USERMODE && id != DISPID_UNKNOWN) return S_OK;
   return Call([this] {
-    control_.host.UserModeMayHaveChanged();
+    host_.UserModeMayHaveChanged();
     return S_OK;
   });
 }
 
 HRESULT OleControlFace::FreezeEvents(BOOL freeze) {
-  control_.events.Freeze(freeze != FALSE);
+  events_.Freeze(freeze != FALSE);
   return S_OK;
 }
 

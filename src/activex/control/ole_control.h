@@ -5,9 +5,13 @@
 
 namespace marklet::activex {
 
+class EventSource;
+class OleUserControl;
+
 class OleControlFace final : public Face<IOleControl> {
  public:
-  using Face::Face;
+  OleControlFace(FaceOwner& owner, OleUserControl& host, EventSource& events)
+      : Face(owner), host_(host), events_(events) {}
   ~OleControlFace();
 
   STDMETHODIMP GetControlInfo(CONTROLINFO* info) override;
@@ -18,6 +22,8 @@ class OleControlFace final : public Face<IOleControl> {
   STDMETHODIMP FreezeEvents(BOOL freeze) override;
 
  private:
+  OleUserControl& host_;
+  EventSource& events_;
   HACCEL accelerators_ = nullptr;
 };
 

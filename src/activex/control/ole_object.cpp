@@ -2,31 +2,34 @@
 
 #include "activex/com/guid.h"
 #include "activex/com/task_memory.h"
-#include "activex/control/control_object.h"
-#include "activex/server/registration_data.h"
+#include "activex/control/extent.h"
+#include "activex/control/in_place.h"
+#include "activex/control/persist.h"
+#include "activex/control/site.h"
+#include "activex/control/traits.h"
 
 namespace marklet::activex {
 
 // A control that is still active leaves its old site first.
 HRESULT OleObjectFace::SetClientSite(IOleClientSite* site) {
   return Call([&] {
-    if (site != control_.site.Get()) control_.in_place.Deactivate();
-    control_.site.Set(site);
+    if (site != site_.Get()) in_place_.Deactivate();
+    site_.Set(site);
     return S_OK;
   });
 }
 
 HRESULT OleObjectFace::GetClientSite(IOleClientSite** site) {
   if (!site) return E_POINTER;
-  *site = ComPtr<IOleClientSite>(control_.site.Get()).Detach();
+  *site = ComPtr<IOleClientSite>(site_.Get()).Detach();
   return S_OK;
 }
 
 HRESULT OleObjectFace::Close(DWORD save) {
   return Call([&] {
-    control_.in_place.Deactivate();
-    const ComPtr<IOleClientSite> site = control_.site.Get();
-    if (site && save == OLECLOSE_SAVEIFDIRTY && control_.persist.IsDirty()) site->SaveObject();
+    in_place_.Deactivate();
+    const ComPtr<IOleClientSite> site = site_.Get();
+    if (site && save == OLECLOSE_SAVEIFDIRTY && persist_.IsDirty()) site->SaveObject();
     if (const ComPtr<IOleAdviseHolder> advises = advises_) advises->SendOnClose();
     return S_OK;
   });
@@ -53,11 +56,11 @@ HRESULT OleObjectFace::RunVerb(LONG verb) {
     case OLEIVERB_PRIMARY:
     case OLEIVERB_SHOW:
     case OLEIVERB_INPLACEACTIVATE:
-      return control_.in_place.Activate();
+      return in_place_.Activate();
     case OLEIVERB_UIACTIVATE:
-      return control_.in_place.ActivateUi();
+      return in_place_.ActivateUi();
     case OLEIVERB_HIDE:
-      return control_.in_place.Hide();
+      return in_place_.Hide();
     case OLEIVERB_DISCARDUNDOSTATE:
       return S_OK;
     default:
@@ -93,18 +96,13 @@ HRESULT OleObjectFace::SetExtent(DWORD aspect, SIZEL* size) {
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
   return Call([&] {
-    control_.extent.SetHimetric(*size);
-    control_.host.SizeMayHaveChanged();
+    extent_.SetHimetric(*size);
+    listener_.SizeMayHaveChanged();
     return S_OK;
   });
 }
 
-HRESULT OleObjectFace::GetExtent(DWORD aspect, SIZEL* size) {
-  if (!size) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  *size = control_.extent.Himetric();
-  return S_OK;
-}
+HRESULT OleObjectFace::GetExtent(DWORD aspect, SIZEL* size) { return extent_.Get(aspect, size); }
 
 HRESULT OleObjectFace::Advise(IAdviseSink* sink, DWORD* cookie) {
   if (!cookie) return E_POINTER;

@@ -5,9 +5,22 @@
 
 namespace marklet::activex {
 
+class Extent;
+class InPlace;
+class Persist;
+class PlaceListener;
+class Site;
+
 class OleObjectFace final : public Face<IOleObject> {
  public:
-  using Face::Face;
+  OleObjectFace(FaceOwner& owner, Site& site, Extent& extent, InPlace& in_place, const Persist& persist,
+                PlaceListener& listener)
+      : Face(owner),
+        site_(site),
+        extent_(extent),
+        in_place_(in_place),
+        persist_(persist),
+        listener_(listener) {}
 
   STDMETHODIMP SetClientSite(IOleClientSite* site) override;
   STDMETHODIMP GetClientSite(IOleClientSite** site) override;
@@ -35,6 +48,11 @@ class OleObjectFace final : public Face<IOleObject> {
  private:
   HRESULT RunVerb(LONG verb);
 
+  Site& site_;
+  Extent& extent_;
+  InPlace& in_place_;
+  const Persist& persist_;
+  PlaceListener& listener_;
   ComPtr<IOleAdviseHolder> advises_;
 };
 

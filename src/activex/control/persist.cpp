@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "activex/com/guid.h"
-#include "activex/control/control_object.h"
 #include "activex/control/ole_bag.h"
+#include "control/saved_bag.h"
 
 namespace marklet::activex {
 namespace {
@@ -73,14 +73,14 @@ HRESULT WriteAll(IStream& stream, const std::vector<std::uint8_t>& bytes) {
 
 HRESULT Persist::InitNew() {
   if (loaded_) return E_UNEXPECTED;
-  const bool whole = control_.marklet.InitProperties();
+  const bool whole = marklet_.InitProperties();
   if (whole) begun_ = true;
   SetDirty(!whole);
   return whole ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT Persist::Load(PropertyBag& bag, HRESULT state) {
-  const bool whole = control_.marklet.ReadProperties(bag);
+  const bool whole = marklet_.ReadProperties(bag);
   const HRESULT result = SUCCEEDED(state) && !whole ? E_OUTOFMEMORY : state;
   loaded_ = SUCCEEDED(result);
   if (loaded_) begun_ = true;
@@ -101,17 +101,17 @@ HRESULT Persist::LoadFrom(IStream& stream) {
   return Load(bag, FAILED(result) ? result : ResultOf(state));
 }
 
-HRESULT Persist::Write(SavedBag& bag) { return control_.marklet.WriteProperties(bag) ? S_OK : E_OUTOFMEMORY; }
+HRESULT Persist::Save(PropertyBag& bag) { return marklet_.WriteProperties(bag) ? S_OK : E_OUTOFMEMORY; }
 
 HRESULT Persist::SaveTo(IStream& stream) {
   SavedBag bag;
-  const HRESULT result = Write(bag);
+  const HRESULT result = Save(bag);
   return FAILED(result) ? result : WriteAll(stream, bag.Bytes());
 }
 
 HRESULT Persist::Measure(ULONGLONG& size) {
   SavedBag bag;
-  const HRESULT result = Write(bag);
+  const HRESULT result = Save(bag);
   size = bag.Bytes().size();
   return result;
 }
@@ -119,54 +119,54 @@ HRESULT Persist::Measure(ULONGLONG& size) {
 // --- Streams ----------------------------------------------------------------------------------------------
 
 HRESULT PersistStreamFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
-HRESULT PersistStreamFace::IsDirty() { return control_.persist.IsDirty() ? S_OK : S_FALSE; }
+HRESULT PersistStreamFace::IsDirty() { return persist_.IsDirty() ? S_OK : S_FALSE; }
 HRESULT PersistStreamFace::InitNew() {
-  return Call([this] { return control_.persist.InitNew(); });
+  return Call([this] { return persist_.InitNew(); });
 }
 
 HRESULT PersistStreamFace::Load(IStream* stream) {
   if (!stream) return E_POINTER;
-  return Call([&] { return control_.persist.LoadFrom(*stream); });
+  return Call([&] { return persist_.LoadFrom(*stream); });
 }
 
 HRESULT PersistStreamFace::Save(IStream* stream, BOOL clear_dirty) {
   if (!stream) return E_POINTER;
   return Call([&] {
-    const unsigned changes = control_.persist.Changes();
-    const HRESULT result = control_.persist.SaveTo(*stream);
-    if (SUCCEEDED(result) && clear_dirty) control_.persist.SavedAt(changes);
+    const unsigned changes = persist_.Changes();
+    const HRESULT result = persist_.SaveTo(*stream);
+    if (SUCCEEDED(result) && clear_dirty) persist_.SavedAt(changes);
     return result;
   });
 }
 
 HRESULT PersistStreamFace::GetSizeMax(ULARGE_INTEGER* size) {
   if (!size) return E_POINTER;
-  return Call([&] { return control_.persist.Measure(size->QuadPart); });
+  return Call([&] { return persist_.Measure(size->QuadPart); });
 }
 
 // --- Property bags ----------------------------------------------------------------------------------------
 
 HRESULT PersistBagFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
 HRESULT PersistBagFace::InitNew() {
-  return Call([this] { return control_.persist.InitNew(); });
+  return Call([this] { return persist_.InitNew(); });
 }
 
 HRESULT PersistBagFace::Load(IPropertyBag* bag, IErrorLog* log) {
   if (!bag) return E_POINTER;
   return Call([&] {
-    OleBag ole_bag(control_, *bag, log, false);
-    return control_.persist.Load(ole_bag, S_OK);
+    OleBag ole_bag(host_font_, *bag, log, false);
+    return persist_.Load(ole_bag, S_OK);
   });
 }
 
 HRESULT PersistBagFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all) {
   if (!bag) return E_POINTER;
   return Call([&] {
-    const unsigned changes = control_.persist.Changes();
-    OleBag ole_bag(control_, *bag, nullptr, save_all != FALSE);
-    const bool whole = control_.marklet.WriteProperties(ole_bag);
-    const HRESULT result = whole ? ole_bag.Written() : E_OUTOFMEMORY;
-    if (SUCCEEDED(result) && clear_dirty) control_.persist.SavedAt(changes);
+    const unsigned changes = persist_.Changes();
+    OleBag ole_bag(host_font_, *bag, nullptr, save_all != FALSE);
+    const HRESULT whole = persist_.Save(ole_bag);
+    const HRESULT result = SUCCEEDED(whole) ? ole_bag.Written() : whole;
+    if (SUCCEEDED(result) && clear_dirty) persist_.SavedAt(changes);
     return result;
   });
 }
@@ -174,14 +174,14 @@ HRESULT PersistBagFace::Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all)
 // --- Storages ---------------------------------------------------------------------------------------------
 
 HRESULT PersistStorageFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
-HRESULT PersistStorageFace::IsDirty() { return control_.persist.IsDirty() ? S_OK : S_FALSE; }
+HRESULT PersistStorageFace::IsDirty() { return persist_.IsDirty() ? S_OK : S_FALSE; }
 
 // A null storage does: none is held.
 HRESULT PersistStorageFace::InitNew(IStorage*) {
   return Call([this] {
-    if (control_.persist.HasBegun()) return CO_E_ALREADYINITIALIZED;
+    if (persist_.HasBegun()) return CO_E_ALREADYINITIALIZED;
     state_ = State::Normal;
-    return control_.persist.InitNew();
+    return persist_.InitNew();
   });
 }
 
@@ -194,7 +194,7 @@ HRESULT PersistStorageFace::Load(IStorage* storage) {
     ComPtr<IStream> stream;
     HRESULT result =
         storage->OpenStream(kStreamName, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, stream.GetAddressOf());
-    if (SUCCEEDED(result)) result = stream ? control_.persist.LoadFrom(*stream.Get()) : E_UNEXPECTED;
+    if (SUCCEEDED(result)) result = stream ? persist_.LoadFrom(*stream.Get()) : E_UNEXPECTED;
     loaded_ = SUCCEEDED(result);
     if (loaded_) state_ = State::Normal;
     return result;
@@ -206,11 +206,11 @@ HRESULT PersistStorageFace::Save(IStorage* storage, BOOL same_as_load) {
   if (!storage) return E_POINTER;
   return Call([&]() -> HRESULT {
     if (state_ == State::HandsOff) return E_UNEXPECTED;
-    const unsigned changes = control_.persist.Changes();
+    const unsigned changes = persist_.Changes();
     ComPtr<IStream> stream;
     HRESULT result = storage->CreateStream(kStreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0,
                                            stream.GetAddressOf());
-    if (SUCCEEDED(result)) result = stream ? control_.persist.SaveTo(*stream.Get()) : E_UNEXPECTED;
+    if (SUCCEEDED(result)) result = stream ? persist_.SaveTo(*stream.Get()) : E_UNEXPECTED;
     if (FAILED(result)) return result;
     state_ = State::NoScribble;
     saved_ = true;
@@ -225,7 +225,7 @@ HRESULT PersistStorageFace::SaveCompleted(IStorage* storage) {
   return Call([&]() -> HRESULT {
     if (state_ != State::NoScribble && state_ != State::HandsOff) return E_UNEXPECTED;
     if (state_ == State::HandsOff && !storage) return E_INVALIDARG;
-    if (saved_ && (storage || same_as_load_)) control_.persist.SavedAt(saved_at_);
+    if (saved_ && (storage || same_as_load_)) persist_.SavedAt(saved_at_);
     saved_ = false;
     state_ = State::Normal;
     return S_OK;

@@ -3,14 +3,17 @@
 #pragma once
 
 #include "activex/com/face.h"
-#include "control/saved_bag.h"
+#include "control/marklet.h"
+#include "host/property_bag.h"
 
 namespace marklet::activex {
+
+class HostFont;
 
 // What the three interfaces share.
 class Persist {
  public:
-  explicit Persist(ControlObject& control) : control_(control) {}
+  explicit Persist(Marklet& marklet) : marklet_(marklet) {}
 
   // A control that has been loaded isn't wiped out: E_UNEXPECTED.
   HRESULT InitNew();
@@ -19,6 +22,9 @@ class Persist {
   // Takes the values of a bag. `state` tells what is wrong with the bag itself. After a failure, a lack of
   // memory too, the control has what could be read, may be started anew, and is dirty.
   HRESULT Load(PropertyBag& bag, HRESULT state);
+
+  // Gives the values to a bag.
+  HRESULT Save(PropertyBag& bag);
 
   // The bytes of a stream and of a storage's stream.
   HRESULT LoadFrom(IStream& stream);
@@ -32,16 +38,14 @@ class Persist {
   void SavedAt(unsigned changes) { saved_ = changes; }
 
  private:
-  HRESULT Write(SavedBag& bag);
-
-  ControlObject& control_;
+  Marklet& marklet_;
   unsigned changes_ = 0, saved_ = 0;
   bool begun_ = false, loaded_ = false;
 };
 
 class PersistStreamFace final : public Face<IPersistStreamInit> {
  public:
-  using Face::Face;
+  PersistStreamFace(FaceOwner& owner, Persist& persist) : Face(owner), persist_(persist) {}
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP IsDirty() override;
   STDMETHODIMP Load(IStream* stream) override;
@@ -49,21 +53,29 @@ class PersistStreamFace final : public Face<IPersistStreamInit> {
   // Exactly what Save would write now.
   STDMETHODIMP GetSizeMax(ULARGE_INTEGER* size) override;
   STDMETHODIMP InitNew() override;
+
+ private:
+  Persist& persist_;
 };
 
 class PersistBagFace final : public Face<IPersistPropertyBag> {
  public:
-  using Face::Face;
+  PersistBagFace(FaceOwner& owner, Persist& persist, HostFont& host_font)
+      : Face(owner), persist_(persist), host_font_(host_font) {}
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP InitNew() override;
   STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* log) override;
   STDMETHODIMP Save(IPropertyBag* bag, BOOL clear_dirty, BOOL save_all) override;
+
+ private:
+  Persist& persist_;
+  HostFont& host_font_;
 };
 
 // All is read at once, so no storage is held between calls: letting go of it takes no more than not to save.
 class PersistStorageFace final : public Face<IPersistStorage> {
  public:
-  using Face::Face;
+  PersistStorageFace(FaceOwner& owner, Persist& persist) : Face(owner), persist_(persist) {}
   STDMETHODIMP GetClassID(CLSID* class_id) override;
   STDMETHODIMP IsDirty() override;
   STDMETHODIMP InitNew(IStorage* storage) override;
@@ -79,6 +91,7 @@ class PersistStorageFace final : public Face<IPersistStorage> {
     NoScribble,  // saved, and waits for SaveCompleted
     HandsOff,    // has none until SaveCompleted brings the next
   };
+  Persist& persist_;
   State state_ = State::None;
   bool loaded_ = false;
   bool saved_ = false;         // since the last SaveCompleted

@@ -1,7 +1,7 @@
 #include "activex/control/quick_activate.h"
 
-#include "activex/control/control_object.h"
-#include "activex/server/registration_data.h"
+#include "activex/automation/connection_points.h"
+#include "activex/control/traits.h"
 
 namespace marklet::activex {
 namespace {
@@ -21,22 +21,21 @@ HRESULT QuickActivateFace::QuickActivate(QACONTAINER* container, QACONTROL* cont
     const DWORD size = control->cbSize;
     *control = {};
     control->cbSize = size;
-    control_.ole_object.SetClientSite(container->pClientSite);
-    if (container->pAdviseSink) control_.view.SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
-    control->dwEventCookie = Connect(control_.connections.Events(), container->pUnkEventSink);
-    control->dwPropNotifyCookie =
-        Connect(control_.connections.Notifications(), container->pPropertyNotifySink);
+    ole_object_.SetClientSite(container->pClientSite);
+    if (container->pAdviseSink) view_.SetAdvise(DVASPECT_CONTENT, 0, container->pAdviseSink);
+    control->dwEventCookie = Connect(connections_.Events(), container->pUnkEventSink);
+    control->dwPropNotifyCookie = Connect(connections_.Notifications(), container->pPropertyNotifySink);
     control->dwMiscStatus = kMiscStatus;
-    control_.view.GetViewStatus(&control->dwViewStatus);
+    view_.GetViewStatus(&control->dwViewStatus);
     return S_OK;
   });
 }
 
 HRESULT QuickActivateFace::SetContentExtent(LPSIZEL size) {
-  return control_.ole_object.SetExtent(DVASPECT_CONTENT, size);
+  return ole_object_.SetExtent(DVASPECT_CONTENT, size);
 }
 HRESULT QuickActivateFace::GetContentExtent(LPSIZEL size) {
-  return control_.ole_object.GetExtent(DVASPECT_CONTENT, size);
+  return ole_object_.GetExtent(DVASPECT_CONTENT, size);
 }
 
 }  // namespace marklet::activex

@@ -1,7 +1,5 @@
 #include "activex/control/safety.h"
 
-#include "activex/control/control_object.h"
-
 namespace marklet::activex {
 namespace {
 
@@ -29,13 +27,12 @@ HRESULT SafetyFace::GetInterfaceSafetyOptions(REFIID iid, DWORD* supported, DWOR
   if (!supported || !enabled) return E_POINTER;
   *supported = kUntrustedCaller | kUntrustedData;
   if (IsNull(iid)) return S_OK;
-  const MarkletState& state = control_.marklet.State();
   switch (KindOf(iid)) {
     case Kind::Scripting:
-      *enabled = state.SafeForScripting ? kUntrustedCaller : 0;
+      *enabled = state_.SafeForScripting ? kUntrustedCaller : 0;
       return S_OK;
     case Kind::Initialisation:
-      *enabled = state.SafeForInitializing ? kUntrustedData : 0;
+      *enabled = state_.SafeForInitializing ? kUntrustedData : 0;
       return S_OK;
     case Kind::Unknown:
       break;
@@ -46,13 +43,12 @@ HRESULT SafetyFace::GetInterfaceSafetyOptions(REFIID iid, DWORD* supported, DWOR
 // Nothing is changed: what the caller asks for is there already, or is refused.
 HRESULT SafetyFace::SetInterfaceSafetyOptions(REFIID iid, DWORD mask, DWORD enabled) {
   if (IsNull(iid)) return S_OK;
-  const MarkletState& state = control_.marklet.State();
   const DWORD wanted = mask & enabled;
   switch (KindOf(iid)) {
     case Kind::Scripting:
-      return wanted == kUntrustedCaller && state.SafeForScripting ? S_OK : E_FAIL;
+      return wanted == kUntrustedCaller && state_.SafeForScripting ? S_OK : E_FAIL;
     case Kind::Initialisation:
-      return wanted == kUntrustedData && state.SafeForInitializing ? S_OK : E_FAIL;
+      return wanted == kUntrustedData && state_.SafeForInitializing ? S_OK : E_FAIL;
     case Kind::Unknown:
       break;
   }

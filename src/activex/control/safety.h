@@ -2,14 +2,18 @@
 #pragma once
 
 #include "activex/com/face.h"
+#include "control/marklet.h"
 
 namespace marklet::activex {
 
 class SafetyFace final : public Face<IObjectSafety> {
  public:
-  using Face::Face;
+  SafetyFace(FaceOwner& owner, const MarkletState& state) : Face(owner), state_(state) {}
   STDMETHODIMP GetInterfaceSafetyOptions(REFIID iid, DWORD* supported, DWORD* enabled) override;
   STDMETHODIMP SetInterfaceSafetyOptions(REFIID iid, DWORD mask, DWORD enabled) override;
+
+ private:
+  const MarkletState& state_;
 };
 
 }  // namespace marklet::activex

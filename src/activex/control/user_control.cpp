@@ -1,7 +1,9 @@
 #include "activex/control/user_control.h"
 
 #include "activex/automation/dispatch_reader.h"
-#include "activex/control/control_object.h"
+#include "activex/automation/font.h"
+#include "activex/control/in_place.h"
+#include "activex/control/window.h"
 #include "base/rounding.h"
 
 namespace marklet::activex {
@@ -27,17 +29,25 @@ class Place final : public NamedMembers {
 
 }  // namespace
 
-OleUserControl::OleUserControl(ControlObject& control)
-    : control_(control), ambient_(control.site), last_size_(control.extent.Pixels()) {}
+OleUserControl::OleUserControl(ChangeListener& listener, const Site& site, Extent& extent,
+                               HostFont& host_font, ControlWindow& window, InPlace& in_place,
+                               Marklet& marklet)
+    : listener_(listener),
+      site_(site),
+      extent_(extent),
+      host_font_(host_font),
+      window_(window),
+      in_place_(in_place),
+      marklet_(marklet),
+      ambient_(site),
+      last_size_(extent.Pixels()) {}
 
 // --- Window and size --------------------------------------------------------------------------------------
 
-HWND OleUserControl::hWnd() { return Wrap(control_.window.Handle()); }
-HDC OleUserControl::hDC() { return Wrap(control_.window.Context()); }
+HWND OleUserControl::hWnd() { return Wrap(window_.Handle()); }
+HDC OleUserControl::hDC() { return Wrap(window_.Context()); }
 
-::SIZE OleUserControl::Size() const {
-  return control_.window.Handle() ? control_.window.ClientSize() : control_.extent.Pixels();
-}
+::SIZE OleUserControl::Size() const { return window_.Handle() ? window_.ClientSize() : extent_.Pixels(); }
 
 double OleUserControl::ScaleWidth() { return Size().cx; }
 double OleUserControl::ScaleHeight() { return Size().cy; }
@@ -54,9 +64,15 @@ void OleUserControl::PutHeight(double twips) {
 // The container has the last word on an active control, but one that doesn't answer gets the size all the
 // same.
 void OleUserControl::RequestSize(::SIZE size) {
-  control_.extent.SetPixels(size);
-  if (control_.window.Handle()) control_.in_place.RequestSize(size);
+  extent_.SetPixels(size);
+  if (window_.Handle()) in_place_.RequestSize(size);
   SizeMayHaveChanged();
+}
+
+// The first size a control hears of is that of its window.
+void OleUserControl::Entered() {
+  EnableWindow();
+  Resized();
 }
 
 void OleUserControl::SizeMayHaveChanged() {
@@ -66,9 +82,9 @@ void OleUserControl::SizeMayHaveChanged() {
 
 void OleUserControl::Resized() {
   last_size_ = Size();
-  control_.extent.SetPixels(last_size_);
-  control_.marklet.Resize();
-  control_.NotifyLook();
+  extent_.SetPixels(last_size_);
+  marklet_.Resize();
+  listener_.LookChanged();
 }
 
 // --- What the control keeps here --------------------------------------------------------------------------
@@ -80,52 +96,48 @@ void OleUserControl::PutEnabled(bool enabled) {
 
 void OleUserControl::EnableWindow() {
   user_mode_ = ambient_.UserMode();
-  if (control_.window.Handle()) ::EnableWindow(control_.window.Handle(), enabled_ || !user_mode_);
+  if (window_.Handle()) ::EnableWindow(window_.Handle(), enabled_ || !user_mode_);
 }
 
 void OleUserControl::UserModeMayHaveChanged() {
   const bool before = user_mode_;
   EnableWindow();
   if (user_mode_ == before) return;
-  control_.marklet.RedrawNow();
-  control_.NotifyLook();
+  marklet_.RedrawNow();
+  listener_.LookChanged();
 }
 
 // There is always a font: Nothing leaves the one that stands.
 void OleUserControl::PutFont(FontRef font) {
   if (!font) return;
   font_ = std::move(font);
-  control_.host_font.Follow(font_);
+  host_font_.Follow(font_);
 }
 
 void OleUserControl::PutAccessKeys(std::u16string keys) {
   if (keys == access_keys_) return;
   access_keys_ = std::move(keys);
-  if (const auto site = control_.site.Query<IOleControlSite>()) site->OnControlInfoChanged();
+  if (const auto site = site_.Query<IOleControlSite>()) site->OnControlInfoChanged();
 }
 
 // --- What is around it ------------------------------------------------------------------------------------
 
 HWND OleUserControl::ContainerHwnd() {
   ::HWND window = nullptr;
-  const auto site = control_.site.Query<IOleInPlaceSite>();
+  const auto site = site_.Query<IOleInPlaceSite>();
   return site && SUCCEEDED(site->GetWindow(&window)) ? Wrap(window) : nullptr;
 }
 
-std::shared_ptr<NamedMembers> OleUserControl::Parent() { return MembersOf(control_.site.Container()); }
+std::shared_ptr<NamedMembers> OleUserControl::Parent() { return MembersOf(site_.Container()); }
 std::shared_ptr<NamedMembers> OleUserControl::Extender() {
-  if (auto members = MembersOf(control_.site.ExtendedControl())) return members;
-  if (!control_.in_place.IsActive()) return nullptr;
-  return std::make_shared<Place>(control_.in_place.Position());
+  if (auto members = MembersOf(site_.ExtendedControl())) return members;
+  if (!in_place_.IsActive()) return nullptr;
+  return std::make_shared<Place>(in_place_.Position());
 }
 
 void OleUserControl::PropertyChanged(std::string_view name) {
-  control_.persist.SetDirty(true);
   const PropertyRow* row = FindProperty(name);
-  const DISPID id = row ? row->dispid : DISPID_UNKNOWN;
-  control_.connections.Notifications().ForEach<IPropertyNotifySink>(
-      [&](IPropertyNotifySink& sink) { sink.OnChanged(id); });
-  control_.NotifyLook();
+  listener_.PropertyChanged(row ? row->dispid : DISPID_UNKNOWN);
 }
 
 }  // namespace marklet::activex

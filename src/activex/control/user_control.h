@@ -3,15 +3,29 @@
 
 #include "activex/control/extent.h"
 #include "activex/control/site.h"
+#include "control/marklet.h"
 #include "host/user_control.h"
 
 namespace marklet::activex {
 
-class ControlObject;
+class ControlWindow;
+class HostFont;
+class InPlace;
 
-class OleUserControl final : public UserControl {
+// Tells the outside what has changed.
+class ChangeListener {
  public:
-  explicit OleUserControl(ControlObject& control);
+  virtual void PropertyChanged(DISPID id) = 0;  // DISPID_UNKNOWN for none in particular
+  virtual void LookChanged() = 0;               // to everybody who keeps a picture
+
+ protected:
+  ~ChangeListener() = default;
+};
+
+class OleUserControl final : public UserControl, public PlaceListener {
+ public:
+  OleUserControl(ChangeListener& listener, const Site& site, Extent& extent, HostFont& host_font,
+                 ControlWindow& window, InPlace& in_place, Marklet& marklet);
 
   Ambient& AmbientProperties() override { return ambient_; }
 
@@ -46,19 +60,26 @@ class OleUserControl final : public UserControl {
 
   // The client size in pixels: the window's, or what the container has given to a control without one.
   ::SIZE Size() const;
+  void Entered() override;
   // Raises Resize when the size is another than at the last one.
-  void SizeMayHaveChanged();
-  // Raises Resize.
-  void Resized();
-  // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
-  void EnableWindow();
+  void SizeMayHaveChanged() override;
   // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
   void UserModeMayHaveChanged();
 
  private:
   void RequestSize(::SIZE size);
+  // Raises Resize.
+  void Resized();
+  // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
+  void EnableWindow();
 
-  ControlObject& control_;
+  ChangeListener& listener_;
+  const Site& site_;
+  Extent& extent_;
+  HostFont& host_font_;
+  ControlWindow& window_;
+  InPlace& in_place_;
+  Marklet& marklet_;
   SiteAmbient ambient_;
   ::SIZE last_size_ = {};
   bool enabled_ = true;

@@ -1,6 +1,7 @@
 #include "activex/control/view.h"
 
-#include "activex/control/control_object.h"
+#include "activex/control/extent.h"
+#include "activex/control/picture.h"
 
 namespace marklet::activex {
 namespace {
@@ -12,46 +13,14 @@ bool IsDrawable(DWORD aspect) {
 
 }  // namespace
 
-BITMAPINFOHEADER Describe(const CDib24& surface) {
-  BITMAPINFOHEADER header = {};
-  header.biSize = sizeof header;
-  header.biWidth = surface.Width();
-  header.biHeight = surface.Height();
-  header.biPlanes = 1;
-  header.biBitCount = 24;
-  // Some recorders of metafiles keep no more bits than are promised here.
-  const DWORD row = (static_cast<DWORD>(surface.Width()) * 3 + 3) / 4 * 4;
-  header.biSizeImage = row * static_cast<DWORD>(surface.Height());
-  return header;
-}
-
 HRESULT ViewFace::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, ::HDC, ::HDC dc, LPCRECTL bounds, LPCRECTL,
                        BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
   if (!IsDrawable(aspect)) return DV_E_DVASPECT;
   if (!dc || !bounds) return E_INVALIDARG;
-  return Call([&] { return DrawPicture(dc, *bounds); });
-}
-
-bool ViewFace::PaintOn(CDib24& surface) {
-  const ::SIZE size = control_.host.Size();
-  if (!surface.Create(size.cx, size.cy)) return false;
-  control_.marklet.PaintControl(surface.hDC());
-  ::GdiFlush();
-  return true;
-}
-
-// The picture is made at the control's own size and brought to the bounds in one blit of its bits, which
-// printers and metafiles take too, whatever their units.
-HRESULT ViewFace::DrawPicture(::HDC dc, const RECTL& bounds) {
-  CDib24 surface;
-  if (!PaintOn(surface)) return S_OK;
-  BITMAPINFO info = {};
-  info.bmiHeader = Describe(surface);
-  const int old_mode = ::SetStretchBltMode(dc, COLORONCOLOR);
-  ::StretchDIBits(dc, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, 0, 0,
-                  surface.Width(), surface.Height(), surface.Bits(), &info, DIB_RGB_COLORS, 0x00CC0020);
-  if (old_mode) ::SetStretchBltMode(dc, old_mode);
-  return S_OK;
+  return Call([&] {
+    picture_.Draw(dc, *bounds);
+    return S_OK;
+  });
 }
 
 HRESULT ViewFace::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, ::HDC, LOGPALETTE** colours) {
@@ -85,21 +54,20 @@ void ViewFace::NotifyChange() {
 }
 
 HRESULT ViewFace::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
-  return control_.ole_object.GetExtent(aspect, size);
+  return extent_.Get(aspect, size);
 }
 
 HRESULT ViewFace::GetRect(DWORD aspect, LPRECTL rect) {
   if (!rect) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  const SIZEL size = control_.extent.Himetric();
+  const SIZEL size = extent_.Himetric();
   *rect = {0, 0, size.cx, size.cy};
   return S_OK;
 }
 
 HRESULT ViewFace::GetViewStatus(DWORD* status) {
   if (!status) return E_POINTER;
-  constexpr Long kTransparentStyle = 0;
-  *status = control_.marklet.State().BackStyle == kTransparentStyle ? 0 : VIEWSTATUS_OPAQUE;
+  *status = picture_.IsOpaque() ? VIEWSTATUS_OPAQUE : 0;
   return S_OK;
 }
 

@@ -2,16 +2,16 @@
 #pragma once
 
 #include "activex/com/face.h"
-#include "bitmaps/cdib24.h"
 
 namespace marklet::activex {
 
-// The surface's rows are bottom up, each on four bytes.
-BITMAPINFOHEADER Describe(const CDib24& surface);
+class ControlPicture;
+class Extent;
 
 class ViewFace final : public Face<IViewObjectEx> {
  public:
-  using Face::Face;
+  ViewFace(FaceOwner& owner, ControlPicture& picture, const Extent& extent)
+      : Face(owner), picture_(picture), extent_(extent) {}
 
   STDMETHODIMP Draw(DWORD aspect, LONG index, void* aspect_info, DVTARGETDEVICE* device, ::HDC target_dc,
                     ::HDC dc, LPCRECTL bounds, LPCRECTL window_bounds,
@@ -31,14 +31,12 @@ class ViewFace final : public Face<IViewObjectEx> {
   STDMETHODIMP GetNaturalExtent(DWORD aspect, LONG index, DVTARGETDEVICE* device, ::HDC dc,
                                 DVEXTENTINFO* info, LPSIZEL size) override;
 
-  // The picture at the control's own size on a new surface. False, and empty, when there can't be one.
-  bool PaintOn(CDib24& surface);
   // Tells the container that the control looks different.
   void NotifyChange();
 
  private:
-  HRESULT DrawPicture(::HDC dc, const RECTL& bounds);
-
+  ControlPicture& picture_;
+  const Extent& extent_;
   ComPtr<IAdviseSink> sink_;
   DWORD aspects_ = 0;
   DWORD flags_ = 0;

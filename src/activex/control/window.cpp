@@ -4,7 +4,6 @@
 #include <bit>
 
 #include "activex/com/module.h"
-#include "activex/control/control_object.h"
 #include "activex/control/pointer.h"
 
 namespace marklet::activex {
@@ -90,7 +89,7 @@ bool ControlWindow::Create(::HWND parent, const ::RECT& position) {
   if (window_) return true;
   if (!RegisterWindowClass(&Procedure)) return false;
   ReleaseContext();
-  ::CreateWindowExW(0, kClassName, Wide(control_.marklet.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
+  ::CreateWindowExW(0, kClassName, Wide(marklet_.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
                     position.left, position.top, position.right - position.left,
                     position.bottom - position.top, parent, nullptr, ModuleInstance(), this);
   return window_ != nullptr;
@@ -129,7 +128,7 @@ void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
     }
     context = borrowed_context_;
   }
-  if (const FontRef font = control_.host.Font()) ::SelectObject(context, Native(font->hFont()));
+  if (const FontRef font = host_.Font()) ::SelectObject(context, Native(font->hFont()));
   return context;
 }
 
@@ -153,7 +152,7 @@ LRESULT CALLBACK ControlWindow::Procedure(::HWND window, UINT message, WPARAM wp
   }
   auto* self = std::bit_cast<ControlWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
   if (!self) return ::DefWindowProcW(window, message, wparam, lparam);
-  const Entry entry(self->control_);
+  const Entry entry(self->owner_);
   LRESULT result = 0;
   Guarded([&] {
     result = self->Handle(message, wparam, lparam);
@@ -176,7 +175,7 @@ LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   const ::HWND window = window_;
   paint_context_ = ::BeginPaint(window, &paint);
-  control_.marklet.PaintControl(nullptr);
+  marklet_.PaintControl(nullptr);
   if (paint_context_) ::SelectObject(paint_context_, ::GetStockObject(SYSTEM_FONT));
   paint_context_ = nullptr;
   ::EndPaint(window, &paint);
@@ -184,7 +183,7 @@ LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
 }
 
 LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
-  control_.marklet.PaintControl(Wrap(std::bit_cast<::HDC>(wparam)));
+  marklet_.PaintControl(Wrap(std::bit_cast<::HDC>(wparam)));
   return 0;
 }
 
@@ -192,12 +191,12 @@ LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
 LRESULT ControlWindow::OnEraseBackground(UINT, WPARAM, LPARAM) { return 1; }
 
 LRESULT ControlWindow::OnSize(UINT, WPARAM, LPARAM) {
-  control_.host.SizeMayHaveChanged();
+  listener_.SizeMayHaveChanged();
   return 0;
 }
 
 LRESULT ControlWindow::OnMouseMove(UINT, WPARAM wparam, LPARAM lparam) {
-  control_.marklet.MouseMove(ButtonsOf(wparam), ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  marklet_.MouseMove(ButtonsOf(wparam), ShiftOf(wparam), XOf(lparam), YOf(lparam));
   return 0;
 }
 
@@ -206,7 +205,7 @@ LRESULT ControlWindow::OnButtonDown(UINT message, WPARAM wparam, LPARAM lparam) 
   pressed_ = static_cast<short>(pressed_ | button);
   swallow_click_ = false;
   ::SetCapture(window_);
-  control_.marklet.MouseDown(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  marklet_.MouseDown(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
   return 0;
 }
 
@@ -215,7 +214,7 @@ LRESULT ControlWindow::OnDoubleClick(UINT message, WPARAM, LPARAM) {
   pressed_ = static_cast<short>(pressed_ | ButtonOf(message));
   swallow_click_ = true;
   ::SetCapture(window_);
-  control_.marklet.DblClick();
+  marklet_.DblClick();
   return 0;
 }
 
@@ -228,8 +227,8 @@ LRESULT ControlWindow::OnButtonUp(UINT message, WPARAM wparam, LPARAM lparam) {
   const bool clicks = was_pressed && inside && !swallow_click_ && button != 4;
   pressed_ = static_cast<short>(pressed_ & ~button);
   if (pressed_ == 0 && ::GetCapture() == window_) ::ReleaseCapture();
-  control_.marklet.MouseUp(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
-  if (clicks) control_.marklet.Click();
+  marklet_.MouseUp(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
+  if (clicks) marklet_.Click();
   return 0;
 }
 
@@ -240,7 +239,7 @@ LRESULT ControlWindow::OnCaptureLost(UINT, WPARAM, LPARAM) {
 
 LRESULT ControlWindow::OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam) {
   const bool in_client = LOWORD(lparam) == HTCLIENT;
-  if (in_client && SetPointer(control_.host.MousePointer(), control_.host.MouseIcon())) return TRUE;
+  if (in_client && SetPointer(host_.MousePointer(), host_.MouseIcon())) return TRUE;
   return Default(message, wparam, lparam);
 }
 

@@ -3,12 +3,16 @@
 
 #include "activex/com/com.h"
 #include "activex/com/face.h"
+#include "activex/control/extent.h"
+#include "control/marklet.h"
+#include "host/user_control.h"
 
 namespace marklet::activex {
 
 class ControlWindow {
  public:
-  explicit ControlWindow(ControlObject& control) : control_(control) {}
+  ControlWindow(FaceOwner& owner, Marklet& marklet, UserControl& host, PlaceListener& listener)
+      : owner_(owner), marklet_(marklet), host_(host), listener_(listener) {}
   ~ControlWindow();
   ControlWindow(const ControlWindow&) = delete;
   ControlWindow& operator=(const ControlWindow&) = delete;
@@ -51,7 +55,10 @@ class ControlWindow {
   LRESULT OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnLast(UINT message, WPARAM wparam, LPARAM lparam);
 
-  ControlObject& control_;
+  FaceOwner& owner_;
+  Marklet& marklet_;
+  UserControl& host_;  // for the font and the mouse pointer
+  PlaceListener& listener_;
   ::HWND window_ = nullptr;
   ::HDC paint_context_ = nullptr;     // of the paint message that is being answered
   ::HDC borrowed_context_ = nullptr;  // the window's, or a memory context

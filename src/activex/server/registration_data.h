@@ -4,35 +4,12 @@
 
 #include <string_view>
 
-#include "activex/com/com.h"
+#include "activex/control/traits.h"
 #include "control/library.h"
 
 namespace marklet::activex {
 
 inline constexpr std::string_view kThreadingModel = "Apartment";
-
-// A trait by which containers judge the control, with its name in a manifest.
-struct Trait {
-  DWORD bit;
-  std::string_view name;
-};
-// The mnemonic of a label takes the user to the control behind it.
-inline constexpr Trait kTraits[] = {
-    {OLEMISC_RECOMPOSEONRESIZE, "recomposeonresize"},
-    {OLEMISC_CANTLINKINSIDE, "cantlinkinside"},
-    {OLEMISC_INSIDEOUT, "insideout"},
-    {OLEMISC_ACTIVATEWHENVISIBLE, "activatewhenvisible"},
-    {OLEMISC_ACTSLIKELABEL, "actslikelabel"},
-    {OLEMISC_SETCLIENTSITEFIRST, "setclientsitefirst"},
-};
-
-// All traits, as IOleObject reports them.
-constexpr DWORD MiscStatus() {
-  DWORD status = 0;
-  for (const Trait& trait : kTraits) status |= trait.bit;
-  return status;
-}
-inline constexpr DWORD kMiscStatus = MiscStatus();
 
 // An interface that may go between threads, with who carries it.
 struct RemoteInterface {

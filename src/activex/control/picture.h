@@ -1,0 +1,32 @@
+// The control's picture for those who want it elsewhere than in its window: views, metafiles, bitmaps.
+#pragma once
+
+#include "activex/com/com.h"
+#include "bitmaps/cdib24.h"
+#include "control/marklet.h"
+
+namespace marklet::activex {
+
+class OleUserControl;
+
+class ControlPicture {
+ public:
+  ControlPicture(const OleUserControl& host, Marklet& marklet) : host_(host), marklet_(marklet) {}
+
+  ::SIZE Size() const;  // pixels
+  bool IsOpaque() const;
+
+  // The picture at the control's own size on a new surface. False, and empty, when there can't be one.
+  bool PaintOn(CDib24& surface);
+  // The same, brought to the bounds, in the units of the context. Nothing when there can't be one.
+  void Draw(::HDC dc, const RECTL& bounds);
+
+ private:
+  const OleUserControl& host_;
+  Marklet& marklet_;
+};
+
+// The surface's rows are bottom up, each on four bytes.
+BITMAPINFOHEADER Describe(const CDib24& surface);
+
+}  // namespace marklet::activex

@@ -1,0 +1,34 @@
+// The traits by which containers judge the control before they have one: asked of the object, and registered
+// by the server.
+#pragma once
+
+#include <string_view>
+
+#include "activex/com/com.h"
+
+namespace marklet::activex {
+
+// With its name in a manifest.
+struct Trait {
+  DWORD bit;
+  std::string_view name;
+};
+// The mnemonic of a label takes the user to the control behind it.
+inline constexpr Trait kTraits[] = {
+    {OLEMISC_RECOMPOSEONRESIZE, "recomposeonresize"},
+    {OLEMISC_CANTLINKINSIDE, "cantlinkinside"},
+    {OLEMISC_INSIDEOUT, "insideout"},
+    {OLEMISC_ACTIVATEWHENVISIBLE, "activatewhenvisible"},
+    {OLEMISC_ACTSLIKELABEL, "actslikelabel"},
+    {OLEMISC_SETCLIENTSITEFIRST, "setclientsitefirst"},
+};
+
+// All traits, as IOleObject reports them.
+constexpr DWORD MiscStatus() {
+  DWORD status = 0;
+  for (const Trait& trait : kTraits) status |= trait.bit;
+  return status;
+}
+inline constexpr DWORD kMiscStatus = MiscStatus();
+
+}  // namespace marklet::activex
