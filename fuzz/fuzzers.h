@@ -17,6 +17,9 @@ void FuzzPropertyBag(std::span<const std::uint8_t> input);
 // Icon files, and other files and arrays that images are made of.
 void FuzzIcon(std::span<const std::uint8_t> input);
 
+// JPG files.
+void FuzzJpeg(std::span<const std::uint8_t> input);
+
 // PNG files.
 void FuzzPng(std::span<const std::uint8_t> input);
 

@@ -44,7 +44,8 @@ TEST_P(FuzzReplay, EndsOnEveryInput) {
 INSTANTIATE_TEST_SUITE_P(, FuzzReplay,
                          testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"icon", FuzzIcon},
                                          Fuzzer{"saved_form", FuzzSavedForm},
-                                         Fuzzer{"property_bag", FuzzPropertyBag}, Fuzzer{"png", FuzzPng}),
+                                         Fuzzer{"property_bag", FuzzPropertyBag}, Fuzzer{"png", FuzzPng},
+                                         Fuzzer{"jpeg", FuzzJpeg}),
                          [](const auto& fuzzer) { return std::string(fuzzer.param.name); });
 
 }  // namespace

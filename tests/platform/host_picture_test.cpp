@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <filesystem>
@@ -259,7 +260,9 @@ TEST(PictureFiles, OfHonestSizesAreTaken) {
 TEST(PictureFiles, OfMoreDataMayBeLarger) {
   Bytes file = JpegClaiming(4096, 4096);
   EXPECT_EQ(CheckPictureFile(file), std::nullopt);
-  file.resize(4096);
+  file.resize(32768 - 1);
+  EXPECT_EQ(CheckPictureFile(file), std::nullopt) << "a bit for each block, and one is missing";
+  file.resize(32768);
   EXPECT_EQ(CheckPictureFile(file), PictureKind::kJpeg);
   Bytes giant = JpegClaiming(8192, 8193);
   giant.resize(1 << 20);
@@ -297,11 +300,104 @@ TEST(PictureFiles, OfABmpWhosePartsLieBehindItsEndAreRefused) {
     }
 }
 
-TEST(PictureFiles, OfTooManyScansAreRefused) {
-  Bytes file = pictures::Jpeg(8, 8, [](int, int) { return 0; });
-  for (int i = 0; i < 255; ++i) file.insert(file.end(), {0xFF, 0xDA});
+// --- JPG files from the hands of others -------------------------------------------------------------------
+
+// Where the parts of such a file stand: the frame header is followed by two tables.
+constexpr std::ptrdiff_t kJpegTables = 20, kJpegFrame = 20 + 69, kJpegCodes = kJpegFrame + 13,
+                         kJpegScanHeader = kJpegCodes + 33 + 22;
+
+int GreyOfBlock(int column, int row) { return (column * 90 + row * 37) % 256; }
+
+Bytes With(Bytes file, std::ptrdiff_t at, const Bytes& inserted) {
+  file.insert(file.begin() + at, inserted.begin(), inserted.end());
+  return file;
+}
+
+// A file whose picture ends in `scans` scans, of these pixels and at least this many bytes.
+Bytes JpegOfScans(int width, int height, int scans, std::size_t bytes = 0) {
+  Bytes file = JpegClaiming(width, height);
+  const Bytes scan = {0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0};
+  for (int i = 1; i < scans; ++i) file.insert(file.end() - 2, scan.begin(), scan.end());
+  file.insert(file.end() - 2, bytes > file.size() ? bytes - file.size() : 0, std::uint8_t{0});
+  return file;
+}
+
+class OddJpegs : public HostPictures {
+ protected:
+  void ExpectTaken(const Bytes& file, const char* what) const {
+    const PictureRef picture = Load(file);
+    ExpectSize(picture, 24, 16);
+    const PixelContext context(24, 16, 24);
+    EXPECT_TRUE(RenderPicture(picture, context.Get())) << what;
+    for (int y = 0; y < 16; ++y)
+      for (int x = 0; x < 24; ++x)
+        ASSERT_EQ(ColourAt(context, x, y), static_cast<std::uint32_t>(GreyOfBlock(x / 8, y / 8)) * 0x010101u)
+            << what << " " << x << "," << y;
+  }
+  const Bytes plain_ = pictures::Jpeg(24, 16, GreyOfBlock);
+};
+
+TEST_F(OddJpegs, WithTheirCodeTablesInFrontOfTheFrameHeaderAreTaken) {
+  Bytes file = plain_;
+  std::rotate(file.begin() + kJpegFrame, file.begin() + kJpegCodes, file.begin() + kJpegScanHeader);
+  ASSERT_EQ(file[kJpegFrame + 1], 0xC4);
+  ExpectTaken(file, "Huffman");
+  EXPECT_EQ(CheckPictureFile(With(plain_, kJpegFrame, {0xFF, 0xCC, 0, 4, 0, 0x10})), PictureKind::kJpeg)
+      << "arithmetic";
+}
+
+TEST_F(OddJpegs, WithFillersRestartsAndStrayBytesAreTaken) {
+  ExpectTaken(With(plain_, kJpegTables, {0xFF, 0xFF, 0xFF}), "fillers");
+  ExpectTaken(With(plain_, kJpegFrame, {0xFF, 0xD0, 0xFF, 0x01}), "markers without a segment");
+  ExpectTaken(With(plain_, kJpegFrame, {0, 1, 0xFF, 0, 'x'}), "stray bytes");
+  ExpectTaken(With(plain_, 2, {0, 'x'}), "stray bytes after the first marker");
+  ExpectTaken(With(plain_, kJpegScanHeader, {'x'}), "a stray byte between frame and scan");
+}
+
+TEST_F(OddJpegs, AreTakenWhateverFollowsTheirEnd) {
+  Bytes file = plain_;
+  for (int copies = 0; copies < 300; ++copies) file.insert(file.end(), plain_.begin(), plain_.end());
+  ExpectTaken(file, "more pictures");
+}
+
+// A preview may lie in a segment of a picture, with markers of its own.
+TEST_F(OddJpegs, AreTakenWhateverTheirSegmentsHold) {
+  Bytes comment = {0xFF, 0xFE, 0x40, 0x02};
+  for (int i = 0; i < 0x2000; ++i) comment.insert(comment.end(), {0xFF, 0xDA});
+  ExpectTaken(With(plain_, kJpegTables, comment), "in front of the frame");
+  ExpectTaken(With(plain_, kJpegScanHeader, comment), "after the frame");
+}
+
+TEST(PictureFiles, OfJpgWithoutOneFrameInFrontOfItsScansAreRefused) {
+  const Bytes plain = JpegClaiming(8, 8);
+  const Bytes frame(plain.begin() + kJpegFrame, plain.begin() + kJpegCodes);
+  EXPECT_EQ(CheckPictureFile(With(plain, kJpegCodes, frame)), std::nullopt) << "two frames";
+  EXPECT_EQ(CheckPictureFile(With(plain, kJpegScanHeader + 10, frame)), std::nullopt)
+      << "a frame in the data";
+  EXPECT_EQ(CheckPictureFile(With(plain, kJpegFrame, {0xFF, 0xDA, 0, 8, 1, 1, 0, 0, 63, 0})), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(With(plain, kJpegFrame, {0xFF, 0xD8})), std::nullopt) << "two starts";
+  EXPECT_EQ(CheckPictureFile(With(plain, kJpegFrame, {0xFF, 0xD9})), std::nullopt) << "an end";
+}
+
+TEST(PictureFiles, OfJpgAreBoundByScansTimesPixels) {
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(1000, 1000, 240, 7000)), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(2000, 2000, 240, 19000)), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8000, 8000, 240, 273000)), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(1024, 1024, 10, 2560)), PictureKind::kJpeg) << "a flat one";
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(1024, 1024, 11, 2560)), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8736, 5856, 10, 1 << 20)), PictureKind::kJpeg) << "a camera's";
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8192, 8192, 12, 1 << 20)), PictureKind::kJpeg);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8192, 8192, 13, 1 << 20)), std::nullopt);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8, 8, 256)), PictureKind::kJpeg);
+  EXPECT_EQ(CheckPictureFile(JpegOfScans(8, 8, 257)), std::nullopt);
+}
+
+// Arithmetic codes take fractions of a bit.
+TEST(PictureFiles, OfArithmeticJpgMayBeSmaller) {
+  Bytes file = JpegOfScans(2048, 2048, 1, 1024);
+  file[kJpegFrame + 1] = 0xC9;
   EXPECT_EQ(CheckPictureFile(file), PictureKind::kJpeg);
-  file.insert(file.end(), {0xFF, 0xDA});
+  file[kJpegFrame + 1] = 0xC2;
   EXPECT_EQ(CheckPictureFile(file), std::nullopt);
 }
 
@@ -321,6 +417,27 @@ TEST(PictureFiles, AreNeverReadBehindTheirEnd) {
       KeepFirstFrame(cut);
       EXPECT_LE(cut.size(), file.size());
     }
+}
+
+// Its pixels begin behind the table.
+TEST_F(HostPictures, OfGifFilesUseTheTableOfTheFirstFrame) {
+  constexpr std::ptrdiff_t kFrame = 13 + 3 * 128;
+  Bytes file = pictures::Gif(
+      8, 8, {0xFF0000, 0x00FF00}, [](int x, int) { return x < 4 ? 0u : 1u; }, {}, 2);
+  file[kFrame + 9] = 0x80 | 6;
+  Bytes table = {0x12, 0x34, 0x56, 0xAB, 0xCD, 0xEF};
+  table.resize(std::size_t{3} * 128);
+  file = With(file, kFrame + 10, table);
+  Bytes first = file;
+  KeepFirstFrame(first);
+  EXPECT_LT(first.size(), file.size());
+  EXPECT_EQ(first.back(), 0x3B);
+  const PictureRef picture = Load(file);
+  ExpectSize(picture, 8, 8);
+  const PixelContext context(8, 8, 24);
+  EXPECT_TRUE(RenderPicture(picture, context.Get()));
+  EXPECT_EQ(ColourAt(context, 3, 7), 0x123456u);
+  EXPECT_EQ(ColourAt(context, 4, 0), 0xABCDEFu);
 }
 
 TEST(PictureFiles, OfGifLoseAllFramesButTheFirst) {

@@ -76,32 +76,57 @@ bool CheckGif(const PaddedBytes& file) {
 
 // --- JPG --------------------------------------------------------------------------------------------------
 
+constexpr unsigned kJpegStart = 0xD8, kJpegEnd = 0xD9, kJpegScan = 0xDA, kFirstArithmeticFrame = 0xC9;
+
 bool IsStartOfFrame(unsigned marker) {
   return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
 }
 
-// Every scan goes over all pixels, and can be a few bytes long.
-bool HasFewScans(const PaddedBytes& file, std::size_t at) {
-  constexpr int kMostScans = 256;
-  int scans = 0;
-  for (; at < file.Size(); ++at)
-    if (file.U8(at) == 0xFF && file.U8(at + 1) == 0xDA) ++scans;
-  return scans <= kMostScans;
+// Restarts, starts and ends stand for themselves, as do the numbers that mean nothing.
+bool HasSegment(unsigned marker) {
+  constexpr unsigned kFirstRestart = 0xD0;
+  return marker >= 0xC0 && (marker < kFirstRestart || marker > kJpegEnd);
+}
+
+// The place of the next marker's number, behind stray bytes, coded data and fillers; the file's size without
+// one.
+std::size_t FindMarker(const PaddedBytes& file, std::size_t at) {
+  for (; at + 1 < file.Size(); ++at)
+    if (file.U8(at) == 0xFF && file.U8(at + 1) != 0xFF && file.U8(at + 1) != 0) return at + 1;
+  return file.Size();
+}
+
+// Calls `visit` with the place of each marker's number up to the picture's end, as long as it answers true.
+template <class Visit>
+void ForEachMarker(const PaddedBytes& file, Visit visit) {
+  for (std::size_t at = FindMarker(file, 2); at < file.Size();) {
+    if (file.U8(at) == kJpegEnd || !visit(at)) return;
+    at = FindMarker(file, at + 1 + (HasSegment(file.U8(at)) ? std::size_t{file.BigU16(at + 1)} : 0));
+  }
+}
+
+std::optional<JpegClaims> ClaimsOf(const PaddedBytes& file) {
+  std::optional<JpegClaims> claims;
+  bool sound = true;
+  ForEachMarker(file, [&](std::size_t at) {
+    const unsigned marker = file.U8(at);
+    const bool frame = IsStartOfFrame(marker), scan = marker == kJpegScan;
+    sound = marker != kJpegStart && !(frame && claims) && !(scan && !claims);
+    if (frame) claims = {file.BigU16(at + 6), file.BigU16(at + 4), 0, marker >= kFirstArithmeticFrame};
+    if (scan && claims) ++claims->scans;
+    return sound;
+  });
+  return sound ? claims : std::nullopt;
 }
 
 bool CheckJpeg(const PaddedBytes& file) {
-  for (std::size_t at = 2; at + 9 <= file.Size();) {
-    if (file.U8(at) != 0xFF) return false;
-    const unsigned marker = file.U8(at + 1);
-    if (marker == 0xFF) {  // a filler
-      ++at;
-      continue;
-    }
-    if (IsStartOfFrame(marker))
-      return IsPlausible(file.BigU16(at + 7), file.BigU16(at + 5), file.Size()) && HasFewScans(file, at);
-    at += std::size_t{2} + file.BigU16(at + 2);
-  }
-  return false;
+  const auto claims = ClaimsOf(file);
+  if (!claims || !IsPlausible(claims->width, claims->height, file.Size())) return false;
+  const std::int64_t pixels = claims->width * claims->height, work = pixels * claims->scans;
+  const auto bytes = static_cast<std::int64_t>(file.Size());
+  if (!claims->arithmetic && pixels > std::max(kFreePixels, kHuffmanPixelsPerByte * bytes)) return false;
+  return claims->scans <= kMostScans &&
+         work <= std::min(kMostScannedPixels, std::max(kFreePixels, kPixelsPerByte * bytes));
 }
 
 // --- CUR --------------------------------------------------------------------------------------------------
@@ -140,7 +165,7 @@ constexpr Format kFormats[] = {
     {"BM", PictureKind::kBmp, CheckBmp},
     {"GIF87a", PictureKind::kGif, CheckGif},
     {"GIF89a", PictureKind::kGif, CheckGif},
-    {"\xFF\xD8\xFF", PictureKind::kJpeg, CheckJpeg},
+    {"\xFF\xD8", PictureKind::kJpeg, CheckJpeg},
     {std::string_view("\0\0\1\0", 4), PictureKind::kCursor, CheckCursor},
     {std::string_view("\0\0\2\0", 4), PictureKind::kCursor, CheckCursor},
 };
@@ -152,6 +177,10 @@ std::optional<PictureKind> CheckPictureFile(std::span<const std::uint8_t> file) 
   for (const Format& format : kFormats)
     if (StartsWith(file, format.signature) && format.check(bytes)) return format.kind;
   return std::nullopt;
+}
+
+std::optional<JpegClaims> ReadJpegClaims(std::span<const std::uint8_t> file) {
+  return ClaimsOf(PaddedBytes(file));
 }
 
 void KeepFirstFrame(std::vector<std::uint8_t>& gif) {
