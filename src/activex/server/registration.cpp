@@ -1,5 +1,7 @@
 #include "activex/server/registration.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -125,24 +127,11 @@ bool HasSubkeys(HKEY root, const std::wstring& path) {
          count != 0;
 }
 
-// The type library's key holds both bitnesses: only this one's part goes, and the rest with the last part.
-HRESULT RemoveLibrary(HKEY root, const Names& names) {
-  HRESULT result = S_OK;
-  const auto note = [&result](HRESULT step) {
-    if (SUCCEEDED(result)) result = step;
-  };
-  bool shared = false;
-  for (const wchar_t* locale : kLocales) {
-    const std::wstring key = names.version_key + L"\\" + locale;
-    std::wstring own = key;
-    own.append(L"\\").append(kSystem);
-    note(DeleteTree(root, own));
-    shared = shared || HasSubkeys(root, key);
-  }
-  if (shared) return result;
-  note(DeleteTree(root, names.version_key));
-  if (!HasSubkeys(root, names.library_key)) note(DeleteTree(root, names.library_key));
-  return result;
+// Both bitnesses share the type library's key, each with its own file below every locale.
+bool OtherBitnessRemains(HKEY root, const Names& names) {
+  return std::any_of(std::begin(kLocales), std::end(kLocales), [&](const wchar_t* locale) {
+    return HasSubkeys(root, names.version_key + L"\\" + locale);
+  });
 }
 
 }  // namespace
@@ -171,14 +160,19 @@ HRESULT UnregisterServer(RegistrationScope scope) {
   HRESULT result = OpenClassesRoot(scope, root);
   if (FAILED(result)) return result;
   const Names names;
-  std::vector<std::wstring> trees = {names.class_key, names.prog_id};
-  for (const RemoteInterface& row : kInterfaces) trees.push_back(InterfaceKey(row.identity));
-  for (const std::wstring& tree : trees) {
-    const HRESULT step = DeleteTree(root.Get(), tree);
+  const auto remove = [&](const std::wstring& key) {
+    const HRESULT step = DeleteTree(root.Get(), key);
     if (FAILED(step)) result = step;
-  }
-  const HRESULT step = RemoveLibrary(root.Get(), names);
-  return FAILED(step) ? step : result;
+  };
+  remove(names.class_key);
+  for (const RemoteInterface& row : kInterfaces) remove(InterfaceKey(row.identity));
+  for (const wchar_t* locale : kLocales) remove(names.version_key + L"\\" + locale + L"\\" + kSystem);
+  if (OtherBitnessRemains(root.Get(), names)) return result;
+  // What leads to either bitness goes with the last one.
+  remove(names.prog_id);
+  remove(names.version_key);
+  if (!HasSubkeys(root.Get(), names.library_key)) remove(names.library_key);
+  return result;
 }
 
 }  // namespace marklet::activex
