@@ -1,11 +1,10 @@
 // Registers a server, removes it, or creates what is registered: registrar SERVER COMMAND..., each command
 // register, unregister, install-user, uninstall-user, create, or has HIVE KEY. Prints the result of each in a
 // line.
-#include <objbase.h>
-#include <windows.h>
-
 #include <cstdio>
 #include <string>
+
+#include "platform/win32/sdk_ole.h"
 
 namespace {
 
