@@ -18,48 +18,6 @@ Marklet::Marklet(UserControl& host, MarkletEvents& events) : host_(host), events
 
 Marklet::~Marklet() = default;
 
-bool Marklet::SetByName(std::string_view name, const Value& value) {
-  const PropertyRow* row = FindProperty(name);
-  return row != nullptr && TrySet(*row, value);
-}
-
-bool Marklet::InitProperties() {
-  Ambient& ambient = host_.AmbientProperties();
-  bool whole = true;
-  // A step that fails is skipped; one that sets a property may fail inside.
-  const auto step = [&](auto body) {
-    if (!IgnoreErrors(body)) whole = false;
-  };
-  const auto set = [&](std::string_view name, auto value) {
-    step([&] {
-      if (!SetByName(name, value())) whole = false;
-    });
-  };
-  step([&] { state_.DesignMode = !ambient.UserMode(); });
-  set("Appearance", [] { return Long{1}; });
-  set("BorderStyle", [] { return Long{0}; });
-  set("Caption", [&] { return ambient.DisplayName(); });
-  state_.Alignment = 0;
-  set("Font", [&] { return ambient.Font(); });
-  step([&] { host_.Font()->PutName(ambient.Font()->Name()); });
-  step([&] { host_.PutEnabled(true); });
-  step([&] { state_.BackColor = ambient.BackColor(); });
-  step([&] { state_.ForeColor = ambient.ForeColor(); });
-  state_.EffectColor = 0x80000010;
-  step([&] { state_.RightToLeft = ambient.RightToLeft(); });
-  state_.Padding = 0;
-  state_.UseMnemonic = true;
-  state_.WordWrap = true;
-  state_.BackStyle = 1;
-  state_.VerticalAlignment = 0;
-  state_.TextEffect = 0;
-  state_.ImageAlignment = 0;
-  state_.ImagePixels = 16;
-  state_.ImageSize = 0;
-  MatchAccessKeys();
-  return whole;
-}
-
 // --- The property protocol --------------------------------------------------------------------------------
 
 Value Marklet::Get(const PropertyRow& row) {

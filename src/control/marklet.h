@@ -119,9 +119,10 @@ class Marklet : public ISupportsAlphaImage {
  private:
   void RunSteps(const PropertyRow& row);
   bool TrySet(const PropertyRow& row, const Value& value);
-  bool SetByName(std::string_view name, const Value& value);
-  bool LoadProperty(PropertyBag& bag, std::string_view key);
-  bool SaveProperty(PropertyBag& bag, std::string_view key);
+  Value DefaultOf(const PropertyRow& row);
+  void StoreBare(const PropertyRow& row, const Value& value);
+  bool LoadProperty(PropertyBag& bag, const PropertyRow& row);
+  bool SaveProperty(PropertyBag& bag, const PropertyRow& row);
   void MatchAccessKeys();
   void FitToCaption();
 

@@ -1,11 +1,12 @@
-// Saved forms: which keys are written and read, in which order. What stands under a key is in the property
-// table.
+// What a newly placed control has, and saved forms: which keys are written and read, in which order. What
+// stands under a key, and its default, is in the property table.
 #include <string>
 #include <type_traits>
 #include <utility>
 
 #include "base/ignore_errors.h"
 #include "control/marklet.h"
+#include "control/property_table.h"
 #include "control/text_bytes.h"
 #include "imagelist/owned_images.h"
 #include "platform/shared/os_tests.h"
@@ -13,20 +14,36 @@
 namespace marklet {
 namespace {
 
-// "Alignment" is read and never written: a form that holds another than 0 loses it at its next save.
-constexpr std::string_view kWritten[] = {
-    "Appearance",     "AutoSize", "BackColor",    "BackStyle",         "BorderStyle",    "Caption",
-    "Enabled",        "Font",     "ForeColor",    "RightToLeft",       "UniToolTipText", "UseMnemonic",
-    "Padding",        "WordWrap", "EffectColor",  "VerticalAlignment", "TextEffect",     "ImageSize",
-    "ImageAlignment", "ImageKey", "ImageKeyHover"};
+using property_table::Holds;
+using property_table::RowSavedAs;
+using property_table::RowsSavedAs;
+using property_table::SavedRows;
+
+constexpr auto kWritten = SavedRows<[](const PropertyRow& row) { return row.saved.written; }>(RowsSavedAs(
+    {"Appearance",     "AutoSize", "BackColor",    "BackStyle",         "BorderStyle",    "Caption",
+     "Enabled",        "Font",     "ForeColor",    "RightToLeft",       "UniToolTipText", "UseMnemonic",
+     "Padding",        "WordWrap", "EffectColor",  "VerticalAlignment", "TextEffect",     "ImageSize",
+     "ImageAlignment", "ImageKey", "ImageKeyHover"}));
+
+constexpr auto kReadAfterImages = RowsSavedAs({"ImageKey", "ImageKeyHover"});
+constexpr auto kReadLast = RowsSavedAs({"AutoSize"});  // measures with all the rest in place
 
 // The caption comes before the font and the images, so that the setters on the way paint unfinished pictures.
-constexpr std::string_view kReadBeforeImages[] = {
-    "Appearance",        "Alignment",  "BackColor", "BackStyle",     "BorderStyle",
-    "Caption",           "Font",       "ForeColor", "RightToLeft",   "UniToolTipText",
-    "UseMnemonic",       "Padding",    "Enabled",   "WordWrap",      "EffectColor",
-    "VerticalAlignment", "TextEffect", "ImageSize", "ImageAlignment"};
-constexpr std::string_view kReadBehindImages[] = {"ImageKey", "ImageKeyHover"};
+constexpr auto kReadBeforeImages =
+    SavedRows<[](const PropertyRow& row) { return !Holds(kReadAfterImages, row) && !Holds(kReadLast, row); }>(
+        RowsSavedAs({"Appearance", "Alignment", "BackColor", "BackStyle", "BorderStyle", "Caption", "Font",
+                     "ForeColor", "RightToLeft", "UniToolTipText", "UseMnemonic", "Padding", "Enabled",
+                     "WordWrap", "EffectColor", "VerticalAlignment", "TextEffect", "ImageSize",
+                     "ImageAlignment"}));
+
+// A newly placed control gets each default into the bare field, but for what InitProperties sets in its own
+// way and what stays as it is.
+constexpr auto kPlacedOtherwise = RowsSavedAs({"Appearance", "BorderStyle", "Caption", "Alignment", "Font"});
+constexpr auto kNotPlaced = RowsSavedAs({"AutoSize", "ImageKey", "ImageKeyHover", "UniToolTipText"});
+constexpr auto kPlaced = SavedRows<[](const PropertyRow& row) {
+  return !Holds(kPlacedOtherwise, row) && !Holds(kNotPlaced, row);
+}>(RowsSavedAs({"Enabled", "BackColor", "ForeColor", "EffectColor", "RightToLeft", "Padding", "UseMnemonic",
+                "WordWrap", "BackStyle", "VerticalAlignment", "TextEffect", "ImageAlignment", "ImageSize"}));
 
 // --- Values -----------------------------------------------------------------------------------------------
 
@@ -64,12 +81,46 @@ Value FromBag(const BagValue& value) {
 
 // --- Properties -------------------------------------------------------------------------------------------
 
-bool Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
+Value Marklet::DefaultOf(const PropertyRow& row) { return FromBag(row.saved.fallback(*this)); }
+
+// Into the bare field where the row has a way to it, else as its setter stores it, without the steps.
+void Marklet::StoreBare(const PropertyRow& row, const Value& value) {
+  (row.saved.store != nullptr ? row.saved.store : row.store)(*this, value);
+}
+
+bool Marklet::InitProperties() {
+  constexpr const PropertyRow& kCaption = RowSavedAs("Caption");
+  constexpr const PropertyRow& kFont = RowSavedAs("Font");
+  Ambient& ambient = host_.AmbientProperties();
+  bool whole = true;
+  // A step that fails is skipped; one that sets a property may fail inside.
+  const auto step = [&](auto body) {
+    if (!IgnoreErrors(body)) whole = false;
+  };
+  const auto set = [&](const PropertyRow& row, auto value) {
+    step([&] {
+      if (!TrySet(row, value())) whole = false;
+    });
+  };
+  const auto place = [&](const PropertyRow& row) { step([&] { StoreBare(row, DefaultOf(row)); }); };
+  const auto set_default = [&](const PropertyRow& row) { set(row, [&] { return DefaultOf(row); }); };
+  step([&] { state_.DesignMode = !ambient.UserMode(); });
+  set_default(RowSavedAs("Appearance"));
+  set_default(RowSavedAs("BorderStyle"));
+  set(kCaption, [&] { return Value(ambient.DisplayName()); });
+  place(RowSavedAs("Alignment"));
+  set_default(kFont);
+  step([&] { host_.Font()->PutName(ambient.Font()->Name()); });
+  for (const PropertyRow* row : kPlaced) place(*row);
+  MatchAccessKeys();
+  return whole;
+}
+
+bool Marklet::LoadProperty(PropertyBag& bag, const PropertyRow& row) {
   bool stored = true;
   const bool read_out = IgnoreErrors([&] {
-    const PropertyRow& row = *FindSaved(key);
-    const auto read = bag.ReadProperty(key, row.saved.type);
-    const Value value = FromBag(read ? *read : row.saved.fallback(*this));
+    const auto read = bag.ReadProperty(row.saved.key, row.saved.type);
+    const Value value = read ? FromBag(*read) : DefaultOf(row);
     if (!HoldsType(value, row.type)) return;  // the field stays as it is
     if (row.saved.store != nullptr)
       row.saved.store(*this, value);
@@ -79,27 +130,26 @@ bool Marklet::LoadProperty(PropertyBag& bag, std::string_view key) {
   return read_out && stored;
 }
 
-bool Marklet::SaveProperty(PropertyBag& bag, std::string_view key) {
-  return IgnoreErrors([&] {
-    const SavedAs& saved = FindSaved(key)->saved;
-    bag.WriteProperty(key, ToBag(saved.get(*this), saved.type), saved.fallback(*this));
-  });
+bool Marklet::SaveProperty(PropertyBag& bag, const PropertyRow& row) {
+  const SavedAs& saved = row.saved;
+  return IgnoreErrors(
+      [&] { bag.WriteProperty(saved.key, ToBag(saved.get(*this), saved.type), saved.fallback(*this)); });
 }
 
 bool Marklet::ReadProperties(PropertyBag& bag) {
   bool whole = true;
-  const auto load = [&](std::string_view key) {
-    if (!LoadProperty(bag, key)) whole = false;
+  const auto load = [&](const PropertyRow& row) {
+    if (!LoadProperty(bag, row)) whole = false;
   };
-  for (const std::string_view key : kReadBeforeImages) load(key);
+  for (const PropertyRow* row : kReadBeforeImages) load(*row);
   if (!ReadImages(bag, state_.Images)) whole = false;
-  for (const std::string_view key : kReadBehindImages) load(key);
+  for (const PropertyRow* row : kReadAfterImages) load(*row);
   // The first answer is false on any system. A loaded control takes it here, so that its images are
   // composited by the system's own call from the first paint on, where there is one.
   IgnoreErrors([&] {
     if (host_.AmbientProperties().UserMode()) IsWindows2000Family();
   });
-  load("AutoSize");  // measures with all the rest in place
+  for (const PropertyRow* row : kReadLast) load(*row);
   MatchAccessKeys();
   RedrawNow();
   UpdateColorFlag();
@@ -108,8 +158,8 @@ bool Marklet::ReadProperties(PropertyBag& bag) {
 
 bool Marklet::WriteProperties(PropertyBag& bag) {
   bool whole = true;
-  for (const std::string_view key : kWritten)
-    if (!SaveProperty(bag, key)) whole = false;
+  for (const PropertyRow* row : kWritten)
+    if (!SaveProperty(bag, *row)) whole = false;
   return WriteImages(bag, state_.Images) && whole;
 }
 
