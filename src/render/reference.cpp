@@ -100,7 +100,9 @@ std::string ValueText(Marklet& control, const PropertyRow& row) {
 }
 
 std::string PropertyLine(Marklet& placed, const PropertyRow& row) {
-  const std::string_view help = row.help.empty() ? row.description : row.help;
+  const std::string_view help = !row.help.empty()          ? row.help
+                                : !row.description.empty() ? row.description
+                                                           : row.note;
   const std::string announced = row.announced.empty() ? "nothing" : Code(row.announced);
   return "| " + Code(row.name) + " | " + DispidText(row.dispid) + " | " + TypeText(row) + " | " +
          ValueText(placed, row) + " | " + AccessText(row) + " | " + announced + " | " + std::string(help) +

@@ -1,5 +1,6 @@
 // The slots of `_Marklet`, built once from the property table.
-#include <array>
+#include <iterator>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "activex/automation/error_report.h"
 #include "activex/automation/value_conversion.h"
 #include "activex/com/text.h"
+#include "control/property_table.h"
 
 namespace marklet::activex {
 namespace {
@@ -42,7 +44,7 @@ HRESULT STDMETHODCALLTYPE GetSlot(DispatchFace* face, Native* result) {
   *result = {};
   const Entry entry(face->Owner());
   return LeaveErrorInfo(Guarded([&] {
-    ToNative(face->Font(), face->Control().Get(Properties()[Row]), *result);
+    ToNative(face->Font(), face->Control().Get(property_table::kRows[Row]), *result);
     return S_OK;
   }));
 }
@@ -51,7 +53,7 @@ template <std::size_t Row, typename Native>
 HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
   const Entry entry(face->Owner());
   return LeaveErrorInfo(Guarded([&] {
-    face->Control().Set(Properties()[Row], FromNative(value));
+    face->Control().Set(property_table::kRows[Row], FromNative(value));
     return S_OK;
   }));
 }
@@ -101,48 +103,46 @@ HRESULT STDMETHODCALLTYPE InvokeSlot(DispatchFace* face, DISPID id, REFIID iid, 
 
 // --- The table --------------------------------------------------------------------------------------------
 
-constexpr std::size_t kPropertyCount = 27;
+using property_table::kRows;
 
 template <typename Function>
 const void* Slot(Function* function) {
   return reinterpret_cast<const void*>(function);
 }
 
-struct Accessors {
-  const void* get;
-  const void* put;
+// The C type under which a value travels through a slot. A type of value without one isn't compiled.
+template <typename Held>
+struct NativeOf;
+template <>
+struct NativeOf<bool> {
+  using Type = VARIANT_BOOL;
 };
-
-template <std::size_t Row, typename Native>
-Accessors AccessorsAs() {
-  return {Slot(&GetSlot<Row, Native>), Slot(&PutSlot<Row, Native>)};
-}
-
-template <std::size_t Row>
-Accessors AccessorsOf(ValueType type) {
-  switch (type) {
-    case ValueType::Boolean:
-      return AccessorsAs<Row, VARIANT_BOOL>();
-    case ValueType::Text:
-      return AccessorsAs<Row, BSTR>();
-    case ValueType::Font:
-      return AccessorsAs<Row, IFontDisp*>();
-    case ValueType::Picture:
-      return AccessorsAs<Row, IPictureDisp*>();
-    default:
-      return AccessorsAs<Row, LONG>();
-  }
-}
+template <>
+struct NativeOf<Long> {
+  using Type = LONG;
+};
+template <>
+struct NativeOf<std::u16string> {
+  using Type = BSTR;
+};
+template <>
+struct NativeOf<FontRef> {
+  using Type = IFontDisp*;
+};
+template <>
+struct NativeOf<HostObjectRef> {
+  using Type = IPictureDisp*;
+};
 
 using SlotTable = std::vector<const void*>;
 
 template <std::size_t Row>
 void AddSlots(SlotTable& slots) {
-  const PropertyRow& row = Properties()[Row];
-  const Accessors accessors = AccessorsOf<Row>(row.type);
-  slots.push_back(accessors.get);
-  if (row.attributes & kPut) slots.push_back(accessors.put);
-  if (row.attributes & kPutRef) slots.push_back(accessors.put);
+  using Native = typename NativeOf<HeldAs<kRows[Row].type>>::Type;
+  constexpr unsigned kAttributes = kRows[Row].attributes;
+  slots.push_back(Slot(&GetSlot<Row, Native>));
+  if constexpr ((kAttributes & kPut) != 0) slots.push_back(Slot(&PutSlot<Row, Native>));
+  if constexpr ((kAttributes & kPutRef) != 0) slots.push_back(Slot(&PutSlot<Row, Native>));
 }
 
 template <std::size_t... Rows>
@@ -156,11 +156,7 @@ SlotTable BuildSlots(std::index_sequence<Rows...>) {
 }
 
 const void* const* Slots() {
-  static const SlotTable slots = [] {
-    // The thunks are numbered when the program is compiled, the rows counted when it runs.
-    if (Properties().size() != kPropertyCount) throw std::bad_alloc();
-    return BuildSlots(std::make_index_sequence<kPropertyCount>());
-  }();
+  static const SlotTable slots = BuildSlots(std::make_index_sequence<std::size(kRows)>());
   return slots.data();
 }
 
