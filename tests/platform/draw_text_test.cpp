@@ -201,6 +201,75 @@ TEST_F(TextBoxes, BreaksBetweenIdeographs) {
   EXPECT_EQ(LinesOf(u"\u4E2D\u6587\u5B57\u4F53", width, DT_WORDBREAK), 2);
 }
 
+struct TwoLines {
+  std::string name;
+  std::u16string_view text, fits;  // the rectangle is as wide as `fits`
+  std::u16string_view first, second;
+};
+class WordBreaks : public TextBoxes, public testing::WithParamInterface<TwoLines> {};
+
+TEST_P(WordBreaks, AreTheSameOnAllPlatforms) {
+  const TwoLines& it = GetParam();
+  const RECT rect = {20, 10, 20 + WidthOf(it.fits), 110};
+  EXPECT_EQ(Draw(it.text, rect, DT_WORDBREAK | DT_NOCLIP), 2 * height_);
+  Expect(20, 10, it.first);
+  Expect(20, 10 + height_, it.second);
+  ExpectSame();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, WordBreaks,
+    testing::Values(
+        TwoLines{"AfterAHyphen", u"one well-known", u"one well-kn", u"one well-", u"known"},
+        TwoLines{"AfterASlash", u"one either/or", u"one either/o", u"one either/", u"or"},
+        TwoLines{"AfterAnExclamation", u"one al!pha", u"one al!ph", u"one al!", u"pha"},
+        TwoLines{"AfterATab", u"one al\tpha", u"one al\tph", u"one al\t", u"pha"},
+        TwoLines{"AfterASoftHyphen", u"one al\u00ADpha", u"one al\u00ADph", u"one al\u00AD", u"pha"},
+        TwoLines{"AfterAWideBlank", u"one al\u3000pha", u"one al\u3000ph", u"one al\u3000", u"pha"},
+        TwoLines{"AfterADash", u"one al\u2014pha", u"one al\u2014ph", u"one al\u2014", u"pha"},
+        TwoLines{"NotInANumber", u"one 1,200", u"one 1,2", u"one ", u"1,200"},
+        TwoLines{"NotAfterAPercentSign", u"one 50%alpha", u"one 50%al", u"one ", u"50%alpha"},
+        TwoLines{"NotAfterAComma", u"one al,pha", u"one al,ph", u"one ", u"al,pha"},
+        TwoLines{"NotAtAFixedBlank", u"one al\u00A0pha", u"one al\u00A0ph", u"one ", u"al\u00A0pha"},
+        TwoLines{"AtTheBlankAfterATooWideWord", u"incomprehensibility-of is", u"incomp",
+                 u"incomprehensibility-of", u"is"},
+        TwoLines{"NotBeforeAFullStop", u"\u4E2D\u6587\u3002", u"\u4E2D\u6587", u"\u4E2D", u"\u6587\u3002"},
+        TwoLines{"NotAfterAnOpeningSign", u"\u4E2D\u300C\u6587", u"\u4E2D\u300C", u"\u4E2D", u"\u300C\u6587"},
+        TwoLines{"BetweenLettersAndIdeographs", u"ab\u4E2D", u"ab", u"ab", u"\u4E2D"},
+        TwoLines{"KeepTwoBlanksThatFit", u"one alpha  beta", u"one alpha  be", u"one alpha  ", u"beta"}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST_F(TextBoxes, DropsOnlyTheLastOfTheBlanksThatFitInCentredAndRightLines) {
+  const Long width = WidthOf(u"alpha   be");
+  for (const std::uint32_t flag : {DT_CENTER, DT_RIGHT}) {
+    picture_.Fill(0xFF);
+    expected_.Fill(0xFF);
+    Draw(u"alpha   beta", {20, 10, 20 + width, 110}, DT_WORDBREAK | flag);
+    const auto x = [&](std::u16string_view line) {
+      return flag == DT_RIGHT ? 20 + width - WidthOf(line) : (40 + width - WidthOf(line)) / 2;
+    };
+    Expect(x(u"alpha  "), 10, u"alpha  ");
+    Expect(x(u"beta"), 10 + height_, u"beta");
+    ExpectSame();
+  }
+}
+
+TEST_F(TextBoxes, BreaksNothingButBlanksWhereNoCharacterFits) {
+  EXPECT_EQ(LinesOf(u"\u4E2D\u6587\u5B57", 0, DT_WORDBREAK), 1);
+  EXPECT_EQ(LinesOf(u"one two", 0, DT_WORDBREAK), 2);
+  EXPECT_EQ(LinesOf(u" one", 0, DT_WORDBREAK), 2) << "the blank has a line of its own";
+}
+
+TEST_F(TextBoxes, LayOutALineThatBeginsAtTheBottom) {
+  EXPECT_EQ(Draw(u"One\nTwo\nThree", {20, 10, 200, 10}, 0), height_);
+  EXPECT_EQ(Draw(u"One\nTwo\nThree", {20, 10, 200, 10 + height_ - 1}, 0), height_);
+  EXPECT_EQ(Draw(u"One\nTwo\nThree", {20, 10, 200, 10 + height_}, 0), 2 * height_);
+}
+
+TEST_F(TextBoxes, EndsATooNarrowLineInThreeDotsAlone) {
+  EXPECT_EQ(Calculated(u"Total", 3, DT_SINGLELINE | DT_WORD_ELLIPSIS).right, 30 + WidthOf(u"..."));
+}
+
 TEST_F(TextBoxes, EndsATooWideLineInThreeDots) {
   const Long width = WidthOf(u"Tot...");
   Draw(u"Totally out of bounds", {20, 10, 20 + width, 40}, DT_SINGLELINE | DT_WORD_ELLIPSIS);

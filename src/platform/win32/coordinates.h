@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 #include "platform/types.h"
 
@@ -17,12 +16,6 @@ constexpr Long Near(std::int64_t coordinate) {
 }
 constexpr RECT Near(const RECT& rect) {
   return {Near(rect.left), Near(rect.top), Near(rect.right), Near(rect.bottom)};
-}
-
-// A sum that has outgrown its type, as what comes next to it.
-constexpr Long Saturated(std::int64_t value) {
-  constexpr std::int64_t kMost = std::numeric_limits<Long>::max();
-  return static_cast<Long>(std::clamp(value, -kMost, kMost));
 }
 
 }  // namespace marklet::win32

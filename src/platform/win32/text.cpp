@@ -4,6 +4,8 @@
 #include <limits>
 
 #include "base/rounding.h"
+#include "platform/shared/aligned_corner.h"
+#include "platform/shared/saturated.h"
 #include "platform/system.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/long_text.h"
@@ -23,7 +25,6 @@ using win32::kTransparentMode;
 using win32::MetricsOf;
 using win32::Native;
 using win32::Near;
-using win32::Saturated;
 using win32::SavedState;
 using win32::WidthOf;
 using win32::Wrap;
@@ -78,20 +79,13 @@ Long ScreenPixelsPerInch() {
 }
 
 // Draws a run where the context's text alignment places it.
-bool DrawAligned(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text) {
+bool DrawAligned(::HDC dc, Long x, Long y, std::u16string_view text) {
   const UINT align = GetTextAlign(dc);
   const TEXTMETRICW metrics = MetricsOf(dc);
   std::int64_t width = 0;
   if (!WidthOf(dc, text, width)) return false;
-  if ((align & TA_CENTER) == TA_CENTER)
-    x -= width / 2;
-  else if (align & TA_RIGHT)
-    x -= width;
-  if ((align & TA_BASELINE) == TA_BASELINE)
-    y -= metrics.tmAscent;
-  else if (align & TA_BOTTOM)
-    y -= metrics.tmHeight;
-  return DrawRun(dc, x, y, text, (align & TA_RTLREADING) != 0);
+  const LineCorner corner = AlignedCorner(align, x, y, {width, metrics.tmHeight, metrics.tmAscent});
+  return DrawRun(dc, corner.x, corner.y, text, (align & TA_RTLREADING) != 0);
 }
 
 }  // namespace

@@ -77,21 +77,16 @@ bool WidthOf(::HDC dc, std::u16string_view text, std::int64_t& width) {
   return true;
 }
 
-std::size_t UnitsThatFit(::HDC dc, std::u16string_view text, std::int64_t width) {
+void UnitWidths(::HDC dc, std::u16string_view text, std::vector<Long>& widths) {
+  widths.clear();
+  widths.reserve(text.size());
   Ends ends;
-  std::size_t fit = 0;
-  while (fit < text.size()) {
-    const std::u16string_view piece = text.substr(fit, PieceLength(text.substr(fit)));
-    const int length = Measure(dc, piece, ends);
-    if (length < 0) break;
-    if (length > width) {
-      const auto last = ends.begin() + static_cast<std::ptrdiff_t>(piece.size());
-      return fit + static_cast<std::size_t>(std::upper_bound(ends.begin(), last, width) - ends.begin());
-    }
-    fit += piece.size();
-    width -= length;
+  while (!text.empty()) {
+    const std::u16string_view piece = text.substr(0, PieceLength(text));
+    if (Measure(dc, piece, ends) < 0) ends.fill(0);
+    for (std::size_t i = 0; i < piece.size(); ++i) widths.push_back(ends[i] - (i == 0 ? 0 : ends[i - 1]));
+    text.remove_prefix(piece.size());
   }
-  return fit;
 }
 
 bool DrawRun(::HDC dc, std::int64_t x, std::int64_t y, std::u16string_view text, bool rtl) {

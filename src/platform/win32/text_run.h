@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "platform/win32/handles.h"
 
@@ -22,8 +23,8 @@ std::size_t PieceLength(std::u16string_view text);
 // Width in pixels. False when the platform refuses.
 bool WidthOf(::HDC dc, std::u16string_view text, std::int64_t& width);
 
-// How many units from the start fit in `width` pixels.
-std::size_t UnitsThatFit(::HDC dc, std::u16string_view text, std::int64_t width);
+// The width of each unit in pixels, 0 where the platform refuses.
+void UnitWidths(::HDC dc, std::u16string_view text, std::vector<Long>& widths);
 
 // Draws with the top left corner at a point, in the context's colours, whatever SetTextAlign says. With
 // `rtl` what comes first stands at the right.

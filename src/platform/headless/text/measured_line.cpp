@@ -69,7 +69,7 @@ void UnitWidths(Font& font, const TextLine& line, std::vector<Long>& widths) {
   });
 }
 
-UnitSpan SpanOf(Font& font, const TextLine& line, std::size_t unit) {
+LineStretch StretchOf(Font& font, const TextLine& line, std::size_t unit) {
   if (NeedsShaping(line)) {
     const auto shaped = font.RealFace().Shaped(line);
     const std::int64_t left = shaped->unit_lefts[unit];

@@ -7,6 +7,7 @@
 
 #include "platform/headless/text/face.h"
 #include "platform/headless/text/font.h"
+#include "platform/shared/text_layout.h"
 
 namespace marklet::headless {
 
@@ -23,11 +24,8 @@ std::int64_t WidthOf(Font& font, const TextLine& line);
 // The same for each code unit. The width of what is shaped as one lies on its first unit.
 void UnitWidths(Font& font, const TextLine& line, std::vector<Long>& widths);
 
-// The stretch of the line that a code unit takes, from the line's left end.
-struct UnitSpan {
-  std::int64_t left, right;
-};
-UnitSpan SpanOf(Font& font, const TextLine& line, std::size_t unit);
+// The stretch of the line that a code unit takes.
+LineStretch StretchOf(Font& font, const TextLine& line, std::size_t unit);
 
 // With underline and strikeout when the font has them. `x` is the left end, `width` the line's.
 void DrawLine(const Canvas& canvas, Font& font, const TextLine& line, std::int64_t x, std::int64_t baseline,

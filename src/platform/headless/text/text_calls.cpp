@@ -2,12 +2,13 @@
 #include "platform/text.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 #include "platform/headless/pixels/device_context.h"
 #include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/line_painter.h"
+#include "platform/shared/aligned_corner.h"
+#include "platform/shared/saturated.h"
 #include "platform/system.h"
 
 namespace marklet {
@@ -18,42 +19,20 @@ using headless::Operation;
 using headless::Refused;
 
 constexpr std::uint32_t kOptionOpaque = 2, kOptionClipped = 4;
-constexpr std::uint32_t kAlignBottom = 8;
-
-Long Held(std::int64_t value) {
-  return static_cast<Long>(std::min<std::int64_t>(value, std::numeric_limits<Long>::max()));
-}
 
 bool MeasureLine(HDC dc, std::u16string_view text, SIZE& size) {
   if (dc == nullptr) return false;
   headless::Font& font = dc->SelectedFont();
-  size = {Held(WidthOf(font, {text})), font.RealFace().Height()};
+  size = {Saturated(WidthOf(font, {text})), font.RealFace().Height()};
   return true;
-}
-
-// The upper left corner of a line whose reference point is (x, y).
-struct Corner {
-  std::int64_t x, y;
-};
-Corner Aligned(const DeviceContextHandle& dc, const headless::Face& face, Long x, Long y,
-               std::int64_t width) {
-  Corner corner{x, y};
-  if ((dc.text_align & TA_CENTER) == TA_CENTER)
-    corner.x -= width / 2;
-  else if ((dc.text_align & TA_RIGHT) != 0)
-    corner.x -= width;
-  if ((dc.text_align & TA_BASELINE) == TA_BASELINE)
-    corner.y -= face.Ascent();
-  else if ((dc.text_align & kAlignBottom) != 0)
-    corner.y -= face.Height();
-  return corner;
 }
 
 bool DrawAt(HDC dc, Long x, Long y, const Box& clip, std::u16string_view text) {
   const headless::TextLine line = {text, (dc->text_align & TA_RTLREADING) != 0};
   headless::Font& font = dc->SelectedFont();
+  const headless::Face& face = font.RealFace();
   const std::int64_t width = WidthOf(font, line);
-  const Corner corner = Aligned(*dc, font.RealFace(), x, y, width);
+  const LineCorner corner = AlignedCorner(dc->text_align, x, y, {width, face.Height(), face.Ascent()});
   DrawLineInContext(*dc, clip, line, corner.x, corner.y, width);
   return true;
 }

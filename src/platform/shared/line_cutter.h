@@ -6,22 +6,22 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/headless/text/measured_line.h"
+#include "platform/shared/text_layout.h"
 
-namespace marklet::headless {
+namespace marklet {
 
 struct CutLine {
-  std::u16string_view text;  // as it is drawn, with its ellipsis
+  std::u16string_view text;  // as it is drawn, with its dots
   std::size_t start = 0;     // where it begins in the whole text
-  std::size_t kept = 0;      // how many units of the whole text it has, without an ellipsis
+  std::size_t kept = 0;      // how many units of the whole text it has, without dots
   std::int64_t width = 0;    // pixels
 };
 
 class LineCutter {
  public:
-  // `flags` are those of DrawTextW, `limit` is the width of its rectangle. Prefixes are taken out already.
-  // The text and the font must outlive the cutter.
-  LineCutter(Font& font, std::u16string_view text, std::uint32_t flags, std::int64_t limit);
+  // `flags` are those of DrawTextW, `limit` is the width of its rectangle. Marks are taken out already.
+  // The device and the text must outlive the cutter.
+  LineCutter(LineDevice& device, std::u16string_view text, std::uint32_t flags, std::int64_t limit);
 
   bool Done() const { return done_; }
   // The next line; at least one, however short the text. It is valid until the next call.
@@ -37,19 +37,21 @@ class LineCutter {
   void FindParagraphEnd();
   Extent WholeRest();
   Extent WrappedRest();
-  std::size_t FindBreak(std::size_t overflow) const;
-  bool MayBreakBefore(std::size_t position) const;
+  Extent BreakBlanks(std::size_t overflow);
+  Extent BreakWord(std::size_t overflow);
+  Extent ExtentTo(std::size_t end, std::size_t next);
+  std::size_t EndOfBlanks(std::size_t position) const;
+  std::size_t LastBreak(std::size_t position) const;
   void Measure();
   // Of the unit at a position of the text, once its paragraph is measured.
   Long WidthAt(std::size_t position) const { return widths_[position - paragraph_start_]; }
-  CutLine WithEllipsis(std::size_t end);
+  CutLine WithDots(std::size_t end);
   void Advance(std::size_t next);
-  TextLine LineOf(std::u16string_view text) const { return {text, rtl_}; }
 
-  Font& font_;
+  LineDevice& device_;
   const std::u16string_view text_;
   const std::int64_t limit_;
-  const bool single_, wrap_, trim_, ellipsis_, rtl_;
+  const bool single_, wrap_, trim_, dots_;
   bool done_ = false;
   std::size_t position_ = 0;
   std::size_t paragraph_start_ = 0, paragraph_end_ = 0;
@@ -57,4 +59,4 @@ class LineCutter {
   std::u16string shortened_;
 };
 
-}  // namespace marklet::headless
+}  // namespace marklet
