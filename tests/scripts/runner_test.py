@@ -116,7 +116,7 @@ exit {exit_code}"""
 
     def test_steps_after_a_failed_one_fail(self):
         steps = [runner.Step("build", runner.run_needed, ["false"]),
-                 runner.Step("unit", runner.run_gtest, ["true"], after="build")]
+                 runner.Step("unit", runner.run_gtest, ["true"], after=("build",))]
         with contextlib.redirect_stdout(io.StringIO()):
             outcomes = runner.run_steps(steps)
         self.assertEqual(outcomes["unit"].failures, [("unit", "could not run: build failed")])
