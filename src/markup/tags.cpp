@@ -1,5 +1,6 @@
 // What each tag does. A token is a tag by its letters alone, however it was cut out of the caption.
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <iterator>
 
@@ -7,6 +8,8 @@
 #include "markup/caption_pen.h"
 #include "markup/font_colour_tags.h"
 #include "markup/saturate.h"
+#include "markup/tags.h"
+#include "markup/tokenizer.h"
 
 namespace marklet {
 namespace {
@@ -121,6 +124,9 @@ class TagName {
   constexpr explicit TagName(std::u16string_view name) : length_(name.size()) {
     for (const char16_t unit : name) units_ = units_ << 16 | unit;
   }
+  constexpr TagName(std::u16string_view name, char16_t before) : TagName(name) {
+    units_ |= std::uint64_t{before} << 16 * length_++;
+  }
   friend constexpr bool operator==(const TagName&, const TagName&) = default;
 
  private:
@@ -128,22 +134,71 @@ class TagName {
   std::size_t length_;
 };
 
-struct FixedTag {
-  using Action = void (*)(CaptionPen&);
-  constexpr FixedTag(std::u16string_view its_name, Action action) : name(its_name), obey(action) {}
-  TagName name;
-  Action obey;
+constexpr TagRow kTags[] = {
+    // First, since it stands in front of every caption.
+    {u"<sub>", false, false, OpenSubscript, CloseSubscript,
+     "Smaller, and a third of its height further down."},
+    {u"<b>", true, false, ToggleBold, ToggleBold, "Bold, turned the other way round by both forms."},
+    {u"<i>", true, false, OpenItalic, CloseItalic, "Italic, turned the other way round by both forms."},
+    {u"<u>", true, false, ToggleUnderline, ToggleUnderline, "Underline, likewise."},
+    {u"<s>", true, false, ToggleStrikethrough, ToggleStrikethrough, "Strikethrough, likewise."},
+    {u"<p>", true, false, BreakParagraph, nullptr, "A new line, and a blank's height more."},
+    {u"<.>", true, false, BreakLine, nullptr, "A new line."},
+    {u"<a>", false, false, OpenLink, CloseLink, "Underlined and blue; nothing happens on a click."},
+    {u"<f=NAME>", true, true, nullptr, CloseFont, "The typeface NAME."},
+    {u"<sup>", false, false, OpenSuperscript, CloseSuperscript, "Smaller, at the top of the line."},
+    {u"<c=RRGGBB>", true, true, nullptr, CloseColour, "The colour with these hexadecimal digits."},
+    {u"<br>", true, false, nullptr, nullptr, "No tag: drawn as it stands."},
 };
 
-constexpr FixedTag kFixedTags[] = {
-    {u"sub", OpenSubscript},  // first, since these two stand in front of every caption
-    {u"/sub", CloseSubscript},   {u"b", ToggleBold},          {u"/b", ToggleBold},
-    {u"i", OpenItalic},          {u"/i", CloseItalic},        {u"u", ToggleUnderline},
-    {u"/u", ToggleUnderline},    {u"s", ToggleStrikethrough}, {u"/s", ToggleStrikethrough},
-    {u"p", BreakParagraph},      {u".", BreakLine},           {u"a", OpenLink},
-    {u"/a", CloseLink},          {u"/f", CloseFont},          {u"sup", OpenSuperscript},
-    {u"/sup", CloseSuperscript}, {u"/c", CloseColour},
+struct FixedTag {
+  TagName name{u""};
+  TagRow::Action obey = nullptr;
 };
+
+// The letters of a tag, up to where its value begins.
+constexpr std::u16string_view NameOf(const TagRow& row) {
+  return row.opener.substr(1, row.opener.find_first_of(u"=>") - 1);
+}
+
+// The tokenizer cuts names of one and of three letters; a longer one would never be seen.
+constexpr bool Complete(const TagRow& row) {
+  const std::size_t letters = NameOf(row).size();
+  const bool whole = row.opener.starts_with(u'<') && row.opener.ends_with(u'>');
+  if (!whole || row.meaning.empty()) return false;
+  if (row.takes_value) return row.open == nullptr && row.close != nullptr && letters == 1;
+  if (row.open == nullptr) return row.close == nullptr && row.marks;
+  return letters == 1 || letters == 3;
+}
+static_assert(std::ranges::all_of(kTags, [](const TagRow& row) { return Complete(row); }));
+
+constexpr std::size_t kActions = [] {
+  std::size_t count = 0;
+  for (const TagRow& row : kTags) count += std::size_t{row.open != nullptr} + (row.close != nullptr);
+  return count;
+}();
+
+// What is looked through for each token: names as numbers, and nothing besides.
+constexpr auto kFixedTags = [] {
+  std::array<FixedTag, kActions> tags{};
+  std::size_t count = 0;
+  for (const TagRow& row : kTags) {
+    if (row.open != nullptr) tags[count++] = {TagName(NameOf(row)), row.open};
+    if (row.close != nullptr) tags[count++] = {TagName(NameOf(row), u'/'), row.close};
+  }
+  return tags;
+}();
+
+constexpr std::size_t kMarks = std::ranges::count_if(kTags, &TagRow::marks);
+
+// Of a tag with a value two characters are enough: any word that holds them counts.
+constexpr auto kMarkupOpeners = [] {
+  std::array<std::u16string_view, kMarks> openers{};
+  std::size_t count = 0;
+  for (const TagRow& row : kTags)
+    if (row.marks) openers[count++] = row.takes_value ? row.opener.substr(0, 2) : row.opener;
+  return openers;
+}();
 
 // Of a token that ends in ">"; null when it is no tag of this kind.
 const FixedTag* FindFixedTag(std::u16string_view token) {
@@ -155,6 +210,17 @@ const FixedTag* FindFixedTag(std::u16string_view token) {
 }
 
 }  // namespace
+
+std::span<const TagRow> Tags() { return kTags; }
+
+bool HasMarkup(std::u16string_view text) {
+  for (std::size_t at = text.find(u'<'); at != text.npos; at = text.find(u'<', at + 1)) {
+    for (const std::u16string_view opener : kMarkupOpeners) {
+      if (text.substr(at, opener.size()) == opener) return true;
+    }
+  }
+  return false;
+}
 
 bool ObeyTag(CaptionPen& pen, std::u16string_view token) {
   if (token.back() != u'>') {  // nearly every token

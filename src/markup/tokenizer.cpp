@@ -1,6 +1,5 @@
 #include "markup/tokenizer.h"
 
-#include <array>
 #include <utility>
 
 #include "markup/break_characters.h"
@@ -96,18 +95,6 @@ class Tokenizer {
 };
 
 }  // namespace
-
-bool HasMarkup(std::u16string_view text) {
-  // "<c" and "<f" are prefixes: any word that holds them counts.
-  constexpr std::array<std::u16string_view, 9> kOpeners = {u"<b>", u"<i>", u"<u>", u"<s>", u"<c",
-                                                           u"<f",  u"<p>", u"<.>", u"<br>"};
-  for (std::size_t at = text.find(u'<'); at != text.npos; at = text.find(u'<', at + 1)) {
-    for (const std::u16string_view opener : kOpeners) {
-      if (text.substr(at, opener.size()) == opener) return true;
-    }
-  }
-  return false;
-}
 
 Tokens TokenizeMarkup(std::u16string_view text, std::pmr::memory_resource* memory) {
   if (text.empty()) return Tokens(memory);

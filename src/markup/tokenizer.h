@@ -7,7 +7,7 @@
 
 namespace marklet {
 
-// Whether a caption goes through the tokenizer and the interpreter at all.
+// Whether a caption goes through the tokenizer and the interpreter at all. Read off the table of tags.
 bool HasMarkup(std::u16string_view text);
 
 using Tokens = std::pmr::vector<std::u16string_view>;

@@ -6,6 +6,7 @@
 #include "control/library.h"
 #include "control/marklet.h"
 #include "control/properties.h"
+#include "markup/tags.h"
 #include "platform/system.h"
 #include "render/memory_host.h"
 
@@ -131,6 +132,14 @@ std::string EnumerationLine(const Enumeration& enumeration) {
   return "| " + Code(enumeration.name) + " | " + members + " |\n";
 }
 
+std::string TagLine(const TagRow& row) {
+  const std::string opener = WideCharToMultiByte(CP_UTF8, row.opener);
+  std::string forms = Code(opener);
+  if (row.close != nullptr)
+    forms += " " + Code("</" + opener.substr(1, opener.find_first_of("=>") - 1) + ">");
+  return "| " + forms + " | " + (row.marks ? "yes" : "no") + " | " + std::string(row.meaning) + " |\n";
+}
+
 }  // namespace
 
 std::string ReferenceText() {
@@ -160,6 +169,11 @@ std::string ReferenceText() {
       "back.\n\n"
       "| Enumeration | Members |\n|---|---|\n";
   for (const Enumeration* enumeration : Enumerations()) text += EnumerationLine(*enumeration);
+  text +=
+      "\n## Tags\n\nA caption that holds none of those with a yes is plain text, other tags in it "
+      "included.\n\n"
+      "| Tag | Makes markup | Meaning |\n|---|---|---|\n";
+  for (const TagRow& row : Tags()) text += TagLine(row);
   return text;
 }
 

@@ -54,5 +54,13 @@ TEST(Reference, NamesEveryEnumerationMemberAsHostsSeeIt) {
     EXPECT_NE(text.find(member), std::string::npos) << member;
 }
 
+TEST(Reference, TellsWhichTagsMakeACaptionMarkup) {
+  const std::string text = ReferenceText();
+  for (const char* start : {"| `<b>` `</b>` | yes |", "| `<a>` `</a>` | no |", "| `<sub>` `</sub>` | no |",
+                            "| `<f=NAME>` `</f>` | yes |", "| `<c=RRGGBB>` `</c>` | yes |", "| `<p>` | yes |",
+                            "| `<br>` | yes | No tag"})
+    EXPECT_NE(text.find(start), std::string::npos) << start;
+}
+
 }  // namespace
 }  // namespace marklet
