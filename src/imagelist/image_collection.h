@@ -1,7 +1,7 @@
 // The keyed list of images that a control owns.
 //
 // Items stand in insertion order and are reached by position, from 1, or by key; keys compare without regard
-// to case. Adding and finding stay fast with many items.
+// to case, in every script. Adding and finding stay fast with many items.
 #pragma once
 
 #include <map>

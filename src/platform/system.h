@@ -49,6 +49,10 @@ std::string WideCharToMultiByte(std::uint32_t code_page, std::u16string_view tex
 // Bytes to text; invalid UTF-8 becomes U+FFFD. Empty for no bytes or on failure.
 std::u16string MultiByteToWideChar(std::uint32_t code_page, std::string_view bytes);
 
+// Below, at or above 0 as `a` stands in front of `b`, equals it but for the case of letters, or stands after
+// it. Letters of every script have their case, by the platform's own table, one letter for one.
+int CompareStringOrdinal(std::u16string_view a, std::u16string_view b);
+
 // Gives a window its text through the default window procedure, past any subclass (WM_SETTEXT). The second
 // takes the text as bytes for systems without Unicode windows. False for a null window.
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text);

@@ -46,6 +46,32 @@ TEST(ImageCollection, CaseIsOnlyThatOfLetters) {
   EXPECT_EQ(images.Item(u"\u00F7"), nullptr);
 }
 
+// The last letters of ranges, and scripts of all kinds.
+TEST(ImageCollection, LettersOfEveryScriptHaveTheirCase) {
+  constexpr const char16_t* kPairs[] = {u"Zz",           u"\u00D6\u00F6", u"\u00DE\u00FE", u"\u0178\u00FF",
+                                        u"\u017D\u017E", u"\u01C4\u01C6", u"\u03A1\u03C1", u"\u03AB\u03CB",
+                                        u"\u040F\u045F", u"\u042F\u044F", u"\u04FC\u04FD", u"\u0556\u0586",
+                                        u"\u1EA0\u1EA1", u"\u1EF8\u1EF9", u"\u1F0F\u1F07", u"\u216F\u217F",
+                                        u"\u24CF\u24E9", u"\u2C2E\u2C5E", u"\u2C80\u2C81", u"\uFF3A\uFF5A"};
+  for (const char16_t* pair : kPairs) {
+    ImageCollection images;
+    const ImageRef image = NewImage();
+    images.Add(std::u16string(1, pair[0]), image);
+    EXPECT_EQ(images.Item(std::u16string(1, pair[1])), image) << std::hex << unsigned{pair[0]};
+    EXPECT_EQ(images.Item(std::u16string(1, static_cast<char16_t>(pair[0] - 1))), nullptr)
+        << std::hex << unsigned{pair[0]};
+  }
+}
+
+TEST(ImageCollection, KeysMayHoldAnyUnits) {
+  ImageCollection images;
+  const std::u16string lone = {0xD800}, other = {0xDC00};
+  EXPECT_TRUE(images.Add(lone, NewImage()));
+  EXPECT_TRUE(images.Add(other, NewImage()));
+  EXPECT_TRUE(images.Add(lone + other, NewImage()));
+  EXPECT_FALSE(images.Add(lone, NewImage()));
+}
+
 TEST(ImageCollection, ATakenKeyIsRefused) {
   ImageCollection images;
   const ImageRef first = NewImage();

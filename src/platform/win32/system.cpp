@@ -1,5 +1,6 @@
 #include "platform/system.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "platform/win32/handles.h"
@@ -82,6 +83,14 @@ int MessageBoxW(std::u16string_view text, std::u16string_view title, std::uint32
   }
   const std::u16string shown(text), caption(title);
   return ::MessageBoxW(GetActiveWindow(), Native(shown.c_str()), Native(caption.c_str()), style);
+}
+
+int CompareStringOrdinal(std::u16string_view a, std::u16string_view b) {
+  const auto units = [](std::u16string_view text) {
+    return static_cast<int>(std::min(text.size(), kMostUnits));
+  };
+  if (a.empty() || b.empty()) return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
+  return ::CompareStringOrdinal(Native(a.data()), units(a), Native(b.data()), units(b), TRUE) - CSTR_EQUAL;
 }
 
 bool DefWindowProcW_SetText(HWND window, std::u16string_view text) {
