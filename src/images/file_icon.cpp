@@ -14,6 +14,13 @@ namespace {
 constexpr std::size_t kHeaderBytes = 6, kEntryBytes = 16;
 constexpr Long kIconType = 1;  // a cursor file has 2
 
+// Of one image or more.
+bool IsIconHeader(std::span<const std::uint8_t> bytes) {
+  const PaddedBytes file(bytes);
+  return bytes.size() >= kHeaderBytes && file.U16(0) == 0 && file.U16(2) == kIconType &&
+         static_cast<std::int16_t>(file.U16(4)) >= 1;
+}
+
 // Zeroed pixels of 32 bits in a context of their own.
 class Canvas {
  public:
@@ -79,7 +86,7 @@ void Draw(const Canvas& picture, HDC dc, Long x, Long y, Long width, Long height
 bool CFileIcon::OpenIcon(std::u16string_view path) {
   file_name_ = path;
   std::vector<std::uint8_t> file;
-  ReadWholeFile(path, file);  // what can't be read is an empty file
+  ReadWholeFile(path, file, IsIconHeader);  // what can't be read is an empty file
   return OpenIconBytes(std::move(file));
 }
 
@@ -95,9 +102,8 @@ bool CFileIcon::OpenIconBytes(std::vector<std::uint8_t> file) {
 // The data stay where they are: entries may share them, so that a small file can't ask for much memory.
 bool CFileIcon::ReadEntries() {
   const PaddedBytes file(file_);
-  if (file.Size() < kHeaderBytes) return false;
+  if (!IsIconHeader(file_)) return false;
   const auto count = static_cast<std::int16_t>(file.U16(4));
-  if (file.U16(0) != 0 || file.U16(2) != kIconType || count < 1) return false;
   if (static_cast<std::size_t>(count) > (file.Size() - kHeaderBytes) / kEntryBytes) return false;
   entries_.reserve(static_cast<std::size_t>(count));
   for (std::size_t at = kHeaderBytes; std::ssize(entries_) < count; at += kEntryBytes) {

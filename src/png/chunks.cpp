@@ -15,10 +15,6 @@ using Bytes = std::span<const std::uint8_t>;
 
 constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 0x50, 0x4E, 0x47, 0x0D, 0x0A, 0x1A, 0x0A};
 
-bool CheckSignature(Bytes file) {
-  return file.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), file.begin());
-}
-
 std::string_view AsText(Bytes bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
 
 // ---- what each chunk does ----
@@ -217,8 +213,12 @@ class Walker {
 
 }  // namespace
 
+bool HasSignature(Bytes file) {
+  return file.size() >= kSignature.size() && std::equal(kSignature.begin(), kSignature.end(), file.begin());
+}
+
 bool WalkChunks(std::span<std::uint8_t> file, Inflater& inflater, ChunkFields& fields) {
-  return CheckSignature(file) && Walker(file, {fields, inflater}).Walk();
+  return HasSignature(file) && Walker(file, {fields, inflater}).Walk();
 }
 
 }  // namespace marklet::png

@@ -27,6 +27,9 @@ struct ChunkFields {
   std::string TextBlock, CompressedTextBlock;
 };
 
+// Whether a file begins as every PNG file does.
+bool HasSignature(std::span<const std::uint8_t> file);
+
 // Walks a whole file. True if the walk came to "IEND" and there is a picture to decode; otherwise `fields` is
 // left as far as it got.
 //

@@ -61,7 +61,7 @@ class RowMemory {
 
 void CPngDecoder::LoadFromFile(std::u16string_view path) {
   std::vector<std::uint8_t> file;
-  if (ReadOrCreateFile(path, file)) LoadFromMemory(file);
+  if (ReadOrCreateFile(path, file, png::HasSignature)) LoadFromMemory(file);
 }
 
 // What can't be had memory for is no picture.
@@ -122,6 +122,7 @@ void CPngDecoder::DecodeTrueColour(Bytes stream, const png::PixelFormat& format)
                                  kOrders[std::min<Long>(fields_.InterlaceMethod, 2)]);
   // A size that the data can't reach costs nothing.
   if (picture.total_bytes() > png::MostInflated(stream.size())) return;
+  if (!DataReach(stream, picture.total_bytes())) return;
   const bool inflated = fields_.CompressionMethod == 0 && InflateRows(stream, picture);
   // A stream without usable codes goes on as it is, like one of an unknown method.
   if (!inflated && picture.total_bytes() <= stream.size() && StartPicture(picture)) picture.Take(stream);
@@ -134,6 +135,18 @@ void CPngDecoder::DecodeTrueColour(Bytes stream, const png::PixelFormat& format)
     bits_[4 * pixels - 1] = 0;
   else if (fields_.Width % 4 == 0)
     bits_[4 * static_cast<std::size_t>(fields_.Width) - 2] = 0;
+}
+
+// Whether a stream of far fewer bytes than rows holds them all. Memory is taken for the whole picture, so
+// that it is counted first: twice the time is cheaper here than memory for what never comes.
+bool CPngDecoder::DataReach(Bytes stream, std::size_t rows) const {
+  constexpr std::uint64_t kFree = std::uint64_t{16} << 20, kUsualRatio = 16;
+  if (rows <= std::max(kFree, kUsualRatio * stream.size())) return true;
+  if (fields_.CompressionMethod != 0) return false;
+  png::Inflater counting;
+  counting.TakeTraces(inflater_);
+  const auto measured = png::Measure(counting, stream, static_cast<std::size_t>(InflatedSize()));
+  return measured && *measured >= rows;
 }
 
 // False if the stream counts as not inflated at all.

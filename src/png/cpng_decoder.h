@@ -49,6 +49,7 @@ class CPngDecoder {
   void Decode(Bytes file);
   void DecodeImage();
   void DecodeTrueColour(Bytes stream, const png::PixelFormat& format);
+  bool DataReach(Bytes stream, std::size_t rows) const;
   bool InflateRows(Bytes stream, png::TrueColourPicture& picture);
   bool StartPicture(png::TrueColourPicture& picture);
   void DecodeOther(Bytes stream);

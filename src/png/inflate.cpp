@@ -312,10 +312,6 @@ bool Inflater::CopyMatch(std::uint32_t length, std::uint32_t distance, InflateWi
   return false;
 }
 
-namespace {
-
-// How many bytes a stream gives, found without keeping them, and `inflater` as it leaves it; none if it
-// counts as not decoded.
 std::optional<std::size_t> Measure(Inflater& inflater, std::span<const std::uint8_t> stream,
                                    std::size_t size) {
   constexpr std::size_t kPiece = InflateWindow::kHistory / 2, kFull = InflateWindow::kHistory + kPiece;
@@ -333,8 +329,6 @@ std::optional<std::size_t> Measure(Inflater& inflater, std::span<const std::uint
     window.dropped += drop;
   }
 }
-
-}  // namespace
 
 // What a stream claims to hold may never come, so memory for much of it is taken once it is known how much
 // there is: twice the time is cheaper here than twice the memory.

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -110,6 +111,11 @@ class Inflater {
   const CodeTable* distances_ = nullptr;
   CodeTable own_literals_, own_distances_;
 };
+
+// How many bytes a stream gives, found without keeping them, and `inflater` as it leaves it; none if it
+// counts as not decoded. `size` is what the caller expects.
+std::optional<std::size_t> Measure(Inflater& inflater, std::span<const std::uint8_t> stream,
+                                   std::size_t size);
 
 // The whole of a short stream at once. False when a block described no usable code.
 bool InflateAll(Inflater& inflater, std::span<const std::uint8_t> stream, std::size_t size,

@@ -42,6 +42,33 @@ TEST_F(File, IsReadWhole) {
   EXPECT_EQ(bytes_, content);
 }
 
+// The start is all that is looked at for the question.
+TEST_F(File, IsReadOnWhenItsStartIsWanted) {
+  Bytes content(1000, 7);
+  content[0] = 'M';
+  const std::u16string path = Make("long.bin", content).u16string();
+  const auto begins_so = [](std::span<const std::uint8_t> start) {
+    return start.size() == kFileStart && start[0] == 'M' && start.back() == 7;
+  };
+  EXPECT_TRUE(ReadWholeFile(path, bytes_, begins_so));
+  EXPECT_EQ(bytes_, content);
+  EXPECT_TRUE(ReadOrCreateFile(path, bytes_, begins_so));
+  EXPECT_EQ(bytes_, content);
+  const auto begins_otherwise = [](std::span<const std::uint8_t> start) { return start[0] == 'X'; };
+  EXPECT_FALSE(ReadWholeFile(path, bytes_, begins_otherwise));
+  EXPECT_TRUE(bytes_.empty());
+  EXPECT_FALSE(ReadOrCreateFile(path, bytes_, begins_otherwise));
+}
+
+TEST_F(File, OfFewBytesIsItsOwnStart) {
+  const std::u16string path = Make("short.bin", {5, 6}).u16string();
+  EXPECT_TRUE(
+      ReadWholeFile(path, bytes_, [](std::span<const std::uint8_t> start) { return start.size() == 2; }));
+  EXPECT_EQ(bytes_, (Bytes{5, 6}));
+  EXPECT_TRUE(ReadWholeFile(Make("empty", {}).u16string(), bytes_,
+                            [](std::span<const std::uint8_t> start) { return start.empty(); }));
+}
+
 TEST_F(File, OfNoBytesIsRead) {
   EXPECT_TRUE(ReadWholeFile(Make("empty", {}).u16string(), bytes_));
   EXPECT_TRUE(bytes_.empty());

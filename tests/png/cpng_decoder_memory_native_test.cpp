@@ -181,14 +181,46 @@ TEST_F(CPngDecoderMemory, TwoBillionPixelsInASmallFileCostNothing) {
 }
 
 // The stream is long enough for the claim, if only it were made of the longest matches.
-TEST_F(SlowCPngDecoderMemory, TwoBillionPixelsCostNoMoreThanTheDataThatAreThere) {
+TEST_F(SlowCPngDecoderMemory, TwoBillionBytesCostNoMoreThanTheDataThatAreThere) {
+  constexpr std::uint32_t kRowBytes = 107'000, kRows = 20'000;  // as much as numbers hold
   Random random(42);
   const Bytes zlib = StoredZlib(random.Some(2100000));
   for (const std::uint8_t type : Numbers{0, 2, 3, 4, 6})
     for (const std::uint8_t depth : Numbers{1, 2, 8, 16}) {
       SCOPED_TRACE(::testing::Message() << "type " << int{type} << " depth " << int{depth});
-      ExpectCheap(File({40000, 20000, depth, type}, zlib), 8u << 20);
+      Header header{8, kRows, depth, type};
+      header.width = kRowBytes / static_cast<std::uint32_t>(header.RowBytes()) * 8;
+      ASSERT_LE(header.RowBytes(), kRowBytes);
+      ASSERT_GT(header.RowBytes(), kRowBytes * 9 / 10);
+      ExpectCheap(File(header, zlib), 8u << 20);
     }
+}
+
+TEST_F(SlowCPngDecoderMemory, AClaimOfOneRowCostsNoMoreThanTheDataThatAreThere) {
+  Random random(43);
+  const Bytes zlib = StoredZlib(random.Some(1100000));
+  ExpectCheap(File({260'000'000, 1, 8, 6}, zlib), 1u << 20);
+  ExpectCheap(File({1, 200'000'000, 8, 6}, zlib), 1u << 20);
+}
+
+// Far more rows than bytes may be honest.
+TEST_F(SlowCPngDecoderMemory, AFlatPictureIsDecodedHoweverSmallItsFile) {
+  const Header header{3000, 3000, 8, 6};
+  Bytes file = File(header, Deflated(Rows(header, false), 9));
+  ASSERT_LT(file.size() * 500, PixelBytes(header));
+  CPngDecoder decoder;
+  decoder.LoadFromMemory(file);
+  EXPECT_NE(decoder.BitmapHandle(), nullptr);
+}
+
+// A file of two billion bytes that aren't there: reading it would take as many of memory.
+TEST_F(CPngDecoderMemory, AFileOfAnotherFormatIsNotRead) {
+  const ::marklet::testing::TemporaryFolder folder;
+  const std::filesystem::path path = folder.Path("giant.png");
+  std::ofstream(path) << "no PNG";
+  std::filesystem::resize_file(path, 2'000'000'000);
+  CPngDecoder decoder;
+  EXPECT_LT(PeakOfHeap([&] { decoder.LoadFromFile(path.u16string()); }), 8192u);
 }
 
 }  // namespace

@@ -172,6 +172,11 @@ constexpr Format kFormats[] = {
 
 }  // namespace
 
+bool HasPictureSignature(std::span<const std::uint8_t> file) {
+  return std::any_of(std::begin(kFormats), std::end(kFormats),
+                     [&](const Format& format) { return StartsWith(file, format.signature); });
+}
+
 std::optional<PictureKind> CheckPictureFile(std::span<const std::uint8_t> file) {
   const PaddedBytes bytes(file);
   for (const Format& format : kFormats)

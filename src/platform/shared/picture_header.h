@@ -21,6 +21,9 @@ constexpr std::int64_t kHuffmanPixelsPerByte = 512;
 // same bounds as pixels, but for the last. That is twelve scans of the largest picture; encoders make ten.
 constexpr std::int64_t kMostScannedPixels = 12 * kMostPixels, kMostScans = 256;
 
+// Whether a file begins like one of the formats.
+bool HasPictureSignature(std::span<const std::uint8_t> file);
+
 // The kind of a file whose claims hold against its size. None for any other, and for formats that aren't
 // read.
 std::optional<PictureKind> CheckPictureFile(std::span<const std::uint8_t> file);

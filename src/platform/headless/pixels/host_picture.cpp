@@ -88,7 +88,7 @@ PictureRef Wrap(PixelsRef pixels, bool is_icon) {
 
 PictureRef Load(std::u16string_view path) {
   std::vector<std::uint8_t> file;
-  if (!ReadWholeFile(path, file)) return nullptr;
+  if (!ReadWholeFile(path, file, HasPictureSignature)) return nullptr;
   const auto kind = CheckPictureFile(file);
   if (!kind) return nullptr;
   if (*kind == PictureKind::kGif) KeepFirstFrame(file);

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <new>
 #include <optional>
 #include <string>
@@ -36,14 +37,12 @@ std::optional<std::string> NativePath(std::u16string_view path) {
   return WideCharToMultiByte(CP_UTF8, path);
 }
 
-bool ReadPlainFile(int file, std::vector<std::uint8_t>& bytes) {
-  struct stat status {};
-  if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return false;
-  if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > kMaxFileBytes) return false;
-  bytes.resize(static_cast<std::size_t>(status.st_size));
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    const ssize_t count = read(file, bytes.data() + done, bytes.size() - done);
+// Reads on until `bytes` has that many, or as many as there are.
+bool Extend(int file, std::vector<std::uint8_t>& bytes, std::size_t size) {
+  std::size_t done = bytes.size();
+  bytes.resize(size);
+  while (done < size) {
+    const ssize_t count = read(file, bytes.data() + done, size - done);
     if (count < 0) return false;
     if (count == 0) break;  // it was cut short meanwhile
     done += static_cast<std::size_t>(count);
@@ -52,13 +51,22 @@ bool ReadPlainFile(int file, std::vector<std::uint8_t>& bytes) {
   return true;
 }
 
-bool ReadThrough(int flags, std::u16string_view path, std::vector<std::uint8_t>& bytes) {
+bool ReadPlainFile(int file, std::vector<std::uint8_t>& bytes, FileTest wanted) {
+  struct stat status {};
+  if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  if (status.st_size < 0 || static_cast<std::uint64_t>(status.st_size) > kMaxFileBytes) return false;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (wanted != nullptr && !(Extend(file, bytes, std::min(size, kFileStart)) && wanted(bytes))) return false;
+  return Extend(file, bytes, size);
+}
+
+bool ReadThrough(int flags, std::u16string_view path, std::vector<std::uint8_t>& bytes, FileTest wanted) {
   bytes.clear();
   try {
     const std::optional<std::string> native = NativePath(path);
     if (!native) return false;
     const Descriptor file(open(native->c_str(), flags | kAlways, kNewFileMode));
-    if (ReadPlainFile(file.number(), bytes)) return true;
+    if (ReadPlainFile(file.number(), bytes, wanted)) return true;
   } catch (const std::bad_alloc&) {
   }
   bytes = {};
@@ -67,12 +75,12 @@ bool ReadThrough(int flags, std::u16string_view path, std::vector<std::uint8_t>&
 
 }  // namespace
 
-bool ReadWholeFile(std::u16string_view path, std::vector<std::uint8_t>& bytes) {
-  return ReadThrough(O_RDONLY, path, bytes);
+bool ReadWholeFile(std::u16string_view path, std::vector<std::uint8_t>& bytes, FileTest wanted) {
+  return ReadThrough(O_RDONLY, path, bytes, wanted);
 }
 
-bool ReadOrCreateFile(std::u16string_view path, std::vector<std::uint8_t>& bytes) {
-  return ReadThrough(O_RDWR | O_CREAT, path, bytes) || ReadThrough(O_RDONLY, path, bytes);
+bool ReadOrCreateFile(std::u16string_view path, std::vector<std::uint8_t>& bytes, FileTest wanted) {
+  return ReadThrough(O_RDWR | O_CREAT, path, bytes, wanted) || ReadThrough(O_RDONLY, path, bytes, wanted);
 }
 
 }  // namespace marklet
