@@ -71,11 +71,6 @@ void RenderedControl::LoadImage(const std::string& key, const std::string& file)
     throw RenderError("there is no picture in " + Quoted(file) + " that can be used");
 }
 
-void RenderedControl::PaintTo(HDC dc, Long x, Long y) const {
-  // A control paints at the origin of a context: its own surface is copied to where it belongs.
-  BitBlt(dc, x, y, Width(), Height(), Surface().hDC(), 0, 0, SRCCOPY);
-}
-
 ScaledScreen::ScaledScreen(double scale) : former_(Configuration().pixels_per_inch) {
   Configuration().pixels_per_inch = ScaledPixels(96, scale);
 }

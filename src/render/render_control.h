@@ -26,7 +26,6 @@ class RenderedControl {
   Long Width() const { return host_.Surface().Width(); }  // pixels
   Long Height() const { return host_.Surface().Height(); }
   const CDib24& Surface() const { return host_.Surface(); }
-  void PaintTo(HDC dc, Long x, Long y) const;
   void Redraw() { control_.RedrawNow(); }
 
  private:

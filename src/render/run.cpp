@@ -50,15 +50,16 @@ Picture RenderOne(const Options& options, std::ostream& out) {
   return PictureOf(control.Surface());
 }
 
-Picture RenderSheet(const Options& options, std::ostream& out) {
-  Sheet sheet(ReadTextFile(options.sheet), options.scale, options.sheet);
-  if (options.log) PrintLog(out, [&] { sheet.Redraw(); });
-  return sheet.Compose();
+Picture RenderAll(const Options& options, std::ostream& out) {
+  return RenderSheet(ReadTextFile(options.sheet), options.scale, options.sheet,
+                     [&](RenderedControl& control) {
+                       if (options.log) PrintLog(out, [&] { control.Redraw(); });
+                     });
 }
 
 void Render(const Options& options, std::ostream& out) {
   const ScaledScreen screen(options.scale);
-  const Picture picture = options.sheet.empty() ? RenderOne(options, out) : RenderSheet(options, out);
+  const Picture picture = options.sheet.empty() ? RenderOne(options, out) : RenderAll(options, out);
   constexpr double kInchesPerMetre = 1 / 0.0254;
   const Long per_metre = RoundHalfEven(96 * options.scale * kInchesPerMetre);
   WriteFileWhole(options.output, EncodePng(picture, static_cast<std::uint32_t>(per_metre)));

@@ -1,6 +1,7 @@
 #include "render/sheet.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "control/properties.h"
 #include "render/files.h"
@@ -28,15 +29,56 @@ COLORREF ParseBackground(const std::string& text) {
   return static_cast<COLORREF>(std::get<Long>(colour)) & 0xFFFFFF;
 }
 
-}  // namespace
+// The sheet's pixels, as far down as its controls reach yet.
+class Canvas {
+ public:
+  Canvas(Long width, COLORREF background) : background_(background) {
+    if (width < 1) throw RenderError("the sheet has no width");
+    picture_.width = width;
+    Resize(1);
+  }
+
+  // The upper left corner lies on the canvas; what is wider than that is cut off.
+  void Draw(const CDib24& surface, Long x, Long y) {
+    const Picture drawn = PictureOf(surface);
+    if (std::int64_t{y} + drawn.height > picture_.height) Resize(std::int64_t{y} + drawn.height);
+    const auto bytes = static_cast<std::ptrdiff_t>(std::min(drawn.width, picture_.width - x)) * 3;
+    for (Long row = 0; row < drawn.height; ++row)
+      std::copy_n(
+          drawn.Row(row).begin(), bytes,
+          picture_.rgb.begin() + std::ptrdiff_t{y + row} * picture_.width * 3 + std::ptrdiff_t{x} * 3);
+  }
+  // New rows show the background.
+  void Resize(std::int64_t height) {
+    if (height > kMostSheetPixels / picture_.width)
+      throw RenderError("the sheet is too large to draw: it has more than " +
+                        std::to_string(kMostSheetPixels) + " pixels");
+    const auto row = static_cast<std::size_t>(picture_.width) * 3;
+    std::size_t at = picture_.rgb.size();
+    picture_.rgb.resize(static_cast<std::size_t>(height) * row);
+    for (; at < picture_.rgb.size(); at += 3)
+      for (unsigned channel = 0; channel < 3; ++channel)
+        picture_.rgb[at + channel] = static_cast<std::uint8_t>(background_ >> 8 * channel);
+    picture_.height = static_cast<Long>(height);
+  }
+  Picture& Get() { return picture_; }
+
+ private:
+  COLORREF background_;
+  Picture picture_;
+};
 
 // Puts items one after the other into rows, in pixels.
-class Sheet::Layout {
+class Layout {
  public:
-  Layout(Sheet& sheet, const SheetDescription& description, double scale)
-      : sheet_(sheet), description_(description), scale_(scale), y_(Pixels(description.margin)) {
-    for (const SheetItem& item : description.items) column_width_ = std::max(column_width_, Share(item));
-  }
+  Layout(const SheetDescription& description, double scale, const ControlSeen& seen)
+      : description_(description),
+        scale_(scale),
+        seen_(seen),
+        y_(Pixels(description.margin)),
+        column_width_(WidestShare()),
+        canvas_(2 * Pixels(description.margin) + Width(description.columns),
+                ParseBackground(description.background)) {}
 
   void Add(const SheetItem& item) {
     if (!item.heading.empty()) {
@@ -48,10 +90,10 @@ class Sheet::Layout {
     AddToRow(item);
     column_ += item.span;
   }
-  void Finish() {
+  Picture Finish() {
     EndRow();
-    sheet_.width_ = 2 * Pixels(description_.margin) + Width(description_.columns);
-    sheet_.height_ = y_ - Pixels(description_.gap) + Pixels(description_.margin);
+    canvas_.Resize(std::max(1, y_ - Pixels(description_.gap) + Pixels(description_.margin)));
+    return std::move(canvas_.Get());
   }
 
  private:
@@ -68,22 +110,29 @@ class Sheet::Layout {
     const Long room = Pixels(item.size.cx) - (item.span - 1) * Pixels(description_.gap);
     return (room + item.span - 1) / item.span;
   }
+  Long WidestShare() const {
+    Long widest = 0;
+    for (const SheetItem& item : description_.items) widest = std::max(widest, Share(item));
+    return widest;
+  }
   // A control's size is told in units; the last one may be cut off.
   SIZE Units(Long width, Long height) const {
     const auto units = [this](Long pixels) { return std::max(1, static_cast<Long>(pixels / scale_)); };
     return {units(width), units(height)};
   }
 
+  // A control lives no longer than it takes to draw it.
   Long Place(SIZE size, const PropertyTexts& properties, Long x, Long y,
              const Surroundings& surroundings = {}) {
-    auto control = std::make_unique<RenderedControl>(size, properties, scale_, surroundings);
-    const Long height = control->Height();
-    sheet_.placed_.push_back({std::move(control), x, y});
-    return height;
+    RenderedControl control(size, properties, scale_, surroundings);
+    canvas_.Draw(control.Surface(), x, y);
+    if (seen_) seen_(control);
+    has_controls_ = true;
+    return control.Height();
   }
   void AddHeading(const std::string& words) {
     const Long width = Width(description_.columns), left = Left(0);
-    if (!sheet_.placed_.empty()) y_ += Pixels(kHeadingSpace);
+    if (has_controls_) y_ += Pixels(kHeadingSpace);
     y_ += Place(Units(width, 1), WordsOn(description_.background, words, kHeadingColour, "12", "true"), left,
                 y_);
     y_ += Pixels(kHeadingGap) / 2;
@@ -116,35 +165,26 @@ class Sheet::Layout {
     Long left;
   };
 
-  Sheet& sheet_;
   const SheetDescription& description_;
   double scale_;
+  const ControlSeen& seen_;
   Long y_;
-  Long column_ = 0, column_width_ = 0;
+  Long column_ = 0, column_width_;
   Long titles_ = 0;
+  bool has_controls_ = false;
+  Canvas canvas_;
   std::vector<Waiting> waiting_;
 };
 
-Sheet::Sheet(std::string_view json, double scale, const std::string& file) {
+}  // namespace
+
+Picture RenderSheet(std::string_view json, double scale, const std::string& file, const ControlSeen& seen) {
   SheetDescription description = ReadSheet(json);
   for (SheetItem& item : description.items)
     for (auto& [key, image] : item.surroundings.images) image = NameBeside(file, image);
-  background_ = ParseBackground(description.background);
-  Layout layout(*this, description, scale);
+  Layout layout(description, scale, seen);
   for (const SheetItem& item : description.items) layout.Add(item);
-  layout.Finish();
-}
-
-void Sheet::Redraw() {
-  for (Placed& placed : placed_) placed.control->Redraw();
-}
-
-Picture Sheet::Compose() const {
-  CDib24 canvas;
-  if (!canvas.Create(width_, height_)) throw RenderError("the sheet is too large to draw");
-  canvas.Clear(background_);
-  for (const Placed& placed : placed_) placed.control->PaintTo(canvas.hDC(), placed.x, placed.y);
-  return PictureOf(canvas);
+  return layout.Finish();
 }
 
 }  // namespace marklet

@@ -11,35 +11,25 @@
 // themselves and may hold markup. Values are texts, whole numbers or Booleans. Rows are filled from the left.
 #pragma once
 
-#include <memory>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "render/picture.h"
 #include "render/render_control.h"
 
 namespace marklet {
 
-class Sheet {
- public:
-  // Reads a description in JSON, from the file of that name, and paints every control. Throws RenderError.
-  Sheet(std::string_view json, double scale, const std::string& file = {});
+// What one control may have at most, so that a sheet takes memory and time for no more.
+constexpr std::int64_t kMostSheetPixels = std::int64_t{8192} * 8192;
 
-  // Paints every control again.
-  void Redraw();
-  Picture Compose() const;
+// Called with each control after it is painted and before it goes.
+using ControlSeen = std::function<void(RenderedControl&)>;
 
- private:
-  struct Placed {
-    std::unique_ptr<RenderedControl> control;
-    Long x, y;
-  };
-  class Layout;
-
-  std::vector<Placed> placed_;
-  Long width_ = 0, height_ = 0;  // pixels
-  COLORREF background_ = 0;
-};
+// Paints the controls of a description in JSON, from the file of that name, one after the other. Throws
+// RenderError, for a sheet of more than kMostSheetPixels too.
+Picture RenderSheet(std::string_view json, double scale, const std::string& file = {},
+                    const ControlSeen& seen = {});
 
 }  // namespace marklet

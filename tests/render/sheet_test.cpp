@@ -9,7 +9,7 @@ namespace marklet {
 namespace {
 
 struct Shown {
-  explicit Shown(std::string_view json, double scale = 1) : picture(Sheet(json, scale).Compose()) {}
+  explicit Shown(std::string_view json, double scale = 1) : picture(RenderSheet(json, scale)) {}
   unsigned At(Long x, Long y) const {
     const auto row = picture.Row(y);
     const std::size_t i = static_cast<std::size_t>(x) * 3;
@@ -107,8 +107,40 @@ TEST(Sheet, TooLargeASheetIsRefused) {
   std::string json = R"({ "columns": 20, "items": [ { "size": "4096x1" })";
   for (int i = 0; i < 30; ++i) json += R"(, { "size": "1x4096", "span": 20 })";
   json += "] }";
-  const Sheet sheet(json, 1);
-  EXPECT_THROW(sheet.Compose(), RenderError);
+  EXPECT_THROW(RenderSheet(json, 1), RenderError);
+}
+
+TEST(Sheet, OfTheMostPixelsIsDrawnAndOfARowMoreIsRefusedInOneLine) {
+  const auto sheet = [](int height) {
+    return R"({ "columns": 16, "margin": 0, "gap": 0, "items": [ { "size": "4096x1024" }, { "size": "1x)" +
+           std::to_string(height) + R"(" } ] })";
+  };
+  EXPECT_EQ(RenderSheet(sheet(1024), 1).height, 1024);
+  try {
+    RenderSheet(sheet(1025), 1);
+    FAIL();
+  } catch (const RenderError& error) {
+    EXPECT_STREQ(error.what(), "the sheet is too large to draw: it has more than 67108864 pixels");
+  }
+}
+
+TEST(Sheet, AControlThatIsWiderThanTheSheetIsCutOff) {
+  const Shown shown(R"({ "columns": 1, "margin": 0, "gap": 0, "background": "#FFFFFF",
+    "items": [ { "size": "10x10", "properties": { "BackColor": 255, "Caption": "A long caption", "AutoSize": true } },
+               { "size": "10x10", "properties": { "BackColor": 0 } } ] })");
+  EXPECT_EQ(shown.picture.width, 10);
+  EXPECT_EQ(shown.At(0, shown.picture.height - 1), 0u);
+  EXPECT_EQ(shown.At(9, shown.picture.height - 10), 0u);
+  EXPECT_EQ(shown.At(0, 0), 0xFF0000u);
+}
+
+TEST(Sheet, ShowsEachControlOnce) {
+  int seen = 0;
+  RenderSheet(kFour, 1, {}, [&seen](RenderedControl& control) {
+    ++seen;
+    EXPECT_GT(control.Height(), 0);
+  });
+  EXPECT_EQ(seen, 4);
 }
 
 }  // namespace
