@@ -21,7 +21,8 @@ struct LOGFONTW {
   bool lfUnderline = false;
   bool lfStrikeOut = false;
   std::uint8_t lfCharSet = 1;
-  std::u16string lfFaceName;  // the first 31 units count; an unknown or empty name is mapped to a near font
+  std::u16string
+      lfFaceName;  // the first 31 units up to a NUL count; an unknown or empty name is mapped to a near font
 };
 
 // A font handle for the record; the nearest match, so that it fails (null) only without memory.

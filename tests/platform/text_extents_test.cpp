@@ -39,6 +39,15 @@ TEST_F(TextExtents, HaveOneHeightWhateverTheText) {
 
 TEST_F(TextExtents, OfNothingAreNotWide) { EXPECT_EQ(WidthOf(u""), 0); }
 
+TEST_F(TextExtents, OfAFaceNameEndAtItsNul) {
+  const SIZE tahoma = picture_.Extent(u"Total");
+  LOGFONTW record;
+  record.lfHeight = -13;
+  record.lfFaceName = std::u16string(u"Tahoma\0 Bold", 12);
+  picture_.UseFont(record);
+  EXPECT_EQ(picture_.Extent(u"Total"), tahoma);
+}
+
 TEST_F(TextExtents, TakeAmpersandsAndLineEndsForCharacters) {
   EXPECT_GT(WidthOf(u"a&b"), WidthOf(u"ab"));
   EXPECT_EQ(WidthOf(u"a&&b"), WidthOf(u"a&b") + WidthOf(u"&"));

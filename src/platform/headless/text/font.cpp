@@ -1,5 +1,6 @@
 #include "platform/headless/text/font.h"
 
+#include <algorithm>
 #include <map>
 #include <new>
 #include <tuple>
@@ -46,7 +47,8 @@ std::shared_ptr<Face> FaceFor(LOGFONTW record) {
 }
 
 LOGFONTW WithCutName(LOGFONTW record) {
-  record.lfFaceName = record.lfFaceName.substr(0, kLongestFaceName);
+  record.lfFaceName.resize(
+      std::min({kLongestFaceName, record.lfFaceName.size(), record.lfFaceName.find(u'\0')}));
   return record;
 }
 
