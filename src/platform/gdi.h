@@ -65,9 +65,10 @@ bool StretchBlt(HDC destination, Long x, Long y, Long width, Long height, HDC so
 
 // Blends a rectangle, sampled at the nearest pixel where the sizes differ. With `use_source_alpha` the source
 // is 32-bit with premultiplied alpha: d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255;
-// otherwise every source pixel counts as opaque. Each product may be rounded on its own. Parts outside the
-// destination are left out; a rectangle that reaches out of the source, a negative size, or with alpha a
-// source that has none, draws nothing and returns false.
+// otherwise every source pixel counts as opaque. The result is rounded to nearest, and 255 at most; where
+// both the constant and the source's alpha are below whole, a platform may round each product on its own.
+// Parts outside the destination are left out; a rectangle that reaches out of the source, a negative size, or
+// with alpha a source that has none, draws nothing and returns false.
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
                 Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
                 bool use_source_alpha);

@@ -116,22 +116,23 @@ void CombineArea(const Surface& to, const Surface& from, const Clipped& area, Ro
   }
 }
 
-// The blend in whole numbers: each product divided by 255 and rounded to nearest on its own, as GDI does it.
-unsigned Share(unsigned value, unsigned weight) { return (value * weight + 127) / 255; }
-
-std::uint8_t Blend(std::uint8_t d, unsigned s, unsigned rest) {
-  return static_cast<std::uint8_t>(std::min(255u, s + Share(d, rest)));
+// A quotient of a pixel's products, rounded to nearest.
+std::uint8_t Rounded(unsigned products, unsigned divisor) {
+  return static_cast<std::uint8_t>(std::min(255u, (products + divisor / 2) / divisor));
 }
 
+// The source's colours hold its alpha already, so that they and the rest of the destination share one
+// rounding, in 255ths of 255ths.
 void BlendPixel(std::uint8_t* to, int to_bytes, const std::uint8_t* from, unsigned constant) {
-  const unsigned rest = 255 - Share(from[3], constant);
+  constexpr unsigned kWhole = 255 * 255;
+  const unsigned rest = kWhole - from[3] * constant;
   for (int channel = 0; channel < to_bytes; ++channel)
-    to[channel] = Blend(to[channel], Share(from[channel], constant), rest);
+    to[channel] = Rounded(from[channel] * constant * 255 + to[channel] * rest, kWhole);
 }
 
 void MixPixel(std::uint8_t* to, int to_bytes, const std::uint8_t* from, unsigned constant) {
   const auto mix = [constant](unsigned d, unsigned s) {
-    return static_cast<std::uint8_t>((s * constant + d * (255 - constant) + 127) / 255);
+    return Rounded(s * constant + d * (255 - constant), 255);
   };
   for (int channel = 0; channel < 3; ++channel) to[channel] = mix(to[channel], from[channel]);
   if (to_bytes == 4) to[3] = mix(to[3], 255);
