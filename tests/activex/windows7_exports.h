@@ -20,11 +20,14 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " CreateEnhMetaFileW CreateFontIndirectW CreateMetaFileW CreatePatternBrush CreatePen"
      " CreateRectRgnIndirect CreateSolidBrush DeleteDC DeleteEnhMetaFile DeleteMetaFile DeleteObject"
      " EndPath ExtTextOutW FlattenPath GdiFlush GetBitmapDimensionEx GetBkMode GetCharABCWidthsA GetClipBox"
-     " GetCurrentObject GetDeviceCaps GetObjectType GetObjectW GetPath GetStockObject GetTextAlign"
-     " GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW IntersectClipRect LineTo"
-     " MoveToEx PatBlt PolyPolygon RestoreDC SaveDC SelectObject SetBitmapDimensionEx SetBkColor SetBkMode"
+     " GetCurrentObject GetDeviceCaps GetGraphicsMode GetLayout GetObjectType GetObjectW GetPath "
+     "GetStockObject GetTextAlign"
+     " GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW GetWorldTransform "
+     "IntersectClipRect LPtoDP LineTo"
+     " ModifyWorldTransform MoveToEx PatBlt PolyPolygon RestoreDC SaveDC SelectObject SetBitmapDimensionEx "
+     "SetBkColor SetBkMode"
      " SetBrushOrgEx SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
-     " SetViewportExtEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
+     " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
     {"kernel32.dll", 0,
      " AcquireSRWLockExclusive AddVectoredExceptionHandler CloseHandle CompareStringOrdinal CreateEventA"
      " CreateFileW CreateSemaphoreA DeleteCriticalSection DuplicateHandle EnterCriticalSection"

@@ -63,7 +63,7 @@ class GlobalMemory {
 
 HRESULT DataFace::Find(const FORMATETC& format, const Format*& found) {
   if (format.lindex != -1) return DV_E_LINDEX;
-  if (format.dwAspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  if (format.dwAspect != DVASPECT_CONTENT && format.dwAspect != DVASPECT_DOCPRINT) return DV_E_DVASPECT;
   for (const Format& own : kFormats) {
     if (own.format != format.cfFormat) continue;
     found = &own;
@@ -117,7 +117,7 @@ HRESULT DataFace::DrawOn(::HDC dc) {
   ::SetWindowOrgEx(dc, 0, 0, nullptr);
   ::SetWindowExtEx(dc, size.cx, size.cy, nullptr);
   return Guarded([&] {
-    picture_.Draw(dc, bounds);
+    picture_.Record(dc, bounds);
     return S_OK;
   });
 }

@@ -13,11 +13,16 @@ Long ToHimetric(Long pixels) { return ::MulDiv(pixels, kHimetricPerInch, PixelsP
 
 }  // namespace
 
+bool IsShown(DWORD aspect) {
+  return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE ||
+         aspect == DVASPECT_TRANSPARENT;
+}
+
 ::SIZE Extent::Pixels() const { return {ToPixels(himetric_.cx), ToPixels(himetric_.cy)}; }
 
 HRESULT Extent::Get(DWORD aspect, SIZEL* size) const {
   if (!size) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  if (!IsShown(aspect)) return DV_E_DVASPECT;
   *size = himetric_;
   return S_OK;
 }

@@ -15,6 +15,10 @@ class PlaceListener {
   ~PlaceListener() = default;
 };
 
+// Whether the control shows itself in an aspect: its content, on the screen and printed, and the two passes
+// of those who draw what is opaque first.
+bool IsShown(DWORD aspect);
+
 // The size in the units of its callers: 0.01 mm for containers, pixels for the control, twips for forms.
 class Extent {
  public:

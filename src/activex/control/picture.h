@@ -2,6 +2,7 @@
 #pragma once
 
 #include "activex/com/com.h"
+#include "activex/control/picture_target.h"
 #include "bitmaps/cdib24.h"
 #include "control/marklet.h"
 
@@ -18,15 +19,15 @@ class ControlPicture {
 
   // The picture at the control's own size on a new surface. False, and empty, when there can't be one.
   bool PaintOn(CDib24& surface);
-  // The same, brought to the bounds, in the units of the context. Nothing when there can't be one.
-  void Draw(::HDC dc, const RECTL& bounds);
+  // The same, brought to the bounds, in the units of the context. Nothing when there can't be one. E_ABORT
+  // when `go_on` stopped it.
+  HRESULT Draw(::HDC dc, const RECTL& bounds, const GoOn& go_on);
+  // The same in its own pixels, for a record that is played at sizes that nobody knows yet.
+  void Record(::HDC dc, const RECTL& bounds);
 
  private:
   const OleUserControl& host_;
   Marklet& marklet_;
 };
-
-// The surface's rows are bottom up, each on four bytes.
-BITMAPINFOHEADER Describe(const CDib24& surface);
 
 }  // namespace marklet::activex

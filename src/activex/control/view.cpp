@@ -4,22 +4,21 @@
 #include "activex/control/picture.h"
 
 namespace marklet::activex {
-namespace {
-
-// A printed document and the opaque part of a view are drawn as the content is.
-bool IsDrawable(DWORD aspect) {
-  return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE;
+// Those who draw in two passes see the control in one of them.
+bool ViewFace::IsEmpty(DWORD aspect) const {
+  return aspect == (picture_.IsOpaque() ? DVASPECT_TRANSPARENT : DVASPECT_OPAQUE);
 }
 
-}  // namespace
-
+// The context is that of the target device when a container prints, or a record made for it, and says all
+// that the picture needs to know of it.
 HRESULT ViewFace::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, ::HDC, ::HDC dc, LPCRECTL bounds, LPCRECTL,
-                       BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
-  if (!IsDrawable(aspect)) return DV_E_DVASPECT;
+                       BOOL(STDMETHODCALLTYPE* go_on)(ULONG_PTR), ULONG_PTR go_on_value) {
+  if (!IsShown(aspect)) return DV_E_DVASPECT;
   if (!dc || !bounds) return E_INVALIDARG;
+  if (IsEmpty(aspect)) return S_OK;
   return Call([&] {
-    picture_.Draw(dc, *bounds);
-    return S_OK;
+    const auto ask = [&] { return go_on(go_on_value) != FALSE; };
+    return picture_.Draw(dc, *bounds, go_on ? GoOn(ask) : GoOn());
   });
 }
 
@@ -59,30 +58,31 @@ HRESULT ViewFace::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
 
 HRESULT ViewFace::GetRect(DWORD aspect, LPRECTL rect) {
   if (!rect) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  const SIZEL size = extent_.Himetric();
+  if (!IsShown(aspect)) return DV_E_DVASPECT;
+  const SIZEL size = IsEmpty(aspect) ? SIZEL{} : extent_.Himetric();
   *rect = {0, 0, size.cx, size.cy};
   return S_OK;
 }
 
 HRESULT ViewFace::GetViewStatus(DWORD* status) {
   if (!status) return E_POINTER;
-  *status = picture_.IsOpaque() ? VIEWSTATUS_OPAQUE : 0;
+  *status = VIEWSTATUS_DVASPECTOPAQUE | VIEWSTATUS_DVASPECTTRANSPARENT;
+  if (picture_.IsOpaque()) *status |= VIEWSTATUS_OPAQUE;
   return S_OK;
 }
 
 HRESULT ViewFace::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* hit) {
   if (!bounds || !hit) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  *hit = ::PtInRect(bounds, point) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  if (!IsShown(aspect)) return DV_E_DVASPECT;
+  *hit = !IsEmpty(aspect) && ::PtInRect(bounds, point) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
   return S_OK;
 }
 
 HRESULT ViewFace::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rect, LONG, DWORD* hit) {
   if (!bounds || !rect || !hit) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  if (!IsShown(aspect)) return DV_E_DVASPECT;
   ::RECT common;
-  *hit = ::IntersectRect(&common, bounds, rect) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  *hit = !IsEmpty(aspect) && ::IntersectRect(&common, bounds, rect) ? HITRESULT_HIT : HITRESULT_OUTSIDE;
   return S_OK;
 }
 

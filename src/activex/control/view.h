@@ -35,6 +35,9 @@ class ViewFace final : public Face<IViewObjectEx> {
   void NotifyChange();
 
  private:
+  // Whether there is nothing of the control in this aspect.
+  bool IsEmpty(DWORD aspect) const;
+
   ControlPicture& picture_;
   const Extent& extent_;
   ComPtr<IAdviseSink> sink_;
