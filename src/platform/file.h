@@ -1,7 +1,8 @@
 // Files, read whole, by path.
 //
 // A path is UTF-16, absolute or relative to the current folder. Only plain files are read: a folder, a pipe
-// or a device is refused. No file stays open behind a call.
+// or a device is refused. No file stays open after a call. Nothing here calls
+// back into the program.
 #pragma once
 
 #include <cstddef>

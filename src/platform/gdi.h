@@ -67,12 +67,13 @@ bool StretchBlt(HDC destination, Long x, Long y, Long width, Long height, HDC so
 // is 32-bit with premultiplied alpha: d := s * c + d * (1 - s.alpha * c) with c = constant_alpha / 255;
 // otherwise every source pixel counts as opaque. The result is rounded to nearest, and 255 at most; where
 // both the constant and the source's alpha are below whole, a platform may round each product on its own.
-// Parts outside the destination are left out; a rectangle that reaches out of the source, a negative size, or
-// with alpha a source that has none, draws nothing and returns false.
+// The two must be different surfaces. Parts outside the destination are left out; a rectangle that reaches
+// out of the source, a negative size, or with alpha a source that has none, draws nothing and returns false.
 bool AlphaBlend(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
                 Long source_y, Long source_width, Long source_height, std::uint8_t constant_alpha,
                 bool use_source_alpha);
 
+// Null on failure, as for CreatePen.
 HBRUSH CreateSolidBrush(COLORREF colour);
 // Fills left <= x < right, top <= y < bottom. An empty or inverted rectangle fills nothing.
 bool FillRect(HDC dc, const RECT& rect, HBRUSH brush);
@@ -93,11 +94,11 @@ bool DrawFocusRect(HDC dc, const RECT& rect);
 // `rect`.
 bool DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t flags);
 
-// Size and depth of any bitmap handle, as GetObjectA reports them.
 struct BITMAP {
   Long bmWidth = 0, bmHeight = 0;
   int bmBitsPixel = 0;
 };
+// Size and depth of any bitmap, in pixels and bits. False, and nothing told, for a handle of another kind.
 bool GetObjectA(HBITMAP bitmap, BITMAP& result);
 
 }  // namespace marklet

@@ -1,4 +1,4 @@
-// Icons: colours behind a mask.
+// Icons: colours behind a mask. Nothing here calls back into the program.
 #pragma once
 
 #include <memory>
@@ -9,11 +9,11 @@
 namespace marklet {
 
 struct IconHandle;
-using HICON = IconHandle*;
 
-bool DestroyIcon(HICON icon);
+// What IconRef does at its end; false for null.
+bool DestroyIcon(IconHandle* icon);
 struct IconDeleter {
-  void operator()(HICON icon) const { DestroyIcon(icon); }
+  void operator()(IconHandle* icon) const { DestroyIcon(icon); }
 };
 using IconRef = std::unique_ptr<IconHandle, IconDeleter>;
 

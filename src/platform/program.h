@@ -8,7 +8,7 @@
 
 namespace marklet {
 
-// The arguments behind the program's name, in UTF-8.
+// The arguments after the program's name, in UTF-8.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 // Runs `paint` and gives the platform calls that it made, one line each; none, and nothing run, on a platform

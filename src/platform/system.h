@@ -33,11 +33,13 @@ struct SystemConfiguration {
 };
 SystemConfiguration& Configuration();
 
+// False when the system doesn't tell.
 bool GetVersionExA(OSVERSIONINFOA& version);
 
 // A system colour by index; 0 for an index that doesn't exist.
 COLORREF GetSysColor(int index);
-// An OLE colour as RGB. False for a value that is neither an RGB value nor a system colour.
+// An OLE colour as RGB. False, and `result` as it was, for a value that is neither an RGB value nor a system
+// colour.
 bool OleTranslateColor(OLE_COLOR colour, COLORREF& result);
 
 // A library by name, loaded until the program ends; null when there is none. A real handle is above 32.

@@ -38,7 +38,8 @@ COLORREF SetBkColor(HDC dc, COLORREF colour);
 // Background modes 1 (none) and 2 (a box behind the text in the background colour). Any other value, 0 among
 // them, is taken as given and draws no box. Returns the former mode, 0 on failure.
 int SetBkMode(HDC dc, int mode);
-std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);  // returns the former value
+// Where text at a point stands to it: the sum of TA_ constants. Returns the former value, 0 on failure.
+std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);
 
 // Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide and as
 // high as any other.
@@ -51,7 +52,7 @@ bool GetCharABCWidthsA(HDC dc, unsigned code, ABC& widths);
 
 // Draws a text in a rectangle and returns its height, 0 on failure and for an empty text. The flags are the
 // DT_ constants; without DT_SINGLELINE, CR and LF break lines, and with DT_WORDBREAK so do words that don't
-// fit. Without DT_NOPREFIX "&" underlines the character behind it and "&&" draws one. DT_WORD_ELLIPSIS ends a
+// fit. Without DT_NOPREFIX "&" underlines the character after it and "&&" draws one. DT_WORD_ELLIPSIS ends a
 // word that is too wide in "...". Drawing is clipped to the rectangle, and lines below it need not be laid
 // out. With DT_CALCRECT nothing is drawn: right and bottom of `rect` are set to what would be.
 int DrawTextW(HDC dc, std::u16string_view text, RECT& rect, std::uint32_t flags);

@@ -1,4 +1,4 @@
-// The platform's script processor.
+// The platform's script processor. Nothing here calls back into the program.
 #pragma once
 
 #include <string_view>

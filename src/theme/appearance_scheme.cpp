@@ -14,10 +14,10 @@ class Key {
   }
   Key(const Key&) = delete;
   Key& operator=(const Key&) = delete;
-  HKEY Get() const { return key_; }
+  RegistryKeyHandle* Get() const { return key_; }
 
  private:
-  HKEY key_ = nullptr;
+  RegistryKeyHandle* key_ = nullptr;
 };
 
 }  // namespace

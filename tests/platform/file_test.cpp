@@ -117,7 +117,7 @@ TEST_F(File, PathsThatNoFileCanHaveAreRefused) {
   EXPECT_FALSE(ReadOrCreateFile(path.u16string() + std::u16string(u"\0x", 2), bytes_));
 }
 
-// Nothing holds the file open behind a call: it can go, or be written anew.
+// Nothing holds the file open after a call: it can go, or be written anew.
 TEST_F(File, IsClosedAgain) {
   const fs::path path = Make("gone.png", {1});
   ReadOrCreateFile(path.u16string(), bytes_);

@@ -34,12 +34,12 @@ IconRef CreateIconIndirect(HBITMAP mask, HBITMAP colours) {
   if (mask_size.bmWidth != size.bmWidth || mask_size.bmHeight != size.bmHeight) return nullptr;
   const ::HBITMAP monochrome = CreateMonochrome(mask, size);
   ICONINFO info = {TRUE, 0, 0, monochrome, NativeAs<::HBITMAP>(colours)};
-  IconRef icon(reinterpret_cast<HICON>(::CreateIconIndirect(&info)));
+  IconRef icon(reinterpret_cast<IconHandle*>(::CreateIconIndirect(&info)));
   ::DeleteObject(monochrome);
   return icon;
 }
 
-bool DestroyIcon(HICON icon) { return icon && ::DestroyIcon(reinterpret_cast<::HICON>(icon)); }
+bool DestroyIcon(IconHandle* icon) { return icon && ::DestroyIcon(reinterpret_cast<::HICON>(icon)); }
 
 PictureRef OleCreatePictureIndirect(IconRef icon) {
   if (!icon) return nullptr;

@@ -7,7 +7,7 @@
 namespace marklet {
 namespace {
 
-::HKEY Native(HKEY key) { return reinterpret_cast<::HKEY>(key); }
+::HKEY Native(RegistryKeyHandle* key) { return reinterpret_cast<::HKEY>(key); }
 
 // Hives are numbers that count as handles, widened with their sign.
 ::HKEY HiveOf(std::uint32_t hive) {
@@ -17,15 +17,15 @@ namespace {
 
 }  // namespace
 
-bool RegOpenKeyExA(std::uint32_t hive, std::string_view subkey, HKEY& key) {
+bool RegOpenKeyExA(std::uint32_t hive, std::string_view subkey, RegistryKeyHandle*& key) {
   ::HKEY opened = nullptr;
   const bool is_open = ::RegOpenKeyExA(HiveOf(hive), std::string(subkey).c_str(), 0, KEY_QUERY_VALUE,
                                        &opened) == ERROR_SUCCESS;
-  key = is_open ? reinterpret_cast<HKEY>(opened) : nullptr;
+  key = is_open ? reinterpret_cast<RegistryKeyHandle*>(opened) : nullptr;
   return is_open;
 }
 
-bool RegQueryValueExA(HKEY key, std::string_view name, char* buffer, std::uint32_t& size) {
+bool RegQueryValueExA(RegistryKeyHandle* key, std::string_view name, char* buffer, std::uint32_t& size) {
   if (!key) return false;
   DWORD bytes = size;
   const LSTATUS status = ::RegQueryValueExA(Native(key), std::string(name).c_str(), nullptr, nullptr,
@@ -34,6 +34,6 @@ bool RegQueryValueExA(HKEY key, std::string_view name, char* buffer, std::uint32
   return status == ERROR_SUCCESS;
 }
 
-bool RegCloseKey(HKEY key) { return key && ::RegCloseKey(Native(key)) == ERROR_SUCCESS; }
+bool RegCloseKey(RegistryKeyHandle* key) { return key && ::RegCloseKey(Native(key)) == ERROR_SUCCESS; }
 
 }  // namespace marklet

@@ -1,4 +1,4 @@
-// OLE's headers behind sdk.h: automation, controls, type libraries and ComPtr.
+// OLE's headers, after sdk.h: automation, controls, type libraries and ComPtr.
 #pragma once
 
 #include "platform/win32/sdk.h"

@@ -1,5 +1,5 @@
 // Removes the macros of the Windows headers that collide with names of ours. Included by sdk.h and sdk_ole.h
-// behind the platform's headers; each may define some again, so that there is no guard.
+// after the platform's headers; each may define some again, so that there is no guard.
 
 // Constants that types.h and uniscribe.h give as typed values.
 #undef RGB

@@ -356,7 +356,7 @@ TEST(Replay, OwnsWhatTheProgramKept) {
 TEST(Replay, OpensNoKeyOfTheRegistry) {
   headless::Registry()[{"Colours", "Name"}] = "Blue";
   const Recorder recorder;
-  HKEY key = nullptr;
+  RegistryKeyHandle* key = nullptr;
   EXPECT_TRUE(RegOpenKeyExA(kCurrentUserHive, "Colours", key));
   EXPECT_TRUE(RegCloseKey(key));
   recorder.Replay();

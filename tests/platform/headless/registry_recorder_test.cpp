@@ -16,14 +16,14 @@ struct HeadlessRegistry : testing::Test {
 };
 
 TEST_F(HeadlessRegistry, IsEmptyAtFirst) {
-  HKEY key = nullptr;
+  RegistryKeyHandle* key = nullptr;
   EXPECT_FALSE(RegOpenKeyExA(kCurrentUserHive, "Control Panel\\Appearance", key));
   EXPECT_EQ(key, nullptr);
 }
 
 TEST_F(HeadlessRegistry, GivesValuesThatFit) {
   headless::Registry()[{"Key", "Name"}] = "abc";
-  HKEY key = nullptr;
+  RegistryKeyHandle* key = nullptr;
   EXPECT_FALSE(RegOpenKeyExA(0x80000002, "Key", key)) << "another hive";
   ASSERT_TRUE(RegOpenKeyExA(kCurrentUserHive, "Key", key));
   std::uint32_t size = 0;
@@ -50,7 +50,7 @@ TEST_F(HeadlessRegistry, HasNoValuesWithoutAKey) {
 TEST_F(HeadlessRegistry, IsRecorded) {
   headless::Registry()[{"Key", "Name"}] = "abc";
   const Recorder recorder;
-  HKEY key = nullptr;
+  RegistryKeyHandle* key = nullptr;
   RegOpenKeyExA(kCurrentUserHive, "Key", key);
   std::uint32_t size = 5;
   RegQueryValueExA(key, "Name", nullptr, size);

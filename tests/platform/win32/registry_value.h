@@ -11,7 +11,7 @@ namespace marklet::testing {
 class RegistryValue {
  public:
   RegistryValue(const char* path, const char* name) : path_(path), name_(name) {
-    RegCreateKeyExA(CurrentUser(), path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, &disposition_);
+    RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_, &disposition_);
     DWORD size = 0;
     existed_ = RegQueryValueExA(key_, name, nullptr, &type_, nullptr, &size) == ERROR_SUCCESS;
     former_.resize(size);
@@ -21,7 +21,7 @@ class RegistryValue {
     existed_ ? RegSetValueExA(key_, name_, 0, type_, former_.data(), static_cast<DWORD>(former_.size()))
              : RegDeleteValueA(key_, name_);
     RegCloseKey(key_);
-    if (disposition_ == REG_CREATED_NEW_KEY) RegDeleteKeyA(CurrentUser(), path_);
+    if (disposition_ == REG_CREATED_NEW_KEY) RegDeleteKeyA(HKEY_CURRENT_USER, path_);
   }
   RegistryValue(const RegistryValue&) = delete;
   RegistryValue& operator=(const RegistryValue&) = delete;
@@ -33,12 +33,6 @@ class RegistryValue {
   void Delete() const { RegDeleteValueA(key_, name_); }
 
  private:
-  // The platform's macro takes our own HKEY for its own.
-  static ::HKEY CurrentUser() {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the platform has it so
-    return reinterpret_cast<::HKEY>(static_cast<LONG_PTR>(static_cast<LONG>(0x80000001)));
-  }
-
   const char *path_, *name_;
   DWORD disposition_ = 0;
   ::HKEY key_ = nullptr;

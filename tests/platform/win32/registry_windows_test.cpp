@@ -35,7 +35,7 @@ TEST(WindowsRegistry, IsReadByHiveKeyAndName) {
 TEST(WindowsRegistry, SaysHowLargeAValueIsThatDoesNotFit) {
   const testing::RegistryValue value("Software\\Marklet Test", "Value");
   value.Put("text\0"s);
-  HKEY key = nullptr;
+  RegistryKeyHandle* key = nullptr;
   ASSERT_TRUE(RegOpenKeyExA(kCurrentUserHive, "Software\\Marklet Test", key));
   char buffer[2] = {};
   std::uint32_t size = 2;

@@ -1,4 +1,4 @@
-// Ours first, the platform's headers behind: see sdk_windows_test.cpp.
+// Ours first, the platform's headers after: see sdk_windows_test.cpp.
 #include "host/user_control.h"
 #include "platform/gdi.h"
 #include "platform/system.h"

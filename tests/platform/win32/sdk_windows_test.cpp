@@ -1,7 +1,7 @@
 // The platform's headers and ours in one file, the platform's first. sdk_last_windows_test.cpp has them the
 // other way round.
 #include "platform/win32/sdk_ole.h"
-// Behind it, so that every constant that is a macro over there stands in the way.
+// After it, so that every constant that is a macro over there stands in the way.
 #include "host/user_control.h"
 #include "platform/gdi.h"
 #include "platform/system.h"

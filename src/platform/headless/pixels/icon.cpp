@@ -48,7 +48,7 @@ IconRef CreateIconIndirect(HBITMAP mask, HBITMAP colours) {
   }
 }
 
-bool DestroyIcon(HICON icon) {
+bool DestroyIcon(IconHandle* icon) {
   if (Refused(Operation::kDestroyIcon) || icon == nullptr) return false;
   delete icon;
   return true;

@@ -24,7 +24,7 @@ RegistryValues& Registry() {
 
 }  // namespace headless
 
-bool RegOpenKeyExA(std::uint32_t hive, std::string_view subkey, HKEY& key) {
+bool RegOpenKeyExA(std::uint32_t hive, std::string_view subkey, RegistryKeyHandle*& key) {
   key = nullptr;
   if (Refused(Operation::kRegOpenKeyExA, hive, subkey) || hive != kCurrentUserHive) return false;
   const auto& values = headless::Registry();
@@ -34,7 +34,7 @@ bool RegOpenKeyExA(std::uint32_t hive, std::string_view subkey, HKEY& key) {
   return exists;
 }
 
-bool RegQueryValueExA(HKEY key, std::string_view name, char* buffer, std::uint32_t& size) {
+bool RegQueryValueExA(RegistryKeyHandle* key, std::string_view name, char* buffer, std::uint32_t& size) {
   if (Refused(Operation::kRegQueryValueExA, name, size) || key == nullptr) return false;
   const auto found = headless::Registry().find({key->path, std::string(name)});
   if (found == headless::Registry().end()) return false;
@@ -45,7 +45,7 @@ bool RegQueryValueExA(HKEY key, std::string_view name, char* buffer, std::uint32
   return fits;
 }
 
-bool RegCloseKey(HKEY key) {
+bool RegCloseKey(RegistryKeyHandle* key) {
   if (Refused(Operation::kRegCloseKey) || key == nullptr) return false;
   delete key;
   return true;

@@ -13,7 +13,7 @@ constexpr bool IsSurrogate(char32_t c) { return (c & 0xFFFFF800u) == 0xD800; }
 constexpr bool IsHighSurrogate(char32_t c) { return (c & 0xFFFFFC00u) == 0xD800; }
 constexpr bool IsLowSurrogate(char32_t c) { return (c & 0xFFFFFC00u) == 0xDC00; }
 
-// The code point at `position`, which moves behind it. A lone surrogate comes out as itself.
+// The code point at `position`, which moves past it. A lone surrogate comes out as itself.
 inline char32_t NextCodePoint(std::u16string_view text, std::size_t& position) {
   const char32_t first = text[position++];
   if (!IsHighSurrogate(first) || position == text.size() || !IsLowSurrogate(text[position])) return first;
