@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "activex/container.h"
+#include "activex/listener.h"
 #include "activex/picture.h"
 
 namespace ocx_test {
@@ -172,26 +173,8 @@ TEST_F(Activation, SavesOnlyWhenAskedAndDirty) {
   EXPECT_EQ(1, container_.Count("SaveObject"));
 }
 
-class CloseListener final : public IAdviseSink {
- public:
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    *object = iid == IID_IUnknown || iid == IID_IAdviseSink ? this : nullptr;
-    if (*object) AddRef();
-    return *object ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  void STDMETHODCALLTYPE OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  void STDMETHODCALLTYPE OnViewChange(DWORD, LONG) override { ++view_changes; }
-  void STDMETHODCALLTYPE OnRename(IMoniker*) override {}
-  void STDMETHODCALLTYPE OnSave() override {}
-  void STDMETHODCALLTYPE OnClose() override { ++closes; }
-  ULONG references = 0;
-  int view_changes = 0, closes = 0;
-};
-
 TEST_F(Activation, TellsAdvisersOfCloseAndOfAnotherLook) {
-  CloseListener listener;
+  Listener listener;
   const auto object = As<IOleObject>(container_.Object());
   const auto view = As<IViewObject2>(object);
   DWORD cookie = 0;
@@ -204,12 +187,12 @@ TEST_F(Activation, TellsAdvisersOfCloseAndOfAnotherLook) {
   EXPECT_EQ(static_cast<DWORD>(DVASPECT_CONTENT), aspects);
   sink.Reset();
   PutText(container_.Dispatch().Get(), L"Caption", L"other");
-  EXPECT_LE(1, listener.view_changes);
+  EXPECT_LE(1, listener.Count("OnViewChange"));
   object->Close(OLECLOSE_NOSAVE);
-  EXPECT_EQ(1, listener.closes);
+  EXPECT_EQ(1, listener.Count("OnClose"));
   EXPECT_EQ(S_OK, object->Unadvise(cookie));
   EXPECT_EQ(S_OK, view->SetAdvise(0, 0, nullptr));
-  EXPECT_EQ(0u, listener.references);
+  EXPECT_EQ(0u, listener.References());
 }
 
 // --- Sizes ------------------------------------------------------------------------------------------------

@@ -76,7 +76,10 @@ class FrameObject final : public Counted<IOleInPlaceFrame> {
   HRESULT STDMETHODCALLTYPE SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE RemoveMenus(HMENU) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE SetStatusText(LPCOLESTR) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
+  HRESULT STDMETHODCALLTYPE EnableModeless(BOOL enable) override {
+    container_.Note(enable ? "EnableModeless" : "EnableModeless(no)");
+    return S_OK;
+  }
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
 
   ComPtr<IOleInPlaceActiveObject> active;
@@ -106,8 +109,16 @@ class SiteObject final
   }
 
   // IOleClientSite
-  HRESULT STDMETHODCALLTYPE SaveObject() override { return Note("SaveObject"); }
-  HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SaveObject() override {
+    Note("SaveObject");
+    return container_.save_answer;
+  }
+  HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD which, IMoniker** moniker) override {
+    *moniker = nullptr;
+    if (which != OLEWHICHMK_OBJFULL || !container_.moniker) return E_NOTIMPL;
+    *moniker = ComPtr<IMoniker>(container_.moniker).Detach();
+    return S_OK;
+  }
   HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer** container) override {
     *container = nullptr;
     if (!Has(SiteInterface::Container)) return E_NOINTERFACE;
@@ -148,10 +159,12 @@ class SiteObject final
   HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT position) override {
     Note(Numbers("OnPosRectChange", *position));
     if (!Has(SiteInterface::PosRectChange)) return E_NOTIMPL;
-    container_.position = *position;
+    const auto answer = container_.place ? container_.place(*position) : std::optional<RECT>(*position);
+    if (!answer) return container_.pos_rect_answer;
+    container_.position = *answer;
     if (const auto object = As<IOleInPlaceObject>(container_.Object()))
-      object->SetObjectRects(position, &container_.clip);
-    return S_OK;
+      object->SetObjectRects(&container_.position, &container_.clip);
+    return container_.pos_rect_answer;
   }
 
   // IOleControlSite
@@ -162,9 +175,15 @@ class SiteObject final
     return E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
-  HRESULT STDMETHODCALLTYPE OnFocus(BOOL) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE ShowPropertyFrame() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*, DWORD modifiers) override {
+    Note("TranslateAccelerator(" + std::to_string(modifiers) + ")");
+    return container_.accelerator_answer;
+  }
+  HRESULT STDMETHODCALLTYPE OnFocus(BOOL got) override { return Note(got ? "OnFocus" : "OnFocus(lost)"); }
+  HRESULT STDMETHODCALLTYPE ShowPropertyFrame() override {
+    Note("ShowPropertyFrame");
+    return container_.property_frame_answer;
+  }
 
   // IDispatch: the ambient properties
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -182,6 +201,8 @@ class SiteObject final
     switch (id) {
       case DISPID_AMBIENT_USERMODE:
         return GiveBool(values.user_mode, result);
+      case DISPID_AMBIENT_UIDEAD:
+        return GiveBool(values.ui_dead, result);
       case DISPID_AMBIENT_RIGHTTOLEFT:
         return GiveBool(values.right_to_left, result);
       case DISPID_AMBIENT_BACKCOLOR:
@@ -266,6 +287,8 @@ void Container::HostObject(ComPtr<IUnknown> object) {
 HRESULT Container::Activate(LONG verb) {
   return As<IOleObject>(object_)->DoVerb(verb, nullptr, site_, 0, window_, &position);
 }
+
+void Container::NewWindow() { window_ = CreateContainerWindow(); }
 
 void Container::Close() {
   const auto object = As<IOleObject>(object_);

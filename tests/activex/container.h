@@ -29,6 +29,7 @@ constexpr SiteInterface kSiteInterfaces[] = {SiteInterface::InPlaceSite,    Site
 
 struct AmbientValues {
   bool user_mode = true;
+  bool ui_dead = false;
   long back_color = static_cast<long>(0x8000000F);
   long fore_color = static_cast<long>(0x80000012);
   std::wstring display_name;
@@ -51,6 +52,15 @@ class Container {
   RECT position = {10, 20, 210, 80};  // in the container's window
   RECT clip = {0, 0, 1000, 1000};
 
+  // How the site takes what it is asked. A rectangle that is wished for becomes `position` and comes back in
+  // SetObjectRects unless `place` makes another of it; nothing comes back where that gives none.
+  std::function<std::optional<RECT>(const RECT& wished)> place;
+  HRESULT pos_rect_answer = S_OK;
+  HRESULT save_answer = S_OK;
+  HRESULT property_frame_answer = E_NOTIMPL;
+  HRESULT accelerator_answer = S_FALSE;
+  ComPtr<IMoniker> moniker;  // the control's full name; null: it has none
+
   // What the control called, in order: "OnInPlaceActivate", "ShowObject", "OnPosRectChange(10,20,60,40)", ...
   std::vector<std::string> log;
   // Called from inside the named call of the control.
@@ -68,6 +78,7 @@ class Container {
   ComPtr<IDispatch> Dispatch() const { return As<IDispatch>(object_); }
   void Drop() { object_.Reset(); }  // the container's last reference, without Close
   HWND Window() const { return window_; }
+  void NewWindow();  // in the place of one that is gone
   HWND ControlWindow() const;
   IOleClientSite* ClientSite() const;
   // Site references that the control holds.

@@ -1,5 +1,7 @@
 #include "activex/control/in_place.h"
 
+#include <utility>
+
 #include "activex/control/extent.h"
 #include "activex/control/site.h"
 #include "activex/control/window.h"
@@ -9,7 +11,9 @@ namespace marklet::activex {
 // --- Activation -------------------------------------------------------------------------------------------
 
 HRESULT InPlace::Activate() {
-  if (state_ != State::Inactive) return S_OK;
+  hidden_ = false;
+  if (state_ == State::Active) return Reveal();
+  if (state_ == State::Activating) return S_OK;
   const auto site = client_site_.Query<IOleInPlaceSite>();
   if (!site || site->CanInPlaceActivate() != S_OK) return E_FAIL;
   if (state_ != State::Inactive) return S_OK;
@@ -26,7 +30,30 @@ HRESULT InPlace::Activate() {
     if (state_ != State::Inactive) Deactivate();
     return entered;
   }
-  if (const ComPtr<IOleClientSite> client = client_site_.Get()) client->ShowObject();
+  return TellShown();
+}
+
+// An active control whose window is hidden, by the verb or by the container's own hand, or has gone with its
+// parent.
+HRESULT InPlace::Reveal() {
+  if (window_.IsVisible()) return S_OK;
+  if (window_.Handle()) {
+    window_.Show();
+    return TellShown();
+  }
+  DeactivateUi();
+  if (state_ != State::Active) return E_FAIL;
+  state_ = State::Activating;
+  placed_ = false;
+  const HRESULT entered = EnterWindow();
+  if (SUCCEEDED(entered)) return TellShown();
+  if (state_ == State::Activating) state_ = State::Active;
+  return entered;
+}
+
+HRESULT InPlace::TellShown() {
+  const ComPtr<IOleClientSite> client = client_site_.Get();
+  if (client && !hidden_) client->ShowObject();
   return state_ == State::Active ? S_OK : E_FAIL;
 }
 
@@ -41,7 +68,7 @@ HRESULT InPlace::EnterWindow() {
   state_ = State::Active;
   window_.Place(position_, &clip_);
   listener_.Entered();
-  if (window_.Handle()) ::ShowWindow(window_.Handle(), SW_SHOWNA);
+  if (!hidden_) window_.Show();
   return state_ == State::Active ? S_OK : E_FAIL;
 }
 
@@ -70,24 +97,25 @@ void InPlace::ReadContext() {
 HRESULT InPlace::ActivateUi() {
   const HRESULT result = Activate();
   if (FAILED(result) || state_ != State::Active) return result;
-  if (ui_active_) return S_OK;
-  const ComPtr<IOleInPlaceSite> site = site_;
-  const HRESULT allowed = site->OnUIActivate();
-  if (FAILED(allowed)) return allowed;
-  if (state_ != State::Active) return E_FAIL;
-  ui_active_ = true;
-  ::SetFocus(window_.Handle());
-  const ComPtr<IOleInPlaceFrame> frame = frame_;
-  const ComPtr<IOleInPlaceUIWindow> document = document_;
-  if (frame) {
-    frame->SetActiveObject(&active_object_, L"Marklet");
-    frame->SetBorderSpace(nullptr);
+  const bool had_it = std::exchange(ui_active_, true);
+  if (!had_it) {
+    const ComPtr<IOleInPlaceSite> site = site_;
+    const HRESULT allowed = site->OnUIActivate();
+    if (FAILED(allowed)) ui_active_ = false;
+    if (FAILED(allowed)) return allowed;
   }
-  if (document) {
-    document->SetActiveObject(&active_object_, L"Marklet");
-    document->SetBorderSpace(nullptr);
+  if (ui_active_) ::SetFocus(window_.Handle());
+  if (!had_it) TakeFrame();
+  return ui_active_ ? S_OK : E_FAIL;
+}
+
+// Each call may be the one that takes the user interface away again.
+void InPlace::TakeFrame() {
+  const ComPtr<IOleInPlaceUIWindow> windows[] = {frame_, document_};
+  for (const ComPtr<IOleInPlaceUIWindow>& window : windows) {
+    if (window && ui_active_) window->SetActiveObject(&active_object_, L"Marklet");
+    if (window && ui_active_) window->SetBorderSpace(nullptr);
   }
-  return S_OK;
 }
 
 HRESULT InPlace::DeactivateUi() {
@@ -121,7 +149,9 @@ void InPlace::LeaveSite(bool notify) {
 
 // --- Place ------------------------------------------------------------------------------------------------
 
-// Some containers call this while activation is still under way; the window is then made there.
+// Some containers call this while activation is still under way; the window is then made there. They say how
+// much of the control is to be seen, so that a hidden one comes back with them; as the answer to its own wish
+// for a size they don't say so.
 HRESULT InPlace::SetRects(const ::RECT* position, const ::RECT* clip) {
   if (!position) return E_POINTER;
   position_ = *position;
@@ -132,21 +162,33 @@ HRESULT InPlace::SetRects(const ::RECT* position, const ::RECT* clip) {
     extent_.SetPixels({position_.right - position_.left, position_.bottom - position_.top});
     listener_.SizeMayHaveChanged();
   }
+  ::RECT seen;
+  if (!hidden_ || asking_ || !::IntersectRect(&seen, &position_, &clip_)) return S_OK;
+  hidden_ = false;
+  window_.Show();
   return S_OK;
 }
 
 void InPlace::RequestSize(::SIZE size) {
   const ::RECT wanted = {position_.left, position_.top, position_.left + size.cx, position_.top + size.cy};
   placed_ = false;
-  if (const ComPtr<IOleInPlaceSite> site = site_) site->OnPosRectChange(&wanted);
-  if (placed_ || !window_.Handle()) return;
+  HRESULT answer = E_NOTIMPL;
+  if (const ComPtr<IOleInPlaceSite> site = site_) {
+    const bool asking = std::exchange(asking_, true);
+    answer = site->OnPosRectChange(&wanted);
+    asking_ = asking;
+  }
+  const bool refused = FAILED(answer) && answer != E_NOTIMPL;
+  if (placed_ || refused || !window_.Handle()) return;
   position_ = wanted;
   window_.Place(position_, nullptr);
 }
 
 HRESULT InPlace::Hide() {
+  if (state_ == State::Inactive) return S_OK;
+  hidden_ = true;
   DeactivateUi();
-  if (window_.Handle()) ::ShowWindow(window_.Handle(), SW_HIDE);
+  if (hidden_) window_.Hide();
   return S_OK;
 }
 

@@ -28,6 +28,7 @@ class InPlace {
   HRESULT Deactivate();
   HRESULT DeactivateUi();
   HRESULT SetRects(const ::RECT* position, const ::RECT* clip);
+  // Until a verb shows the control again, or rectangles that it didn't ask for itself.
   HRESULT Hide();
   bool IsActive() const { return state_ == State::Active; }
 
@@ -42,6 +43,9 @@ class InPlace {
   enum class State { Inactive, Activating, Active };
 
   HRESULT EnterWindow();
+  HRESULT Reveal();
+  HRESULT TellShown();
+  void TakeFrame();
   void ReadContext();
   void LeaveSite(bool notify);
 
@@ -53,6 +57,8 @@ class InPlace {
   State state_ = State::Inactive;
   bool ui_active_ = false;
   bool placed_ = false;  // the container has set rectangles since activation began
+  bool hidden_ = false;  // by the verb
+  bool asking_ = false;  // for another size
   ::RECT position_ = {};
   ::RECT clip_ = {};
   ComPtr<IOleInPlaceSite> site_;

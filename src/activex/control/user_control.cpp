@@ -64,8 +64,10 @@ void OleUserControl::PutHeight(double twips) {
 // The container has the last word on an active control, but one that doesn't answer gets the size all the
 // same.
 void OleUserControl::RequestSize(::SIZE size) {
-  extent_.SetPixels(size);
-  if (window_.Handle()) in_place_.RequestSize(size);
+  if (window_.Handle())
+    in_place_.RequestSize(size);
+  else
+    extent_.SetPixels(size);
   SizeMayHaveChanged();
 }
 

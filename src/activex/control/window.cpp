@@ -100,6 +100,23 @@ void ControlWindow::Destroy() {
   if (window_) ::DestroyWindow(window_);
 }
 
+bool ControlWindow::IsVisible() const {
+  return window_ && (::GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+void ControlWindow::Show() {
+  if (window_) ::ShowWindow(window_, SW_SHOWNA);
+}
+
+void ControlWindow::Hide() {
+  ReleaseMouse();
+  if (window_) ::ShowWindow(window_, SW_HIDE);
+}
+
+void ControlWindow::ReleaseMouse() {
+  if (window_ && ::GetCapture() == window_) ::ReleaseCapture();
+}
+
 ::SIZE ControlWindow::ClientSize() const {
   ::RECT client = {};
   ::GetClientRect(window_, &client);

@@ -22,6 +22,11 @@ class ControlWindow {
   void Destroy();
   ::HWND Handle() const { return window_; }
   ::SIZE ClientSize() const;
+  // Of the window itself, whatever its parents are. Without a window nothing happens.
+  bool IsVisible() const;
+  void Show();
+  void Hide();
+  void ReleaseMouse();  // a press that has begun is over
   // Moves and sizes the window, and cuts it to `clip` where that covers it only in part. Both are in the
   // client area of the parent.
   void Place(const ::RECT& position, const ::RECT* clip);
