@@ -95,14 +95,6 @@ TEST_F(Activation, HideKeepsTheControlActive) {
   EXPECT_EQ(window_, container_.ControlWindow());
 }
 
-TEST_F(Activation, KnowsNoOtherVerbs) {
-  EXPECT_EQ(E_NOTIMPL, container_.Activate(OLEIVERB_OPEN));
-  EXPECT_EQ(E_NOTIMPL, container_.Activate(OLEIVERB_PROPERTIES));
-  EXPECT_EQ(OLEOBJ_S_INVALIDVERB, container_.Activate(42));
-  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_PRIMARY));
-  EXPECT_TRUE(container_.ControlWindow());
-}
-
 TEST_F(Activation, SurvivesTheEndOfTheContainersWindow) {
   Activate();
   DestroyWindow(container_.Window());

@@ -24,6 +24,7 @@ const Way kVerbs[] = {
     {"primary", [](Container& c) { return c.Activate(OLEIVERB_PRIMARY); }},
     {"activate", [](Container& c) { return c.Activate(OLEIVERB_INPLACEACTIVATE); }},
     {"activate with user interface", [](Container& c) { return c.Activate(OLEIVERB_UIACTIVATE); }},
+    {"open", [](Container& c) { return c.Activate(OLEIVERB_OPEN); }},
 };
 const Way kRects = {"set rectangles", SetRects};
 

@@ -53,15 +53,18 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
     {"msvcrt.dll", 32, " __mb_cur_max _iob _setjmp3 "},
     {"msvcrt.dll", 64, " ___lc_codepage_func ___mb_cur_max_func __iob_func _setjmp "},
     {"ole32.dll", 0,
-     " CoTaskMemAlloc CoTaskMemFree CreateDataAdviseHolder CreateErrorInfo CreateOleAdviseHolder"
-     " CreateStreamOnHGlobal OleRegEnumVerbs SetErrorInfo "},
+     " CoGetClassObject CoTaskMemAlloc CoTaskMemFree CreateDataAdviseHolder CreateErrorInfo "
+     "CreateOleAdviseHolder"
+     " CreateStreamOnHGlobal SetErrorInfo "},
     {"oleaut32.dll", 0,
-     " LoadTypeLibEx OleCreateFontIndirect OleCreatePictureIndirect OleLoadPicture OleTranslateColor"
+     " LoadTypeLibEx OleCreateFontIndirect OleCreatePictureIndirect OleCreatePropertyFrame OleLoadPicture "
+     "OleTranslateColor"
      " SafeArrayAccessData SafeArrayCreate SafeArrayGetDim SafeArrayGetElemsize SafeArrayGetLBound"
      " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
      " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
     {"user32.dll", 0,
-     " BeginPaint CharLowerBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW DefWindowProcA"
+     " BeginPaint CharLowerBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW "
+     "DefWindowProcA"
      " DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge DrawTextW EnableWindow"
      " EndPaint EqualRect FillRect GetActiveWindow GetCapture GetClassInfoExW GetClientRect GetDC"
      " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW OffsetRect PtInRect"

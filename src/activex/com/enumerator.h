@@ -9,7 +9,8 @@
 namespace marklet::activex {
 
 // `Item` is what the interface hands out; `Held` keeps it alive and is turned into one, with a reference for
-// the caller, by `static Item Give(const Held&)` of `Traits`.
+// the caller, by `static Item Give(const Held&)` of `Traits`. Where memory for one is lacking, the caller
+// gets those before it, and goes on with it the next time.
 template <typename Interface, typename Item, typename Held, typename Traits>
 class Enumerator final : public ComObject<Interface> {
  public:
@@ -19,9 +20,13 @@ class Enumerator final : public ComObject<Interface> {
   STDMETHODIMP Next(ULONG count, Item* items, ULONG* fetched) override {
     if (!items || (!fetched && count != 1)) return E_POINTER;
     ULONG given = 0;
-    while (given < count && next_ < items_.size()) items[given++] = Traits::Give(items_[next_++]);
+    const HRESULT result = Guarded([&] {
+      for (; given < count && next_ < items_.size(); ++given, ++next_)
+        items[given] = Traits::Give(items_[next_]);
+      return given == count ? S_OK : S_FALSE;
+    });
     if (fetched) *fetched = given;
-    return given == count ? S_OK : S_FALSE;
+    return given > 0 && FAILED(result) ? S_FALSE : result;
   }
   STDMETHODIMP Skip(ULONG count) override {
     const std::size_t left = items_.size() - next_;

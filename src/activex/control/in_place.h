@@ -38,6 +38,8 @@ class InPlace {
   // Asks the container for another size at the same place.
   void RequestSize(::SIZE size);
   HRESULT GetWindow(::HWND* window) const;  // for callers
+  // The frame of the container, null while the control isn't active or where it shows none.
+  ComPtr<IOleInPlaceFrame> Frame() const { return frame_; }
 
  private:
   enum class State { Inactive, Activating, Active };

@@ -1,14 +1,29 @@
 #include "activex/control/ole_object.h"
 
+#include <iterator>
+
+#include "activex/com/enumerator.h"
 #include "activex/com/guid.h"
 #include "activex/com/task_memory.h"
 #include "activex/control/extent.h"
 #include "activex/control/in_place.h"
 #include "activex/control/persist.h"
+#include "activex/control/property_frame.h"
 #include "activex/control/site.h"
 #include "activex/control/traits.h"
 
 namespace marklet::activex {
+namespace {
+
+// The caller frees the name.
+struct GiveVerb {
+  static OLEVERB Give(const Verb& verb) {
+    return {verb.number, NewTaskString(Wide(verb.name)), verb.menu_flags, verb.attributes};
+  }
+};
+using VerbEnumerator = Enumerator<IEnumOLEVERB, OLEVERB, Verb, GiveVerb>;
+
+}  // namespace
 
 // A control that is still active leaves its old site first.
 HRESULT OleObjectFace::SetClientSite(IOleClientSite* site) {
@@ -41,20 +56,17 @@ HRESULT OleObjectFace::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
   return E_NOTIMPL;
 }
 
-HRESULT OleObjectFace::GetClipboardData(DWORD, IDataObject** data) {
-  if (!data) return E_POINTER;
-  *data = nullptr;
-  return E_NOTIMPL;
+// --- Verbs ------------------------------------------------------------------------------------------------
+
+HRESULT OleObjectFace::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, ::HWND parent, LPCRECT) {
+  return Call([&] { return RunVerb(verb, parent); });
 }
 
-HRESULT OleObjectFace::DoVerb(LONG verb, LPMSG, IOleClientSite*, LONG, ::HWND, LPCRECT) {
-  return Call([&] { return RunVerb(verb); });
-}
-
-HRESULT OleObjectFace::RunVerb(LONG verb) {
+HRESULT OleObjectFace::RunVerb(LONG verb, ::HWND parent) {
   switch (verb) {
     case OLEIVERB_PRIMARY:
     case OLEIVERB_SHOW:
+    case OLEIVERB_OPEN:  // there is no window of its own to open
     case OLEIVERB_INPLACEACTIVATE:
       return in_place_.Activate();
     case OLEIVERB_UIACTIVATE:
@@ -63,16 +75,50 @@ HRESULT OleObjectFace::RunVerb(LONG verb) {
       return in_place_.Hide();
     case OLEIVERB_DISCARDUNDOSTATE:
       return S_OK;
+    case OLEIVERB_PROPERTIES:
+    case kPropertiesVerb:
+      return ShowProperties(parent);
     default:
-      // A verb of its own that the control hasn't got stands for the first one.
-      return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL;
+      break;
   }
+  if (verb < 0) return E_NOTIMPL;
+  // A verb of its own that the control hasn't got stands for the primary one.
+  const HRESULT result = RunVerb(OLEIVERB_PRIMARY, parent);
+  return SUCCEEDED(result) ? OLEOBJ_S_INVALIDVERB : result;
 }
 
+// A site may show a window of its own, in which the host's properties of the control stand too. The frame of
+// the container waits for the system's.
+HRESULT OleObjectFace::ShowProperties(::HWND parent) {
+  const auto control_site = site_.Query<IOleControlSite>();
+  if (control_site && control_site->ShowPropertyFrame() == S_OK) return S_OK;
+  ComPtr<IUnknown> object;
+  const HRESULT result = QueryInterface(IID_PPV_ARGS(object.GetAddressOf()));
+  if (FAILED(result)) return result;
+  const LCID locale = SiteAmbient(site_).LocaleId();
+  const ComPtr<IOleInPlaceFrame> frame = in_place_.Frame();
+  if (frame) frame->EnableModeless(FALSE);
+  const HRESULT shown = ShowPropertyFrame(*object.Get(), parent, Wide(library::kClass.name), locale);
+  if (frame) frame->EnableModeless(TRUE);
+  return shown;
+}
+
+// From the table itself, since a control may run without being registered.
 HRESULT OleObjectFace::EnumVerbs(IEnumOLEVERB** verbs) {
   if (!verbs) return E_POINTER;
   *verbs = nullptr;
-  return ::OleRegEnumVerbs(kClassGuid, verbs);
+  return Call([&] {
+    *verbs = new VerbEnumerator({std::begin(kVerbs), std::end(kVerbs)});
+    return S_OK;
+  });
+}
+
+// --- What it is -------------------------------------------------------------------------------------------
+
+HRESULT OleObjectFace::GetClipboardData(DWORD, IDataObject** data) {
+  if (!data) return E_POINTER;
+  *data = nullptr;
+  return E_NOTIMPL;
 }
 
 HRESULT OleObjectFace::GetUserClassID(CLSID* class_id) {

@@ -46,7 +46,8 @@ class OleObjectFace final : public Face<IOleObject> {
   STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return E_NOTIMPL; }
 
  private:
-  HRESULT RunVerb(LONG verb);
+  HRESULT RunVerb(LONG verb, ::HWND parent);
+  HRESULT ShowProperties(::HWND parent);
 
   Site& site_;
   Extent& extent_;

@@ -41,6 +41,11 @@ OLE_COLOR SiteAmbient::ReadColour(DISPID dispid, OLE_COLOR otherwise) const {
 
 bool SiteAmbient::UserMode() { return ReadFlag(DISPID_AMBIENT_USERMODE, true); }
 bool SiteAmbient::RightToLeft() { return ReadFlag(DISPID_AMBIENT_RIGHTTOLEFT, false); }
+LCID SiteAmbient::LocaleId() {
+  Variant value;
+  return Read(DISPID_AMBIENT_LOCALEID, VT_I4, value) ? static_cast<LCID>(value.lVal) : LOCALE_USER_DEFAULT;
+}
+
 OLE_COLOR SiteAmbient::BackColor() { return ReadColour(DISPID_AMBIENT_BACKCOLOR, 0x8000000F); }
 OLE_COLOR SiteAmbient::ForeColor() { return ReadColour(DISPID_AMBIENT_FORECOLOR, 0x80000012); }
 

@@ -41,6 +41,7 @@ class SiteAmbient final : public Ambient {
   FontRef Font() override;
   std::u16string DisplayName() override;
   bool RightToLeft() override;
+  LCID LocaleId();
 
  private:
   bool Read(DISPID dispid, VARTYPE type, VARIANT& result) const;

@@ -1,5 +1,5 @@
-// The traits by which containers judge the control before they have one: asked of the object, and registered
-// by the server.
+// The traits by which containers judge the control before they have one, and the verbs that they list: asked
+// of the object, and registered by the server.
 #pragma once
 
 #include <string_view>
@@ -30,5 +30,18 @@ constexpr DWORD MiscStatus() {
   return status;
 }
 inline constexpr DWORD kMiscStatus = MiscStatus();
+
+// What a container can ask the control to do, in the order and with the names in which menus list it. The
+// verbs that the system gives a number below zero aren't listed.
+struct Verb {
+  LONG number;
+  std::string_view name;
+  DWORD menu_flags;
+  DWORD attributes;
+};
+inline constexpr LONG kPropertiesVerb = 1;
+inline constexpr Verb kVerbs[] = {
+    {kPropertiesVerb, "&Properties...", MF_STRING, OLEVERBATTRIB_ONCONTAINERMENU},
+};
 
 }  // namespace marklet::activex
