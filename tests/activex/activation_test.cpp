@@ -153,18 +153,6 @@ TEST_F(Activation, GivesTheWindowItsTextPastASubclass) {
   EXPECT_EQ(1, TextCounter::Texts());
 }
 
-TEST_F(Activation, SavesOnlyWhenAskedAndDirty) {
-  Activate();
-  const auto object = As<IOleObject>(object_);
-  object->Close(OLECLOSE_SAVEIFDIRTY);
-  EXPECT_EQ(0, container_.Count("SaveObject")) << "nothing has changed";
-  PutText(object_.Get(), L"Caption", L"changed");
-  object->Close(OLECLOSE_NOSAVE);
-  EXPECT_EQ(0, container_.Count("SaveObject"));
-  object->Close(OLECLOSE_SAVEIFDIRTY);
-  EXPECT_EQ(1, container_.Count("SaveObject"));
-}
-
 TEST_F(Activation, TellsAdvisersOfCloseAndOfAnotherLook) {
   Listener listener;
   const auto object = As<IOleObject>(container_.Object());

@@ -34,7 +34,7 @@ namespace marklet::activex {
 
 // Its IUnknown is the one that an outer object holds when the control is aggregated, and its own identity
 // otherwise.
-class ControlObject final : public IUnknown, private FaceOwner, private ChangeListener {
+class ControlObject final : public IUnknown, private FaceOwner, private ChangeListener, private SaveListener {
  public:
   // A new control in `*object`, aggregated into `outer` unless that is null.
   static HRESULT Create(IUnknown* outer, REFIID iid, void** object);
@@ -60,6 +60,7 @@ class ControlObject final : public IUnknown, private FaceOwner, private ChangeLi
   void LastCallEnds() override { window_.ReleaseContext(); }
   void PropertyChanged(DISPID id) override;
   void LookChanged() override;
+  void Saved() override { ole_object_.TellSaved(); }
 
   ULONG references_ = 1;
   ModuleReference module_;
@@ -75,7 +76,7 @@ class ControlObject final : public IUnknown, private FaceOwner, private ChangeLi
   InPlace in_place_{site_, extent_, window_, active_object_, host_};
   ControlPicture picture_{host_, marklet_};
   ViewFace view_{*this, picture_, extent_};
-  Persist persist_{marklet_};
+  Persist persist_{marklet_, *this};
   Marklet marklet_{host_, events_};
 
   // The other interfaces.

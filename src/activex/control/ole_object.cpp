@@ -40,20 +40,56 @@ HRESULT OleObjectFace::GetClientSite(IOleClientSite** site) {
   return S_OK;
 }
 
+// --- The end ----------------------------------------------------------------------------------------------
+
+// Whatever the site and the listeners do inside it, it is one.
 HRESULT OleObjectFace::Close(DWORD save) {
   return Call([&] {
-    in_place_.Deactivate();
-    const ComPtr<IOleClientSite> site = site_.Get();
-    if (site && save == OLECLOSE_SAVEIFDIRTY && persist_.IsDirty()) site->SaveObject();
-    if (const ComPtr<IOleAdviseHolder> advises = advises_) advises->SendOnClose();
+    if (closing_) return S_OK;
+    closing_ = true;
+    CloseOnce(save);
+    closing_ = false;
     return S_OK;
   });
 }
 
-HRESULT OleObjectFace::GetMoniker(DWORD, DWORD, IMoniker** moniker) {
+// Where the caller wants a question asked first there is none: what is in a document is saved with it, and
+// the user is asked about the document.
+void OleObjectFace::CloseOnce(DWORD save) {
+  in_place_.Deactivate();
+  const ComPtr<IOleClientSite> site = site_.Get();
+  if (site && save != OLECLOSE_NOSAVE && persist_.IsDirty()) site->SaveObject();
+  if (const ComPtr<IOleAdviseHolder> advises = advises_) advises->SendOnClose();
+}
+
+void OleObjectFace::TellSaved() {
+  if (const ComPtr<IOleAdviseHolder> advises = advises_) advises->SendOnSave();
+}
+
+// --- Its name ---------------------------------------------------------------------------------------------
+
+// Listeners hear the full name, for which the site is asked when only a part of it is another.
+HRESULT OleObjectFace::SetMoniker(DWORD which, IMoniker* moniker) {
+  if (which < OLEWHICHMK_CONTAINER || which > OLEWHICHMK_OBJFULL) return E_INVALIDARG;
+  return Call([&] {
+    ComPtr<IMoniker> full;
+    if (which == OLEWHICHMK_OBJFULL)
+      full = moniker;
+    else if (moniker)
+      GetMoniker(OLEGETMONIKER_ONLYIFTHERE, OLEWHICHMK_OBJFULL, full.GetAddressOf());
+    const ComPtr<IOleAdviseHolder> advises = advises_;
+    if (full && advises) advises->SendOnRename(full.Get());
+    return S_OK;
+  });
+}
+
+HRESULT OleObjectFace::GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) {
   if (!moniker) return E_POINTER;
   *moniker = nullptr;
-  return E_NOTIMPL;
+  return Call([&]() -> HRESULT {
+    const ComPtr<IOleClientSite> site = site_.Get();
+    return site ? site->GetMoniker(assign, which, moniker) : E_FAIL;
+  });
 }
 
 // --- Verbs ------------------------------------------------------------------------------------------------

@@ -26,8 +26,9 @@ class OleObjectFace final : public Face<IOleObject> {
   STDMETHODIMP GetClientSite(IOleClientSite** site) override;
   STDMETHODIMP SetHostNames(LPCOLESTR, LPCOLESTR) override { return S_OK; }
   STDMETHODIMP Close(DWORD save) override;
-  STDMETHODIMP SetMoniker(DWORD, IMoniker*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) override;
+  // The control has no use for its name, which is the site's to give; those who advised have.
+  STDMETHODIMP SetMoniker(DWORD which, IMoniker* moniker) override;
+  STDMETHODIMP GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) override;
   STDMETHODIMP InitFromData(IDataObject*, BOOL, DWORD) override { return E_NOTIMPL; }
   STDMETHODIMP GetClipboardData(DWORD, IDataObject** data) override;
   STDMETHODIMP DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG index, ::HWND parent,
@@ -45,9 +46,13 @@ class OleObjectFace final : public Face<IOleObject> {
   STDMETHODIMP GetMiscStatus(DWORD aspect, DWORD* status) override;
   STDMETHODIMP SetColorScheme(LOGPALETTE*) override { return E_NOTIMPL; }
 
+  // Tells those who advised that the control's values are saved.
+  void TellSaved();
+
  private:
   HRESULT RunVerb(LONG verb, ::HWND parent);
   HRESULT ShowProperties(::HWND parent);
+  void CloseOnce(DWORD save);
 
   Site& site_;
   Extent& extent_;
@@ -55,6 +60,7 @@ class OleObjectFace final : public Face<IOleObject> {
   const Persist& persist_;
   PlaceListener& listener_;
   ComPtr<IOleAdviseHolder> advises_;
+  bool closing_ = false;
 };
 
 }  // namespace marklet::activex

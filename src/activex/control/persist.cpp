@@ -1,6 +1,7 @@
 #include "activex/control/persist.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "activex/com/guid.h"
@@ -116,6 +117,12 @@ HRESULT Persist::Measure(ULONGLONG& size) {
   return result;
 }
 
+// The listeners may save, load or close the control.
+void Persist::SavedAt(unsigned changes) {
+  saved_ = changes;
+  listener_.Saved();
+}
+
 // --- Streams ----------------------------------------------------------------------------------------------
 
 HRESULT PersistStreamFace::GetClassID(CLSID* class_id) { return GiveClassId(class_id); }
@@ -225,9 +232,9 @@ HRESULT PersistStorageFace::SaveCompleted(IStorage* storage) {
   return Call([&]() -> HRESULT {
     if (state_ != State::NoScribble && state_ != State::HandsOff) return E_UNEXPECTED;
     if (state_ == State::HandsOff && !storage) return E_INVALIDARG;
-    if (saved_ && (storage || same_as_load_)) persist_.SavedAt(saved_at_);
-    saved_ = false;
+    const bool kept = std::exchange(saved_, false) && (storage || same_as_load_);
     state_ = State::Normal;
+    if (kept) persist_.SavedAt(saved_at_);
     return S_OK;
   });
 }

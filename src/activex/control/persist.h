@@ -10,10 +10,19 @@ namespace marklet::activex {
 
 class HostFont;
 
+// Hears when the values are in the container's keeping.
+class SaveListener {
+ public:
+  virtual void Saved() = 0;
+
+ protected:
+  ~SaveListener() = default;
+};
+
 // What the three interfaces share.
 class Persist {
  public:
-  explicit Persist(Marklet& marklet) : marklet_(marklet) {}
+  Persist(Marklet& marklet, SaveListener& listener) : marklet_(marklet), listener_(listener) {}
 
   // A control that has been loaded isn't wiped out: E_UNEXPECTED.
   HRESULT InitNew();
@@ -35,10 +44,11 @@ class Persist {
   void SetDirty(bool dirty) { dirty ? ++changes_ : saved_ = changes_; }
   bool IsDirty() const { return changes_ != saved_; }
   unsigned Changes() const { return changes_; }
-  void SavedAt(unsigned changes) { saved_ = changes; }
+  void SavedAt(unsigned changes);
 
  private:
   Marklet& marklet_;
+  SaveListener& listener_;
   unsigned changes_ = 0, saved_ = 0;
   bool begun_ = false, loaded_ = false;
 };
