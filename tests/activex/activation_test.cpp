@@ -423,32 +423,6 @@ TEST_F(Activation, IsHitInsideItsBounds) {
 
 // --- Mnemonics --------------------------------------------------------------------------------------------
 
-TEST_F(Activation, TellsTheContainerItsAccessKey) {
-  object_ = container_.Dispatch();
-  const auto control = As<IOleControl>(object_);
-  CONTROLINFO info = {};
-  info.cb = sizeof info;
-  ASSERT_EQ(S_OK, control->GetControlInfo(&info));
-  EXPECT_EQ(0, info.cAccel);
-  PutText(object_.Get(), L"Caption", L"&Total");
-  EXPECT_EQ(1, container_.Count("OnControlInfoChanged"));
-  ASSERT_EQ(S_OK, control->GetControlInfo(&info));
-  ASSERT_EQ(1, info.cAccel);
-  ACCEL accelerator = {};
-  ASSERT_EQ(1, CopyAcceleratorTableW(info.hAccel, &accelerator, 1));
-  EXPECT_EQ(FALT, accelerator.fVirt);
-  EXPECT_EQ(L't', accelerator.key);
-  EXPECT_EQ(S_OK, PutByName(object_.Get(), L"UseMnemonic", Variant::Bool(false)));
-  ASSERT_EQ(S_OK, control->GetControlInfo(&info));
-  EXPECT_EQ(0, info.cAccel);
-  EXPECT_EQ(L"&Total", GetText(object_.Get(), L"Caption"));
-  Sink events;
-  ASSERT_EQ(S_OK, events.ConnectEvents(object_.Get()));
-  MSG message = {};
-  EXPECT_EQ(S_OK, control->OnMnemonic(&message));
-  EXPECT_EQ(Log{}, events.log) << "what follows is the container's focus logic";
-}
-
 TEST_F(Activation, TellsTheContainerOnlyOfAnotherAccessKey) {
   object_ = container_.Dispatch();
   const auto told = [this] { return container_.Count("OnControlInfoChanged"); };
@@ -466,26 +440,6 @@ TEST_F(Activation, TellsTheContainerOnlyOfAnotherAccessKey) {
   EXPECT_EQ(3, told()) << "there is none while mnemonics are off";
   EXPECT_EQ(S_OK, PutByName(object_.Get(), L"UseMnemonic", Variant::Bool(true)));
   EXPECT_EQ(4, told());
-}
-
-// The scan knows no markup, and a doubled ampersand is a key.
-TEST_F(Activation, TheContainerGetsTheKeyThatTheScanFinds) {
-  const std::pair<const wchar_t*, wchar_t> kCaptions[] = {
-      {L"Save &As", L'a'},      {L"&One &Two", L'o'}, {L"a && b", L'&'},
-      {L"at the end &", 0},     {L"none", 0},         {L"<f=A&b>face</f> &c", L'b'},
-      {L"&\x00C9tage", 0x00E9}, {L"& blank", L' '},   {L"", 0}};
-  object_ = container_.Dispatch();
-  for (const auto& [caption, key] : kCaptions) {
-    PutText(object_.Get(), L"Caption", caption);
-    CONTROLINFO info = {};
-    info.cb = sizeof info;
-    ASSERT_EQ(S_OK, As<IOleControl>(object_)->GetControlInfo(&info));
-    ASSERT_EQ(key ? 1 : 0, info.cAccel) << caption;
-    EXPECT_EQ(0u, info.dwFlags) << "neither Enter nor Esc is the control's";
-    ACCEL accelerator = {};
-    if (key) CopyAcceleratorTableW(info.hAccel, &accelerator, 1);
-    EXPECT_EQ(key, accelerator.key) << caption;
-  }
 }
 
 // --- Loading ----------------------------------------------------------------------------------------------

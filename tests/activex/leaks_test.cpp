@@ -40,7 +40,7 @@ void OneLife(int number) {
   CONTROLINFO info = {};
   info.cb = sizeof info;
   As<IOleControl>(object)->GetControlInfo(&info);
-  EXPECT_EQ(1, info.cAccel) << "a table of keys belongs to a life";
+  EXPECT_NE(0, info.cAccel) << "a table of keys belongs to a life";
 }
 
 TEST(Leaks, ALifeLeavesNoHandleNoMemoryAndNoReference) {

@@ -651,7 +651,7 @@ TEST(Persistence, AnActiveControlOfAFormIsSavedAndComesBack) {
   CONTROLINFO info = {};
   info.cb = sizeof info;
   EXPECT_EQ(S_OK, As<IOleControl>(container.Object())->GetControlInfo(&info));
-  EXPECT_EQ(1, info.cAccel) << "the key of the loaded caption";
+  EXPECT_NE(0, info.cAccel) << "the key of the loaded caption";
   EXPECT_EQ(saved, SaveToStream(container.Object()));
 }
 

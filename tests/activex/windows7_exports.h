@@ -63,13 +63,13 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
      " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
     {"user32.dll", 0,
-     " BeginPaint CharLowerBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW "
+     " BeginPaint CharLowerBuffW CharUpperBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW "
      "DefWindowProcA"
      " DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge DrawTextW EnableWindow"
      " EndPaint EqualRect FillRect GetActiveWindow GetCapture GetClassInfoExW GetClientRect GetDC"
      " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW OffsetRect PtInRect"
      " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW SetWindowPos"
-     " SetWindowRgn ShowWindow UnregisterClassW "},
+     " SetWindowRgn ShowWindow UnregisterClassW VkKeyScanW "},
     {"user32.dll", 64, " GetWindowLongPtrW SetWindowLongPtrW "},
 };
 

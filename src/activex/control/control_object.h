@@ -72,7 +72,7 @@ class ControlObject final : public IUnknown, private FaceOwner, private ChangeLi
   ConnectionPointContainer connections_{*this};
   EventSource events_{connections_.Events()};
   OleUserControl host_{*this, site_, extent_, host_font_, window_, in_place_, marklet_};
-  ControlWindow window_{*this, marklet_, host_, host_};
+  ControlWindow window_{*this, marklet_, host_, host_, host_};
   InPlace in_place_{site_, extent_, window_, active_object_, host_};
   ControlPicture picture_{host_, marklet_};
   ViewFace view_{*this, picture_, extent_};

@@ -7,6 +7,17 @@
 #include "activex/control/window.h"
 
 namespace marklet::activex {
+namespace {
+
+// As a site is told of them. The platform's headers don't have the names.
+constexpr DWORD kShift = 1, kControl = 2, kAlt = 4;
+
+DWORD ModifiersDown() {
+  const auto down = [](int key, DWORD modifier) { return ::GetKeyState(key) < 0 ? modifier : 0; };
+  return down(VK_SHIFT, kShift) | down(VK_CONTROL, kControl) | down(VK_MENU, kAlt);
+}
+
+}  // namespace
 
 // --- Activation -------------------------------------------------------------------------------------------
 
@@ -210,11 +221,17 @@ HRESULT InPlaceObjectFace::SetObjectRects(LPCRECT position, LPCRECT clip) {
   return Call([&] { return in_place_.SetRects(position, clip); });
 }
 
-// The control has no keys of its own; the container's come first.
+// The control has no keys of its own; the container's come first. One that asks back what it is asked gets no
+// for an answer.
 HRESULT ActiveObjectFace::TranslateAccelerator(LPMSG message) {
+  if (!message) return E_POINTER;
   return Call([&]() -> HRESULT {
     const auto site = site_.Query<IOleControlSite>();
-    return site ? site->TranslateAccelerator(message, 0) : S_FALSE;
+    if (!site || asking_) return S_FALSE;
+    asking_ = true;
+    const HRESULT answer = site->TranslateAccelerator(message, ModifiersDown());
+    asking_ = false;
+    return answer == S_OK ? S_OK : S_FALSE;
   });
 }
 

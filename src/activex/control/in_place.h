@@ -97,6 +97,7 @@ class ActiveObjectFace final : public Face<IOleInPlaceActiveObject> {
  private:
   const InPlace& in_place_;
   const Site& site_;
+  bool asking_ = false;  // the site, about a key message
 };
 
 }  // namespace marklet::activex

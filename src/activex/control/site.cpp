@@ -41,6 +41,8 @@ OLE_COLOR SiteAmbient::ReadColour(DISPID dispid, OLE_COLOR otherwise) const {
 
 bool SiteAmbient::UserMode() { return ReadFlag(DISPID_AMBIENT_USERMODE, true); }
 bool SiteAmbient::RightToLeft() { return ReadFlag(DISPID_AMBIENT_RIGHTTOLEFT, false); }
+bool SiteAmbient::UiDead() { return ReadFlag(DISPID_AMBIENT_UIDEAD, false); }
+
 LCID SiteAmbient::LocaleId() {
   Variant value;
   return Read(DISPID_AMBIENT_LOCALEID, VT_I4, value) ? static_cast<LCID>(value.lVal) : LOCALE_USER_DEFAULT;

@@ -41,6 +41,7 @@ class SiteAmbient final : public Ambient {
   FontRef Font() override;
   std::u16string DisplayName() override;
   bool RightToLeft() override;
+  bool UiDead();  // the host is stopped: nothing that the user does is for the control
   LCID LocaleId();
 
  private:

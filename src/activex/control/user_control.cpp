@@ -3,7 +3,6 @@
 #include "activex/automation/dispatch_reader.h"
 #include "activex/automation/font.h"
 #include "activex/control/in_place.h"
-#include "activex/control/window.h"
 #include "base/rounding.h"
 
 namespace marklet::activex {
@@ -107,6 +106,17 @@ void OleUserControl::UserModeMayHaveChanged() {
   if (user_mode_ == before) return;
   marklet_.RedrawNow();
   listener_.LookChanged();
+}
+
+// Asked anew each time, since not every host tells when it stops.
+bool OleUserControl::TakesMouse() { return ambient_.UserMode() && !ambient_.UiDead(); }
+
+void OleUserControl::MouseMayBeTaken() {
+  if (!TakesMouse()) window_.ReleaseMouse();
+}
+
+void OleUserControl::FocusChanged(bool got) {
+  if (const auto site = site_.Query<IOleControlSite>()) site->OnFocus(got ? TRUE : FALSE);
 }
 
 // There is always a font: Nothing leaves the one that stands.

@@ -3,12 +3,12 @@
 
 #include "activex/control/extent.h"
 #include "activex/control/site.h"
+#include "activex/control/window.h"
 #include "control/marklet.h"
 #include "host/user_control.h"
 
 namespace marklet::activex {
 
-class ControlWindow;
 class HostFont;
 class InPlace;
 
@@ -22,7 +22,7 @@ class ChangeListener {
   ~ChangeListener() = default;
 };
 
-class OleUserControl final : public UserControl, public PlaceListener {
+class OleUserControl final : public UserControl, public PlaceListener, public InputListener {
  public:
   OleUserControl(ChangeListener& listener, const Site& site, Extent& extent, HostFont& host_font,
                  ControlWindow& window, InPlace& in_place, Marklet& marklet);
@@ -63,8 +63,12 @@ class OleUserControl final : public UserControl, public PlaceListener {
   void Entered() override;
   // Raises Resize when the size is another than at the last one.
   void SizeMayHaveChanged() override;
+  bool TakesMouse() override;
+  void FocusChanged(bool got) override;
   // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
   void UserModeMayHaveChanged();
+  // Ends a press that is no longer the control's.
+  void MouseMayBeTaken();
 
  private:
   void RequestSize(::SIZE size);

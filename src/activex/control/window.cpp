@@ -24,12 +24,13 @@ bool RegisterWindowClass(WNDPROC procedure) {
   return ::RegisterClassExW(&description) != 0;
 }
 
+constexpr short kRightButton = 2;
 struct Button {
   UINT down, up, double_click;
   short number;
 };
 constexpr Button kButtons[] = {{WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, 1},
-                               {WM_RBUTTONDOWN, WM_RBUTTONUP, WM_RBUTTONDBLCLK, 2},
+                               {WM_RBUTTONDOWN, WM_RBUTTONUP, WM_RBUTTONDBLCLK, kRightButton},
                                {WM_MBUTTONDOWN, WM_MBUTTONUP, WM_MBUTTONDBLCLK, 4}};
 
 short ButtonOf(UINT message) {
@@ -57,23 +58,25 @@ short YOf(LPARAM position) { return static_cast<short>(HIWORD(position)); }
 }  // namespace
 
 const ControlWindow::Route ControlWindow::kRoutes[] = {
-    {WM_PAINT, &ControlWindow::OnPaint},
-    {WM_PRINTCLIENT, &ControlWindow::OnPrintClient},
-    {WM_ERASEBKGND, &ControlWindow::OnEraseBackground},
-    {WM_SIZE, &ControlWindow::OnSize},
-    {WM_MOUSEMOVE, &ControlWindow::OnMouseMove},
-    {WM_LBUTTONDOWN, &ControlWindow::OnButtonDown},
-    {WM_RBUTTONDOWN, &ControlWindow::OnButtonDown},
-    {WM_MBUTTONDOWN, &ControlWindow::OnButtonDown},
-    {WM_LBUTTONUP, &ControlWindow::OnButtonUp},
-    {WM_RBUTTONUP, &ControlWindow::OnButtonUp},
-    {WM_MBUTTONUP, &ControlWindow::OnButtonUp},
-    {WM_LBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
-    {WM_RBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
-    {WM_MBUTTONDBLCLK, &ControlWindow::OnDoubleClick},
-    {WM_CAPTURECHANGED, &ControlWindow::OnCaptureLost},
-    {WM_SETCURSOR, &ControlWindow::OnSetCursor},
-    {WM_NCDESTROY, &ControlWindow::OnLast},
+    {WM_PAINT, &ControlWindow::OnPaint, false},
+    {WM_PRINTCLIENT, &ControlWindow::OnPrintClient, false},
+    {WM_ERASEBKGND, &ControlWindow::OnEraseBackground, false},
+    {WM_SIZE, &ControlWindow::OnSize, false},
+    {WM_MOUSEMOVE, &ControlWindow::OnMouseMove, true},
+    {WM_LBUTTONDOWN, &ControlWindow::OnButtonDown, true},
+    {WM_RBUTTONDOWN, &ControlWindow::OnButtonDown, true},
+    {WM_MBUTTONDOWN, &ControlWindow::OnButtonDown, true},
+    {WM_LBUTTONUP, &ControlWindow::OnButtonUp, true},
+    {WM_RBUTTONUP, &ControlWindow::OnButtonUp, true},
+    {WM_MBUTTONUP, &ControlWindow::OnButtonUp, true},
+    {WM_LBUTTONDBLCLK, &ControlWindow::OnDoubleClick, true},
+    {WM_RBUTTONDBLCLK, &ControlWindow::OnDoubleClick, true},
+    {WM_MBUTTONDBLCLK, &ControlWindow::OnDoubleClick, true},
+    {WM_CAPTURECHANGED, &ControlWindow::OnCaptureLost, false},
+    {WM_SETCURSOR, &ControlWindow::OnSetCursor, true},
+    {WM_SETFOCUS, &ControlWindow::OnFocus, false},
+    {WM_KILLFOCUS, &ControlWindow::OnFocus, false},
+    {WM_NCDESTROY, &ControlWindow::OnLast, false},
 };
 
 void UnregisterWindowClass() { ::UnregisterClassW(kClassName, ModuleInstance()); }
@@ -179,13 +182,18 @@ LRESULT CALLBACK ControlWindow::Procedure(::HWND window, UINT message, WPARAM wp
 }
 
 LRESULT ControlWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
-  for (const Route& route : kRoutes)
-    if (route.message == message) return (this->*route.handler)(message, wparam, lparam);
+  for (const Route& route : kRoutes) {
+    if (route.message != message) continue;
+    if (!route.is_mouse || input_.TakesMouse()) return (this->*route.handler)(message, wparam, lparam);
+    ReleaseMouse();
+    break;
+  }
   return Default(message, wparam, lparam);
 }
 
+// Whoever was asked or told before may have ended the window.
 LRESULT ControlWindow::Default(UINT message, WPARAM wparam, LPARAM lparam) {
-  return ::DefWindowProcW(window_, message, wparam, lparam);
+  return window_ ? ::DefWindowProcW(window_, message, wparam, lparam) : 0;
 }
 
 LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
@@ -246,7 +254,8 @@ LRESULT ControlWindow::OnButtonUp(UINT message, WPARAM wparam, LPARAM lparam) {
   if (pressed_ == 0 && ::GetCapture() == window_) ::ReleaseCapture();
   marklet_.MouseUp(button, ShiftOf(wparam), XOf(lparam), YOf(lparam));
   if (clicks) marklet_.Click();
-  return 0;
+  // The system makes the call for a context menu of it, which goes on to the container.
+  return button == kRightButton ? Default(message, wparam, lparam) : 0;
 }
 
 LRESULT ControlWindow::OnCaptureLost(UINT, WPARAM, LPARAM) {
@@ -257,6 +266,11 @@ LRESULT ControlWindow::OnCaptureLost(UINT, WPARAM, LPARAM) {
 LRESULT ControlWindow::OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam) {
   const bool in_client = LOWORD(lparam) == HTCLIENT;
   if (in_client && SetPointer(host_.MousePointer(), host_.MouseIcon())) return TRUE;
+  return Default(message, wparam, lparam);
+}
+
+LRESULT ControlWindow::OnFocus(UINT message, WPARAM wparam, LPARAM lparam) {
+  input_.FocusChanged(message == WM_SETFOCUS);
   return Default(message, wparam, lparam);
 }
 

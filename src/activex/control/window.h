@@ -9,10 +9,21 @@
 
 namespace marklet::activex {
 
+// Says what of the user's input is the control's.
+class InputListener {
+ public:
+  virtual bool TakesMouse() = 0;  // it is a designer's otherwise, or nobody's
+  virtual void FocusChanged(bool got) = 0;
+
+ protected:
+  ~InputListener() = default;
+};
+
 class ControlWindow {
  public:
-  ControlWindow(FaceOwner& owner, Marklet& marklet, UserControl& host, PlaceListener& listener)
-      : owner_(owner), marklet_(marklet), host_(host), listener_(listener) {}
+  ControlWindow(FaceOwner& owner, Marklet& marklet, UserControl& host, PlaceListener& listener,
+                InputListener& input)
+      : owner_(owner), marklet_(marklet), host_(host), listener_(listener), input_(input) {}
   ~ControlWindow();
   ControlWindow(const ControlWindow&) = delete;
   ControlWindow& operator=(const ControlWindow&) = delete;
@@ -42,6 +53,7 @@ class ControlWindow {
   struct Route {
     UINT message;
     Handler handler;
+    bool is_mouse;  // for the control only when it takes the mouse
   };
   static const Route kRoutes[];
   static LRESULT CALLBACK Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam);
@@ -58,12 +70,14 @@ class ControlWindow {
   LRESULT OnDoubleClick(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnCaptureLost(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnFocus(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnLast(UINT message, WPARAM wparam, LPARAM lparam);
 
   FaceOwner& owner_;
   Marklet& marklet_;
   UserControl& host_;  // for the font and the mouse pointer
   PlaceListener& listener_;
+  InputListener& input_;
   ::HWND window_ = nullptr;
   ::HDC paint_context_ = nullptr;     // of the paint message that is being answered
   ::HDC borrowed_context_ = nullptr;  // the window's, or a memory context
