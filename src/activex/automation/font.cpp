@@ -138,19 +138,21 @@ FontRef FontFromObject(IUnknown* object) {
 
 // Repeats on the font what a host sets on the object, and on the object what the control sets on the font.
 // Only what has changed goes over: an object may show another face or size than it was given, one that the
-// machine has, and that must not come back. The picture isn't drawn anew: that is for the setter that assigns
-// a font.
+// machine has, and that must not come back.
 class FontLink final : public ComObject<IPropertyNotifySink> {
  public:
-  FontLink(IFont& object, const FontRef& font) : object_(object), font_(font), known_(*font) {}
+  FontLink(IFont& object, const FontRef& font, FontListener& listener)
+      : object_(object), font_(font), listener_(&listener), known_(*font) {}
 
+  // A member that was set to what it is changes nothing.
   STDMETHODIMP OnChanged(DISPID id) override {
     return Guarded([&] {
       const FontRef font = font_.lock();
       if (!font || writing_) return S_OK;
       for (const Member& member : kMembers)
         if (id == member.id || id == DISPID_UNKNOWN || id == DISPID_FONT_CHANGED) member.read(object_, *font);
-      known_ = *font;
+      const StdFont before = std::exchange(known_, *font);
+      if (listener_ && !SameFont(before, *font)) listener_->FontChanged();
       return S_OK;
     });
   }
@@ -169,9 +171,13 @@ class FontLink final : public ComObject<IPropertyNotifySink> {
     writing_ = false;
   }
 
+  // The control has another font, or is gone.
+  void Leave() { listener_ = nullptr; }
+
  private:
   IFont& object_;  // whoever connects the two holds it for as long
   std::weak_ptr<StdFont> font_;
+  FontListener* listener_;
   StdFont known_;  // as the object knows it
   bool writing_ = false;
 };
@@ -205,7 +211,7 @@ void HostFont::Connect(const FontRef& font, ComPtr<IFont> object) {
   if (!object) return;
   font_ = font;
   object_ = std::move(object);
-  link_ = Adopt<IPropertyNotifySink>(new FontLink(*object_.Get(), font));
+  link_ = Adopt<IPropertyNotifySink>(new FontLink(*object_.Get(), font, listener_));
   ComPtr<IConnectionPointContainer> container;
   if (FAILED(object_.As(&container)) ||
       FAILED(container->FindConnectionPoint(__uuidof(IPropertyNotifySink), notifier_.GetAddressOf())))
@@ -222,6 +228,7 @@ void HostFont::Disconnect() {
   notifier_.Reset();
   object_.Reset();
   link_.Reset();
+  if (link) static_cast<FontLink*>(link.Get())->Leave();
   if (notifier) notifier->Unadvise(cookie_);
 }
 

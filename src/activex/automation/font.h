@@ -13,11 +13,20 @@ FontRef FontFromObject(IUnknown* object);
 // Whether two fonts have the same properties.
 bool SameFont(const StdFont& a, const StdFont& b);
 
+// Hears when a host has set a member of the font object.
+class FontListener {
+ public:
+  virtual void FontChanged() = 0;
+
+ protected:
+  ~FontListener() = default;
+};
+
 // The platform's object for the font that the control has. The two stay connected: what a host sets on the
 // object is set on the font, and the other way round, for as long as the control has that font.
 class HostFont {
  public:
-  HostFont() = default;
+  explicit HostFont(FontListener& listener) : listener_(listener) {}
   ~HostFont() { Disconnect(); }
   HostFont(const HostFont&) = delete;
   HostFont& operator=(const HostFont&) = delete;
@@ -33,6 +42,7 @@ class HostFont {
   void Disconnect();
   void Write();
 
+  FontListener& listener_;
   FontRef font_;
   ComPtr<IFont> object_;
   ComPtr<IPropertyNotifySink> link_;

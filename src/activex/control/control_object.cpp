@@ -101,6 +101,13 @@ void ControlObject::PropertyChanged(DISPID id) {
   LookChanged();
 }
 
+// The font object is the host's to change at any time, and those who hear of it may end the control.
+void ControlObject::FontChanged() {
+  const Entry entry(*this);
+  marklet_.RedrawNow();
+  host_.PropertyChanged("Font");
+}
+
 void ControlObject::LookChanged() {
   view_.NotifyChange();
   data_.NotifyChange();

@@ -34,7 +34,11 @@ namespace marklet::activex {
 
 // Its IUnknown is the one that an outer object holds when the control is aggregated, and its own identity
 // otherwise.
-class ControlObject final : public IUnknown, private FaceOwner, private ChangeListener, private SaveListener {
+class ControlObject final : public IUnknown,
+                            private FaceOwner,
+                            private ChangeListener,
+                            private SaveListener,
+                            private FontListener {
  public:
   // A new control in `*object`, aggregated into `outer` unless that is null.
   static HRESULT Create(IUnknown* outer, REFIID iid, void** object);
@@ -61,6 +65,7 @@ class ControlObject final : public IUnknown, private FaceOwner, private ChangeLi
   void PropertyChanged(DISPID id) override;
   void LookChanged() override;
   void Saved() override { ole_object_.TellSaved(); }
+  void FontChanged() override;
 
   ULONG references_ = 1;
   ModuleReference module_;
@@ -68,7 +73,7 @@ class ControlObject final : public IUnknown, private FaceOwner, private ChangeLi
   // What the control knows of its host and has on its screen, below the control itself.
   Site site_;
   Extent extent_;
-  HostFont host_font_;
+  HostFont host_font_{*this};
   ConnectionPointContainer connections_{*this};
   EventSource events_{connections_.Events()};
   OleUserControl host_{*this, site_, extent_, host_font_, window_, in_place_, marklet_};
