@@ -14,10 +14,6 @@ PATH = re.compile(r"(?<![\w/.<-])(?:%s)/[\w./*-]*[\w/*-]" % "|".join(map(re.esca
 HEADER = re.compile(r"`((?:%s)/[\w/]+\.(?:h|cpp))`" % "|".join(entry.name for entry in (ROOT / "src").iterdir()))
 
 
-# The page for a third platform is named before it is written.
-PROMISED = {"src/platform/PORTING.md"}
-
-
 def missing_links(text, folder):
     targets = [target.split("#")[0] for target in LINK.findall(text) if "://" not in target]
     return [target for target in targets if target and not (folder / target).exists()]
@@ -27,7 +23,7 @@ def missing_paths(text):
     """Links apart, paths begin at the root; those of headers may begin at src/."""
     text = LINK.sub("]", text)
     names = [*PATH.findall(text), *(f"src/{name}" for name in HEADER.findall(text))]
-    return [name for name in names if name not in PROMISED and not any(ROOT.glob(name.rstrip("/")))]
+    return [name for name in names if not any(ROOT.glob(name.rstrip("/")))]
 
 
 def unknown_targets(text):
