@@ -1,9 +1,6 @@
 #include "activex/failing_memory.h"
 
 #include <cstdlib>
-#include <string_view>
-
-#include "activex/server.h"
 
 namespace ocx_test {
 namespace {
@@ -27,58 +24,19 @@ BSTR WINAPI StringLen(const OLECHAR* text, UINT length) {
   return Fails() ? nullptr : SysAllocStringLen(text, length);
 }
 
-struct Replacement {
-  std::string_view name;
-  void* function;
-};
-
-template <typename Function>
-void* Address(Function* function) {
-  return reinterpret_cast<void*>(function);
-}
-
-void Write(void** slot, void* value) {
-  DWORD old = 0;
-  VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &old);
-  *slot = value;
-  VirtualProtect(slot, sizeof *slot, old, &old);
-}
-
 }  // namespace
 
-// The system's loader has filled a table of addresses through which the server makes its calls.
-FailingMemory::FailingMemory() {
-  const Replacement replacements[] = {{"malloc", Address(Malloc)},
+FailingMemory::FailingMemory()
+    : patch_(Server::Get().Module(), {{"malloc", Address(Malloc)},
                                       {"calloc", Address(Calloc)},
                                       {"realloc", Address(Realloc)},
                                       {"CoTaskMemAlloc", Address(TaskAlloc)},
-                                      {"SysAllocStringLen", Address(StringLen)}};
-  auto* const base = reinterpret_cast<BYTE*>(Server::Get().Module());
-  const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(
-      base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
-  const IMAGE_DATA_DIRECTORY& imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  const auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports.VirtualAddress);
-  for (; library->Name; ++library) {
-    const auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
-    auto** slots = reinterpret_cast<void**>(base + library->FirstThunk);
-    for (; names->u1.AddressOfData; ++names, ++slots) {
-      if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
-      const auto* name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-      for (const Replacement& replacement : replacements)
-        if (replacement.name == reinterpret_cast<const char*>(&name->Name[0])) {
-          patches_.push_back({slots, *slots});
-          Write(slots, replacement.function);
-        }
-    }
-  }
-  EXPECT_GE(patches_.size(), 4u);
+                                      {"SysAllocStringLen", Address(StringLen)}}) {
+  EXPECT_GE(patch_.Count(), 4u);
   Stop();
 }
 
-FailingMemory::~FailingMemory() {
-  Stop();
-  for (const Patch& patch : patches_) Write(patch.slot, patch.original);
-}
+FailingMemory::~FailingMemory() { Stop(); }
 
 void FailingMemory::FailAt(int number, bool and_on) {
   count = 0;

@@ -1,7 +1,7 @@
 // Lets the server run out of memory at a chosen moment.
 #pragma once
 
-#include <vector>
+#include "activex/import_patch.h"
 
 namespace ocx_test {
 
@@ -22,11 +22,7 @@ class FailingMemory {
   bool HasFailed() const;
 
  private:
-  struct Patch {
-    void** slot;
-    void* original;
-  };
-  std::vector<Patch> patches_;
+  ImportPatch patch_;
 };
 
 }  // namespace ocx_test

@@ -67,7 +67,8 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      "DefWindowProcA"
      " DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge DrawTextW EnableWindow"
      " EndPaint EqualRect FillRect GetActiveWindow GetCapture GetClassInfoExW GetClientRect GetDC"
-     " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW OffsetRect PtInRect"
+     " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW MonitorFromWindow "
+     "OffsetRect PtInRect"
      " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW SetWindowPos"
      " SetWindowRgn ShowWindow UnregisterClassW VkKeyScanW "},
     {"user32.dll", 64, " GetWindowLongPtrW SetWindowLongPtrW "},

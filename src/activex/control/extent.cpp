@@ -7,16 +7,20 @@ namespace {
 
 constexpr int kHimetricPerInch = 2540, kTwipsPerInch = 1440;
 
-// Rounds to nearest, so that pixels survive the way there and back.
-Long ToPixels(Long himetric) { return ::MulDiv(himetric, PixelsPerInch(nullptr), kHimetricPerInch); }
-Long ToHimetric(Long pixels) { return ::MulDiv(pixels, kHimetricPerInch, PixelsPerInch(nullptr)); }
-
 }  // namespace
 
 bool IsShown(DWORD aspect) {
   return aspect == DVASPECT_CONTENT || aspect == DVASPECT_DOCPRINT || aspect == DVASPECT_OPAQUE ||
          aspect == DVASPECT_TRANSPARENT;
 }
+
+Long Extent::PixelsPerInch() const {
+  return pixels_per_inch_ > 0 ? pixels_per_inch_ : marklet::PixelsPerInch(nullptr);
+}
+
+// Rounds to nearest, so that pixels survive the way there and back.
+Long Extent::ToPixels(Long himetric) const { return ::MulDiv(himetric, PixelsPerInch(), kHimetricPerInch); }
+Long Extent::ToHimetric(Long pixels) const { return ::MulDiv(pixels, kHimetricPerInch, PixelsPerInch()); }
 
 ::SIZE Extent::Pixels() const { return {ToPixels(himetric_.cx), ToPixels(himetric_.cy)}; }
 
@@ -27,12 +31,15 @@ HRESULT Extent::Get(DWORD aspect, SIZEL* size) const {
   return S_OK;
 }
 
-void Extent::SetPixels(::SIZE size) {
-  const ::SIZE now = Pixels();
-  if (now.cx != size.cx) himetric_.cx = ToHimetric(size.cx);
-  if (now.cy != size.cy) himetric_.cy = ToHimetric(size.cy);
+Long Extent::Exact(Long pixels, Long now, Long wished) const {
+  if (ToPixels(now) == pixels) return now;
+  return ToPixels(wished) == pixels ? wished : ToHimetric(pixels);
 }
 
-double Extent::TwipsPerPixel() { return static_cast<double>(kTwipsPerInch) / PixelsPerInch(nullptr); }
+void Extent::SetPixels(::SIZE size) {
+  himetric_ = {Exact(size.cx, himetric_.cx, wished_.cx), Exact(size.cy, himetric_.cy, wished_.cy)};
+}
+
+double Extent::TwipsPerPixel() const { return static_cast<double>(kTwipsPerInch) / PixelsPerInch(); }
 
 }  // namespace marklet::activex

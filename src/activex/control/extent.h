@@ -27,15 +27,26 @@ class Extent {
   static constexpr SIZEL kInitial = {3201, 661};
 
   SIZEL Himetric() const { return himetric_; }
-  void SetHimetric(SIZEL size) { himetric_ = size; }
+  void SetHimetric(SIZEL size) { himetric_ = wished_ = size; }
   HRESULT Get(DWORD aspect, SIZEL* size) const;  // for callers
   ::SIZE Pixels() const;
-  void SetPixels(::SIZE size);  // leaves the exact size alone when it is this many pixels already
+  // Leaves the exact size alone when it is this many pixels already. One that comes to as many pixels as what
+  // SetHimetric was told last is exactly that again, so that a way over other monitors changes nothing.
+  void SetPixels(::SIZE size);
 
-  static double TwipsPerPixel();
+  // Pixels per inch of the window that the control is in, or was in last; until then the screen's. Another
+  // resolution changes the size in pixels.
+  Long PixelsPerInch() const;
+  void SetPixelsPerInch(Long resolution) { pixels_per_inch_ = resolution; }
+  double TwipsPerPixel() const;
 
  private:
-  SIZEL himetric_ = kInitial;
+  Long ToPixels(Long himetric) const;
+  Long ToHimetric(Long pixels) const;
+  Long Exact(Long pixels, Long now, Long wished) const;
+
+  Long pixels_per_inch_ = 0;  // none yet
+  SIZEL himetric_ = kInitial, wished_ = kInitial;
 };
 
 }  // namespace marklet::activex

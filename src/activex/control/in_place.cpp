@@ -5,6 +5,7 @@
 #include "activex/control/extent.h"
 #include "activex/control/site.h"
 #include "activex/control/window.h"
+#include "platform/win32/resolution.h"
 
 namespace marklet::activex {
 namespace {
@@ -73,6 +74,7 @@ HRESULT InPlace::EnterWindow() {
   if (state_ != State::Activating) return E_FAIL;
   const ComPtr<IOleInPlaceSite> site = site_;
   if (FAILED(site->GetWindow(&parent)) || !parent || state_ != State::Activating) return E_FAIL;
+  extent_.SetPixelsPerInch(win32::PixelsPerInchOf(parent));
   ReadContext();
   if (state_ != State::Activating) return E_FAIL;
   if (!window_.Create(parent, position_)) return E_FAIL;

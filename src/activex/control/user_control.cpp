@@ -4,6 +4,8 @@
 #include "activex/automation/font.h"
 #include "activex/control/in_place.h"
 #include "base/rounding.h"
+#include "platform/text.h"
+#include "platform/win32/resolution.h"
 
 namespace marklet::activex {
 namespace {
@@ -39,7 +41,8 @@ OleUserControl::OleUserControl(ChangeListener& listener, const Site& site, Exten
       in_place_(in_place),
       marklet_(marklet),
       ambient_(site),
-      last_size_(extent.Pixels()) {}
+      last_size_(extent.Pixels()),
+      last_resolution_(extent.PixelsPerInch()) {}
 
 // --- Window and size --------------------------------------------------------------------------------------
 
@@ -73,12 +76,29 @@ void OleUserControl::RequestSize(::SIZE size) {
 // The first size a control hears of is that of its window.
 void OleUserControl::Entered() {
   EnableWindow();
+  FollowResolution();
   Resized();
 }
 
 void OleUserControl::SizeMayHaveChanged() {
+  const bool is_elsewhere = FollowResolution();
   const ::SIZE size = Size();
-  if (size.cx != last_size_.cx || size.cy != last_size_.cy) Resized();
+  if (is_elsewhere || size.cx != last_size_.cx || size.cy != last_size_.cy) Resized();
+}
+
+bool OleUserControl::FollowResolution() {
+  if (window_.Handle()) extent_.SetPixelsPerInch(win32::PixelsPerInchOf(window_.Handle()));
+  const Long resolution = extent_.PixelsPerInch();
+  if (resolution == last_resolution_) return false;
+  last_resolution_ = resolution;
+  FitFont();
+  return true;
+}
+
+// A font that knows no resolution is made for the screen, as a host's own object is.
+void OleUserControl::FitFont() {
+  const bool is_screen = last_resolution_ == PixelsPerInch(nullptr);
+  font_->PutPixelsPerInch(is_screen ? 0 : last_resolution_);
 }
 
 void OleUserControl::Resized() {
@@ -123,6 +143,7 @@ void OleUserControl::FocusChanged(bool got) {
 void OleUserControl::PutFont(FontRef font) {
   if (!font) return;
   font_ = std::move(font);
+  FitFont();
   host_font_.Follow(font_);
 }
 

@@ -37,8 +37,8 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   double Height() override;
   void PutWidth(double twips) override;
   void PutHeight(double twips) override;
-  double TwipsPerPixelX() override { return Extent::TwipsPerPixel(); }
-  double TwipsPerPixelY() override { return Extent::TwipsPerPixel(); }
+  double TwipsPerPixelX() override { return extent_.TwipsPerPixel(); }
+  double TwipsPerPixelY() override { return extent_.TwipsPerPixel(); }
 
   bool Enabled() override { return enabled_; }
   void PutEnabled(bool enabled) override;
@@ -61,7 +61,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   // The client size in pixels: the window's, or what the container has given to a control without one.
   ::SIZE Size() const;
   void Entered() override;
-  // Raises Resize when the size is another than at the last one.
+  // Raises Resize when the size, or the resolution, is another than at the last one.
   void SizeMayHaveChanged() override;
   bool TakesMouse() override;
   void FocusChanged(bool got) override;
@@ -72,6 +72,9 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
 
  private:
   void RequestSize(::SIZE size);
+  // Goes by the resolution of the window. False when that is what it was.
+  bool FollowResolution();
+  void FitFont();
   // Raises Resize.
   void Resized();
   // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
@@ -86,6 +89,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   Marklet& marklet_;
   SiteAmbient ambient_;
   ::SIZE last_size_ = {};
+  Long last_resolution_;
   bool enabled_ = true;
   bool user_mode_ = true;  // as the window knows it
   FontRef font_ = std::make_shared<StdFont>();

@@ -9,6 +9,7 @@
 namespace marklet::activex {
 namespace {
 
+constexpr UINT kResolutionChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
 constexpr wchar_t kClassName[] = L"zvsMarklet.Marklet";
 
 // Registered once a module: a class goes with the module that registered it.
@@ -62,6 +63,8 @@ const ControlWindow::Route ControlWindow::kRoutes[] = {
     {WM_PRINTCLIENT, &ControlWindow::OnPrintClient, false},
     {WM_ERASEBKGND, &ControlWindow::OnEraseBackground, false},
     {WM_SIZE, &ControlWindow::OnSize, false},
+    {WM_WINDOWPOSCHANGED, &ControlWindow::OnPlaced, false},
+    {kResolutionChanged, &ControlWindow::OnSize, false},
     {WM_MOUSEMOVE, &ControlWindow::OnMouseMove, true},
     {WM_LBUTTONDOWN, &ControlWindow::OnButtonDown, true},
     {WM_RBUTTONDOWN, &ControlWindow::OnButtonDown, true},
@@ -218,6 +221,13 @@ LRESULT ControlWindow::OnEraseBackground(UINT, WPARAM, LPARAM) { return 1; }
 LRESULT ControlWindow::OnSize(UINT, WPARAM, LPARAM) {
   listener_.SizeMayHaveChanged();
   return 0;
+}
+
+// Another parent may be on another monitor; nothing else tells so on every system.
+LRESULT ControlWindow::OnPlaced(UINT message, WPARAM wparam, LPARAM lparam) {
+  const LRESULT result = Default(message, wparam, lparam);
+  listener_.SizeMayHaveChanged();
+  return result;
 }
 
 LRESULT ControlWindow::OnMouseMove(UINT, WPARAM wparam, LPARAM lparam) {

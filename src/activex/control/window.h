@@ -64,6 +64,7 @@ class ControlWindow {
   LRESULT OnPrintClient(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnEraseBackground(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnSize(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnPlaced(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnMouseMove(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnButtonDown(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnButtonUp(UINT message, WPARAM wparam, LPARAM lparam);

@@ -99,18 +99,19 @@ LocalRef FamilyOf(std::u16string_view name, std::uint8_t charset) {
 
 Family& In(const LocalRef& family) { return static_cast<Family&>(*family.Get()); }
 
-// The em height of a size in ten-thousandths of a point, negative as the record wants it; halves round up.
-Long HeightOf(Long size) {
+// The em height of a size in ten-thousandths of a point, negative as the record wants it; halves round up. A
+// resolution of 0 is the screen's.
+Long HeightOf(Long size, Long pixels_per_inch) {
   constexpr std::int64_t kUnitsPerInch = 720000;
   const UnrecordedScope own_call;
-  const std::int64_t pixels =
-      (2 * std::int64_t{size} * PixelsPerInch(nullptr) + kUnitsPerInch) / (2 * kUnitsPerInch);
+  const Long resolution = pixels_per_inch > 0 ? pixels_per_inch : PixelsPerInch(nullptr);
+  const std::int64_t pixels = (2 * std::int64_t{size} * resolution + kUnitsPerInch) / (2 * kUnitsPerInch);
   return -static_cast<Long>(std::clamp<std::int64_t>(pixels, 0, std::numeric_limits<Long>::max()));
 }
 
 }  // namespace
 
-StdFont::StdFont() : family_(FamilyOf(u"Tahoma", 0)), style_{HeightOf(size_)} {}
+StdFont::StdFont() : family_(FamilyOf(u"Tahoma", 0)), style_{HeightOf(size_, pixels_per_inch_)} {}
 
 const std::u16string& StdFont::Name() const { return In(family_).Name(); }
 
@@ -125,7 +126,14 @@ void StdFont::PutName(std::u16string_view name) {
 void StdFont::PutSize(double points) {
   const double held = std::isnan(points) ? 0 : std::clamp(points, 0.0, kLargestSize);
   size_ = static_cast<Long>(std::lrint(held * kSizeUnits));
-  style_.height = HeightOf(size_);
+  style_.height = HeightOf(size_, pixels_per_inch_);
+  handle_ = {};
+}
+
+void StdFont::PutPixelsPerInch(Long pixels_per_inch) {
+  if (pixels_per_inch == pixels_per_inch_) return;
+  pixels_per_inch_ = pixels_per_inch;
+  style_.height = HeightOf(size_, pixels_per_inch_);
   handle_ = {};
 }
 

@@ -29,8 +29,10 @@ class StdFont {
 
   void PutName(std::u16string_view name);
   // Held to a ten-thousandth of a point, as the platform's currency type does, and between 0 and 32767. The
-  // height in pixels is that at the screen's resolution now.
+  // height in pixels is that at the font's resolution, or else the screen's, now.
   void PutSize(double points);
+  // The resolution of what the font is for, which its copies take over. 0 is the screen's.
+  void PutPixelsPerInch(Long pixels_per_inch);
   void PutBold(bool bold);  // sets Weight to 700 or 400
   void PutWeight(Long weight);
   void PutItalic(bool italic);
@@ -58,6 +60,7 @@ class StdFont {
   // that a copy of a font costs no allocation.
   LocalRef family_;
   Long size_ = 82500;  // in ten-thousandths of a point
+  Long pixels_per_inch_ = 0;
   Style style_;
   // Empty when a property has changed since the last look-up.
   mutable LocalRef handle_;

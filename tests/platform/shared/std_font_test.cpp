@@ -173,6 +173,30 @@ TEST(StdFont, HasTheHeightOfTheResolutionAtWhichItsSizeWasSet) {
 
 // A caption can name any number of typefaces and sizes; the handles of those out of use must not pile up, nor
 // that of one still in use go.
+// On a monitor of its own a font has the handle that it has on a screen of that resolution.
+TEST(StdFont, HasTheHeightOfItsOwnResolution) {
+  Screen screen(96);
+  for (const Long pixels_per_inch : {96, 120, 144, 192, 288}) {
+    StdFont font;
+    font.PutSize(11);
+    font.PutPixelsPerInch(pixels_per_inch);
+    StdFont copy = font;
+    copy.PutSize(20);
+    screen.Put(pixels_per_inch);
+    StdFont eleven, twenty;
+    eleven.PutSize(11);
+    twenty.PutSize(20);
+    screen.Put(96);
+    EXPECT_EQ(font.hFont(), eleven.hFont()) << pixels_per_inch;
+    EXPECT_EQ(copy.hFont(), twenty.hFont()) << pixels_per_inch;
+    EXPECT_EQ(font.Size(), 11);
+    font.PutPixelsPerInch(0);
+    StdFont of_screen;
+    of_screen.PutSize(11);
+    EXPECT_EQ(font.hFont(), of_screen.hFont());
+  }
+}
+
 TEST(StdFont, OutlivesAThousandOthers) {
   TestPicture picture(8, 8);
   StdFont kept;
