@@ -4,7 +4,6 @@
 #include <limits>
 #include <optional>
 #include <stdexcept>
-#include <type_traits>
 #include <utility>
 
 #include "base/byte_order.h"
@@ -144,23 +143,47 @@ BagValue ReadBytes(ByteSpan bytes) {
   return ByteArray{std::move(parts->bounds), {parts->bytes.begin(), parts->bytes.end()}};
 }
 
+void AppendI2(SavedBytes& bytes, const BagValue& value) {
+  AppendU16(bytes, static_cast<std::uint16_t>(std::get<std::int16_t>(value)));
+}
+void AppendI4(SavedBytes& bytes, const BagValue& value) {
+  AppendU32(bytes, static_cast<std::uint32_t>(std::get<Long>(value)));
+}
+void AppendBoolean(SavedBytes& bytes, const BagValue& value) {
+  AppendU8(bytes, std::get<bool>(value) ? 1 : 0);
+}
+void AppendUnits(SavedBytes& bytes, const BagValue& value) {
+  AppendText(bytes, std::get<std::u16string>(value));
+}
+void AppendBytes(SavedBytes& bytes, const BagValue& value) { AppendArray(bytes, std::get<ByteArray>(value)); }
+void AppendObject(SavedBytes& bytes, const BagValue& value) {
+  const FontRef& font = std::get<FontRef>(value);
+  font ? AppendFont(bytes, *font) : AppendU8(bytes, kNoObject);
+}
+
 struct TypeRow {
-  SavedType type;
+  BagType type;
+  SavedType saved_as;
   bool (*is_value)(ByteSpan);
   BagValue (*read)(ByteSpan);  // of bytes that are a value
+  void (*append)(SavedBytes&, const BagValue&);
 };
 constexpr TypeRow kTypes[] = {
-    {SavedType::I2, [](ByteSpan bytes) { return bytes.size() == 2; }, ReadI2},
-    {SavedType::I4, [](ByteSpan bytes) { return bytes.size() == 4; }, ReadI4},
-    {SavedType::Boolean, [](ByteSpan bytes) { return bytes.size() == 1 && bytes[0] <= 1; }, ReadBoolean},
-    {SavedType::Text, [](ByteSpan bytes) { return bytes.size() % 2 == 0; }, ReadText},
-    {SavedType::Bytes, [](ByteSpan bytes) { return ReadArray(bytes).has_value(); }, ReadBytes},
-    {SavedType::Object, IsObject, ReadObject},
+    {BagType::I2, SavedType::I2, [](ByteSpan bytes) { return bytes.size() == 2; }, ReadI2, AppendI2},
+    {BagType::I4, SavedType::I4, [](ByteSpan bytes) { return bytes.size() == 4; }, ReadI4, AppendI4},
+    {BagType::Boolean, SavedType::Boolean, [](ByteSpan bytes) { return bytes.size() == 1 && bytes[0] <= 1; },
+     ReadBoolean, AppendBoolean},
+    {BagType::Text, SavedType::Text, [](ByteSpan bytes) { return bytes.size() % 2 == 0; }, ReadText,
+     AppendUnits},
+    {BagType::Bytes, SavedType::Bytes, [](ByteSpan bytes) { return ReadArray(bytes).has_value(); }, ReadBytes,
+     AppendBytes},
+    {BagType::Font, SavedType::Object, IsObject, ReadObject, AppendObject},
 };
+static_assert(HasRowForEachType(kTypes));
 
 const TypeRow* FindType(std::uint8_t type) {
   for (const TypeRow& row : kTypes)
-    if (static_cast<std::uint8_t>(row.type) == type) return &row;
+    if (static_cast<std::uint8_t>(row.saved_as) == type) return &row;
   return nullptr;
 }
 
@@ -194,31 +217,9 @@ void AppendU32(SavedBytes& bytes, std::uint32_t number) { AppendLittleEndian(byt
 
 // --- Values -----------------------------------------------------------------------------------------------
 
-SavedType SavedTypeOf(const BagValue& value) {
-  constexpr SavedType kTypeOf[] = {SavedType::Object, SavedType::I2,    SavedType::I4,    SavedType::Boolean,
-                                   SavedType::Text,   SavedType::Bytes, SavedType::Object};
-  return kTypeOf[value.index()];
-}
+SavedType SavedTypeOf(const BagValue& value) { return RowOfValue(kTypes, value).saved_as; }
 
-void AppendValue(SavedBytes& bytes, const BagValue& value) {
-  std::visit(
-      [&bytes](const auto& held) {
-        using Held = std::decay_t<decltype(held)>;
-        if constexpr (std::is_same_v<Held, std::int16_t>)
-          AppendU16(bytes, static_cast<std::uint16_t>(held));
-        else if constexpr (std::is_same_v<Held, Long>)
-          AppendU32(bytes, static_cast<std::uint32_t>(held));
-        else if constexpr (std::is_same_v<Held, bool>)
-          AppendU8(bytes, held ? 1 : 0);
-        else if constexpr (std::is_same_v<Held, std::u16string>)
-          AppendText(bytes, held);
-        else if constexpr (std::is_same_v<Held, ByteArray>)
-          AppendArray(bytes, held);
-        else if constexpr (std::is_same_v<Held, FontRef>)
-          held ? AppendFont(bytes, *held) : AppendU8(bytes, kNoObject);
-      },
-      value);
-}
+void AppendValue(SavedBytes& bytes, const BagValue& value) { RowOfValue(kTypes, value).append(bytes, value); }
 
 void AppendArray(SavedBytes& bytes, const ByteArray& array) {
   if (ProductOf(array.bounds) != array.bytes.size()) throw std::length_error("an array that isn't one");
@@ -241,7 +242,7 @@ BagValue ReadValue(std::uint8_t type, ByteSpan bytes) {
 }
 
 BagValue Converted(BagValue value, BagType type) {
-  if (value.index() == static_cast<std::size_t>(type) + 1) return value;
+  if (value.index() == AlternativeOf(type)) return value;
   switch (type) {
     case BagType::I2:
     case BagType::I4:

@@ -21,8 +21,8 @@ void AppendU32(SavedBytes& bytes, std::uint32_t number);
 
 // `value` is not monostate.
 SavedType SavedTypeOf(const BagValue& value);
-// Puts the value's bytes behind `bytes`. Throws std::length_error for one that no length field can count and
-// for an array that isn't one.
+// Appends the value's bytes; it is not monostate. Throws std::length_error for one that no length field can
+// count and for an array that isn't one.
 void AppendValue(SavedBytes& bytes, const BagValue& value);
 void AppendArray(SavedBytes& bytes, const ByteArray& array);
 

@@ -1,12 +1,14 @@
 // Where a host keeps the control's saved properties: values under names.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 
+#include "base/alternative.h"
 #include "base/byte_array.h"
 #include "platform/shared/std_font.h"
 #include "platform/types.h"
@@ -15,8 +17,47 @@ namespace marklet {
 
 enum class BagType { I2, I4, Boolean, Text, Bytes, Font };
 
-// One alternative a type, in the order of BagType behind monostate, which is a value that couldn't be had.
+// One alternative a type, in the order of BagType after monostate, which is a value that couldn't be had.
 using BagValue = std::variant<std::monostate, std::int16_t, Long, bool, std::u16string, ByteArray, FontRef>;
+inline constexpr std::size_t kBagTypes = std::variant_size_v<BagValue> - 1;
+
+// The place among the alternatives at which a value of this type stands.
+constexpr std::size_t AlternativeOf(BagType type) {
+  switch (type) {
+    case BagType::I2:
+      return kPlaceIn<std::int16_t, BagValue>;
+    case BagType::I4:
+      return kPlaceIn<Long, BagValue>;
+    case BagType::Boolean:
+      return kPlaceIn<bool, BagValue>;
+    case BagType::Text:
+      return kPlaceIn<std::u16string, BagValue>;
+    case BagType::Bytes:
+      return kPlaceIn<ByteArray, BagValue>;
+    case BagType::Font:
+      return kPlaceIn<FontRef, BagValue>;
+  }
+  return std::variant_npos;  // no type at all
+}
+
+// Whether a table has one row a type, in the order of BagType, so that a type is the index of its row.
+template <class Row, std::size_t Count>
+consteval bool HasRowForEachType(const Row (&rows)[Count]) {
+  if (Count != kBagTypes) throw "each type of a saved value must have a row";
+  for (std::size_t i = 0; i < Count; ++i)
+    if (AlternativeOf(rows[i].type) != i + 1) throw "the rows must follow the order of the types";
+  return true;
+}
+
+// Of a value that isn't monostate.
+template <class Row>
+constexpr const Row& RowOfValue(const Row (&rows)[kBagTypes], const BagValue& value) {
+  return rows[value.index() - 1];
+}
+template <class Row>
+constexpr const Row& RowOfType(const Row (&rows)[kBagTypes], BagType type) {
+  return rows[AlternativeOf(type) - 1];
+}
 
 class PropertyBag {
  public:

@@ -164,29 +164,62 @@ BagValue ReadFont(const VARIANT& source) {
   return font || !object.punkVal ? BagValue(std::move(font)) : BagValue();
 }
 
+// --- And into a variant, which is empty before ------------------------------------------------------------
+
+void WriteShort(HostFont&, const BagValue& value, VARIANT& result) {
+  result.vt = VT_I2;
+  result.iVal = std::get<std::int16_t>(value);
+}
+
+void WriteLong(HostFont&, const BagValue& value, VARIANT& result) {
+  result.vt = VT_I4;
+  result.lVal = std::get<Long>(value);
+}
+
+void WriteFlag(HostFont&, const BagValue& value, VARIANT& result) {
+  result.vt = VT_BOOL;
+  result.boolVal = std::get<bool>(value) ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
+void WriteText(HostFont&, const BagValue& value, VARIANT& result) {
+  result.bstrVal = NewBstr(std::get<std::u16string>(value));
+  result.vt = VT_BSTR;
+}
+
+void WriteBytes(HostFont&, const BagValue& value, VARIANT& result) {
+  VariantFromBytes(std::get<ByteArray>(value), result);
+}
+
+void WriteFont(HostFont& host_font, const BagValue& value, VARIANT& result) {
+  result.pdispVal = host_font.For(std::get<FontRef>(value)).Detach();
+  result.vt = VT_DISPATCH;
+}
+
+// --- The table of types -----------------------------------------------------------------------------------
+
+struct TypeRow {
+  BagType type;
+  VARTYPE asked_for;
+  BagValue (*read)(const VARIANT&);
+  void (*write)(HostFont&, const BagValue&, VARIANT&);
+};
+constexpr TypeRow kTypes[] = {
+    {BagType::I2, VT_I2, ReadShort, WriteShort},
+    {BagType::I4, VT_I4, ReadLong, WriteLong},
+    {BagType::Boolean, VT_BOOL, ReadFlag, WriteFlag},
+    {BagType::Text, VT_BSTR, ReadText, WriteText},
+    {BagType::Bytes, VT_ARRAY | VT_UI1, ReadBytes, WriteBytes},
+    {BagType::Font, VT_UNKNOWN, ReadFont, WriteFont},
+};
+static_assert(HasRowForEachType(kTypes));
+
 }  // namespace
 
+VARTYPE VariantTypeOf(BagType type) { return RowOfType(kTypes, type).asked_for; }
+
 bool VariantFromBagValue(HostFont& host_font, const BagValue& value, VARIANT& result) {
-  if (const auto* number = std::get_if<std::int16_t>(&value)) {
-    result.vt = VT_I2;
-    result.iVal = *number;
-  } else if (const auto* long_number = std::get_if<Long>(&value)) {
-    result.vt = VT_I4;
-    result.lVal = *long_number;
-  } else if (const auto* flag = std::get_if<bool>(&value)) {
-    result.vt = VT_BOOL;
-    result.boolVal = *flag ? VARIANT_TRUE : VARIANT_FALSE;
-  } else if (const auto* text = std::get_if<std::u16string>(&value)) {
-    result.bstrVal = NewBstr(*text);
-    result.vt = VT_BSTR;
-  } else if (const auto* array = std::get_if<ByteArray>(&value)) {
-    VariantFromBytes(*array, result);
-  } else if (const auto* font = std::get_if<FontRef>(&value)) {
-    result.pdispVal = host_font.For(*font).Detach();
-    result.vt = VT_DISPATCH;
-  } else {
-    return false;
-  }
+  if (std::holds_alternative<std::monostate>(value)) return false;
+  RowOfValue(kTypes, value).write(host_font, value, result);
   return true;
 }
 
@@ -196,13 +229,11 @@ void VariantFromBytes(const ByteArray& bytes, VARIANT& result) {
 }
 
 BagValue BagValueFromVariant(const VARIANT& source, BagType type) {
-  using Read = BagValue (*)(const VARIANT&);
-  constexpr Read kReaders[] = {ReadShort, ReadLong, ReadFlag, ReadText, ReadBytes, ReadFont};  // by BagType
   if ((source.vt & VT_BYREF) != 0 && !source.byref) return {};
   if (source.vt == (VT_BYREF | VT_VARIANT))
     return source.pvarVal->vt != (VT_BYREF | VT_VARIANT) ? BagValueFromVariant(*source.pvarVal, type)
                                                          : BagValue();
-  return kReaders[static_cast<std::size_t>(type)](source);
+  return RowOfType(kTypes, type).read(source);
 }
 
 }  // namespace marklet::activex

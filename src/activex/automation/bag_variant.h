@@ -7,6 +7,9 @@
 
 namespace marklet::activex {
 
+// What a bag is asked for that wants to be told a type.
+VARTYPE VariantTypeOf(BagType type);
+
 // `result` is empty before. False for a value that is none. Both throw std::bad_alloc.
 bool VariantFromBagValue(HostFont& host_font, const BagValue& value, VARIANT& result);
 void VariantFromBytes(const ByteArray& bytes, VARIANT& result);

@@ -9,9 +9,6 @@
 namespace marklet::activex {
 namespace {
 
-// By BagType. A bag that isn't told a type gives what it has; some want to be told.
-constexpr VARTYPE kVariantTypes[] = {VT_I2, VT_I4, VT_BOOL, VT_BSTR, VT_ARRAY | VT_UI1, VT_UNKNOWN};
-
 bool IsAboutType(HRESULT result) {
   return result == DISP_E_TYPEMISMATCH || result == DISP_E_OVERFLOW || result == DISP_E_BADVARTYPE;
 }
@@ -28,9 +25,10 @@ std::optional<BagValue> OleBag::ReadProperty(std::string_view name, BagType type
   const std::wstring wide_name = Wide(name);
   Variant value;
   HRESULT result = bag_.Read(wide_name.c_str(), &value, log_);
+  // A bag that isn't told a type gives what it has; some want to be told.
   if (FAILED(result) && result != E_INVALIDARG) {
     ::VariantClear(&value);
-    value.vt = kVariantTypes[static_cast<std::size_t>(type)];
+    value.vt = VariantTypeOf(type);
     value.llVal = 0;
     result = bag_.Read(wide_name.c_str(), &value, nullptr);
     if (FAILED(result)) {
