@@ -47,7 +47,7 @@ struct Effect {
   TextEffects effect;
   std::span<const Layer> layers;
   bool shades;            // uses the dark and the light tone
-  bool stops_at_failure;  // a layer that fails takes those behind it along
+  bool stops_at_failure;  // a layer that fails takes those after it along
 };
 
 constexpr Effect kEffects[] = {
@@ -61,8 +61,21 @@ struct Palette {
   COLORREF dark = MakeRgb(128, 128, 128), light = MakeRgb(255, 255, 255);
 
   OLE_COLOR ColourOf(Ink ink) const {
-    const std::array<OLE_COLOR, 6> inks = {face, background, effect, dark, light, MakeRgb(0, 0, 0)};
-    return inks[static_cast<std::size_t>(ink)];
+    switch (ink) {
+      case Ink::kFace:
+        return face;
+      case Ink::kBackground:
+        return background;
+      case Ink::kEffect:
+        return effect;
+      case Ink::kDark:
+        return dark;
+      case Ink::kLight:
+        return light;
+      case Ink::kBlack:
+        break;
+    }
+    return MakeRgb(0, 0, 0);
   }
 };
 

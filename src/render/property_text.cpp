@@ -130,21 +130,28 @@ Value ParseFont(const PropertyRow& row, std::string_view text) {
 
 Value ParseText(const PropertyRow&, std::string_view text) { return FromUtf8(text); }
 
-struct Parser {
-  ValueType type;
-  Value (*parse)(const PropertyRow&, std::string_view);
-};
-constexpr Parser kParsers[] = {
-    {ValueType::Boolean, ParseBoolean}, {ValueType::Number, ParseLongOrRefuse},
-    {ValueType::Colour, ParseColour},   {ValueType::Choice, ParseChoice},
-    {ValueType::Text, ParseText},       {ValueType::MousePointer, ParseLongOrRefuse},
-    {ValueType::Font, ParseFont},
-};
+using Parser = Value(const PropertyRow&, std::string_view);
 
-const Parser* ParserOf(ValueType type) {
-  const auto found = std::find_if(std::begin(kParsers), std::end(kParsers),
-                                  [type](const Parser& parser) { return parser.type == type; });
-  return found == std::end(kParsers) ? nullptr : found;
+// Null for what can't be given as text.
+Parser* ParserOf(ValueType type) {
+  switch (type) {
+    case ValueType::Boolean:
+      return ParseBoolean;
+    case ValueType::Number:
+    case ValueType::MousePointer:
+      return ParseLongOrRefuse;
+    case ValueType::Colour:
+      return ParseColour;
+    case ValueType::Choice:
+      return ParseChoice;
+    case ValueType::Text:
+      return ParseText;
+    case ValueType::Font:
+      return ParseFont;
+    case ValueType::Picture:
+      break;
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -161,9 +168,9 @@ NamedProperty FindNamedProperty(std::string_view name) {
 }
 
 Value ParseValue(const PropertyRow& row, std::string_view text) {
-  const Parser* parser = ParserOf(row.type);
-  if (parser == nullptr) throw RenderError(std::string(row.name) + " can't be given as text");
-  return parser->parse(row, text);
+  Parser* const parse = ParserOf(row.type);
+  if (parse == nullptr) throw RenderError(std::string(row.name) + " can't be given as text");
+  return parse(row, text);
 }
 
 void AssignProperty(Marklet& control, std::string_view name, std::string_view text) {

@@ -54,6 +54,34 @@ HRESULT PictureFromVariant(const VARIANT& source, Value& value) {
   return S_OK;
 }
 
+HRESULT ColourValueFromVariant(const VARIANT& source, Value& value) {
+  Long colour = 0;
+  if (!ColourFromVariant(source, colour)) return DISP_E_TYPEMISMATCH;
+  value = colour;
+  return S_OK;
+}
+
+HRESULT BooleanFromVariant(const VARIANT& source, Value& value) {
+  Variant flag;
+  const HRESULT result = Convert(source, VT_BOOL, flag);
+  if (SUCCEEDED(result)) value = flag.boolVal != VARIANT_FALSE;
+  return result;
+}
+
+HRESULT TextFromVariant(const VARIANT& source, Value& value) {
+  Variant text;
+  const HRESULT result = Convert(source, VT_BSTR, text);
+  if (SUCCEEDED(result)) value = FromBstr(text.bstrVal);
+  return result;
+}
+
+HRESULT LongFromVariant(const VARIANT& source, Value& value) {
+  Variant number;
+  const HRESULT result = Convert(source, VT_I4, number);
+  if (SUCCEEDED(result)) value = static_cast<Long>(number.lVal);
+  return result;
+}
+
 template <typename Interface>
 HRESULT PutObject(ComPtr<Interface> object, VARIANT& result) {
   result.vt = VT_DISPATCH;
@@ -75,27 +103,26 @@ bool ColourFromVariant(const VARIANT& source, Long& colour) {
 }
 
 HRESULT ValueFromVariant(const VARIANT& reference, ValueType type, Value& value) {
-  Variant source, converted;
-  HRESULT result = ::VariantCopyInd(&source, const_cast<VARIANT*>(&reference));
+  Variant source;
+  const HRESULT result = ::VariantCopyInd(&source, const_cast<VARIANT*>(&reference));
   if (FAILED(result)) return result;
-  if (type == ValueType::Font) return FontFromVariant(source, value);
-  if (type == ValueType::Picture) return PictureFromVariant(source, value);
-  if (type == ValueType::Colour) {
-    Long colour = 0;
-    if (!ColourFromVariant(source, colour)) return DISP_E_TYPEMISMATCH;
-    value = colour;
-    return S_OK;
+  switch (type) {
+    case ValueType::Font:
+      return FontFromVariant(source, value);
+    case ValueType::Picture:
+      return PictureFromVariant(source, value);
+    case ValueType::Colour:
+      return ColourValueFromVariant(source, value);
+    case ValueType::Boolean:
+      return BooleanFromVariant(source, value);
+    case ValueType::Text:
+      return TextFromVariant(source, value);
+    case ValueType::Number:
+    case ValueType::Choice:
+    case ValueType::MousePointer:
+      return LongFromVariant(source, value);
   }
-  const VARTYPE wanted = type == ValueType::Boolean ? VT_BOOL : type == ValueType::Text ? VT_BSTR : VT_I4;
-  result = Convert(source, wanted, converted);
-  if (FAILED(result)) return result;
-  if (wanted == VT_BOOL)
-    value = converted.boolVal != VARIANT_FALSE;
-  else if (wanted == VT_BSTR)
-    value = FromBstr(converted.bstrVal);
-  else
-    value = static_cast<Long>(converted.lVal);
-  return S_OK;
+  return E_UNEXPECTED;  // no type at all
 }
 
 HRESULT VariantFromValue(HostFont& host_font, const Value& value, ValueType type, VARIANT& result) {
@@ -113,12 +140,15 @@ HRESULT VariantFromValue(HostFont& host_font, const Value& value, ValueType type
       result.vt = VT_BOOL;
       result.boolVal = std::get<bool>(value) ? VARIANT_TRUE : VARIANT_FALSE;
       return S_OK;
-    default:
-      // Colours too: script languages have no unsigned numbers.
+    case ValueType::Number:
+    case ValueType::Colour:  // script languages have no unsigned numbers
+    case ValueType::Choice:
+    case ValueType::MousePointer:
       result.vt = VT_I4;
       result.lVal = std::get<Long>(value);
       return S_OK;
   }
+  return E_UNEXPECTED;  // no type at all
 }
 
 HostObjectRef WrapPicture(IUnknown* picture) {
