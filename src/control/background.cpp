@@ -5,6 +5,7 @@
 #include "base/rounding.h"
 #include "bitmaps/colour.h"
 #include "bitmaps/edge.h"
+#include "control/enumeration_values.h"
 #include "control/marklet.h"
 #include "platform/system.h"
 
@@ -18,7 +19,7 @@ bool Marklet::CheckSystemColors() {
 }
 
 void Marklet::DrawBackground(HDC dc, const RECT& rect) {
-  if (state_.BackStyle == 0) return;  // a transparent control has no background of its own
+  if (state_.BackStyle == backTransparent) return;  // a transparent control has no background of its own
   GradientRect(dc, state_.BackColor, state_.BackColor, rect.left, rect.top, WrapSub(rect.right, rect.left),
                WrapSub(rect.bottom, rect.top), false);
 }
@@ -26,7 +27,7 @@ void Marklet::DrawBackground(HDC dc, const RECT& rect) {
 // The colour that the edge of an opaque control is shaded from: its parent's, where that can be had.
 OLE_COLOR Marklet::EdgeBaseColour() {
   constexpr OLE_COLOR kButtonFace = 0x8000000F;
-  if (state_.BackStyle == 0) return kButtonFace;
+  if (state_.BackStyle == backTransparent) return kButtonFace;
   std::optional<Long> colour;
   IgnoreErrors([&] {
     if (const auto parent = host_.Parent()) colour = parent->GetLong("BackColor");
@@ -35,9 +36,9 @@ OLE_COLOR Marklet::EdgeBaseColour() {
 }
 
 void Marklet::DrawBorder(HDC dc, const RECT& rect) {
-  if (state_.BorderStyle != 1)
+  if (state_.BorderStyle != borderFixedSingle)
     DrawDesignersOutline(dc, rect);
-  else if (state_.Appearance != 1)
+  else if (state_.Appearance != appearance3d)
     FrameRectangle(dc, MakeRgb(0, 0, 0), rect.left, rect.top, rect.right, rect.bottom);
   else
     DrawSunkenEdge(dc, rect);
@@ -45,7 +46,7 @@ void Marklet::DrawBorder(HDC dc, const RECT& rect) {
 
 // A control that would show nothing at all is outlined in the designer, so that it can be found.
 void Marklet::DrawDesignersOutline(HDC dc, const RECT& rect) {
-  if (state_.Caption.empty() && state_.BackStyle == 0 && !host_.AmbientProperties().UserMode())
+  if (state_.Caption.empty() && state_.BackStyle == backTransparent && !host_.AmbientProperties().UserMode())
     DrawFocusRect(dc, rect);
 }
 

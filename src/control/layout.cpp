@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 #include "images/image_sizes.h"
+#include "text/caption_style.h"
 
 namespace marklet {
 
@@ -11,8 +12,8 @@ Long PixelsOfImageSize(Long image_size) {
 }
 
 ImageSide SideOfImage(Long image_alignment, bool right_to_left) {
-  if (image_alignment != 0 && image_alignment != 1) return ImageSide::Centred;
-  return (image_alignment == 0) == right_to_left ? ImageSide::Right : ImageSide::Left;
+  if (image_alignment != alignLeft && image_alignment != alignRight) return ImageSide::Centred;
+  return (image_alignment == alignLeft) == right_to_left ? ImageSide::Right : ImageSide::Left;
 }
 
 ImagePlace PlaceImage(const RECT& rect, ImageSide side, Long pixels, Long inset) {
@@ -21,10 +22,11 @@ ImagePlace PlaceImage(const RECT& rect, ImageSide side, Long pixels, Long inset)
       return {inset, inset};
     case ImageSide::Right:
       return {WrapSub(WrapSub(rect.right, pixels), 1 + inset), inset};
-    default:
-      // The inset moves a centred image down, never sideways.
-      return {RoundHalfEven((double(rect.right) - rect.left) / 2 - pixels / 2.0), inset};
+    case ImageSide::Centred:
+      break;
   }
+  // The inset moves a centred image down, never sideways.
+  return {RoundHalfEven((double(rect.right) - rect.left) / 2 - pixels / 2.0), inset};
 }
 
 RECT AdjustTextRect(const RECT& rect, ImageSide side, Long pixels) {

@@ -1,6 +1,7 @@
 // Where the layers of the picture go: pure arithmetic on rectangles, in pixels.
 #pragma once
 
+#include "control/enumeration_values.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -9,7 +10,7 @@ namespace marklet {
 Long PixelsOfImageSize(Long image_size);
 
 enum class ImageSide { Left, Right, Centred };
-// The side mirrors with the reading direction; any alignment but 0 and 1 means centred.
+// The side mirrors with the reading direction; any alignment but left and right means centred.
 ImageSide SideOfImage(Long image_alignment, bool right_to_left);
 
 struct ImagePlace {
@@ -27,6 +28,6 @@ RECT InsetByPadding(const RECT& rect, Long padding);
 
 // The rectangle within the border, 2 pixels wide on each side when there is one.
 RECT InsetByBorder(const RECT& rect, Long border_style);
-constexpr Long BorderInset(Long border_style) { return border_style == 1 ? 2 : 0; }
+constexpr Long BorderInset(Long border_style) { return border_style == borderFixedSingle ? 2 : 0; }
 
 }  // namespace marklet

@@ -1,20 +1,32 @@
 #include "control/library.h"
 
+#include <iterator>
+
+#include "control/enumeration_values.h"
+#include "images/image_sizes.h"
+#include "text/caption_style.h"
+
 namespace marklet {
 namespace {
 
-constexpr EnumMember kAppearance[] = {{"Flat", 0}, {"3d", 1}};
-constexpr EnumMember kBorder[] = {{"None", 0}, {"Fixed Single", 1}};
-constexpr EnumMember kHorizontal[] = {{"Left Justify", 0}, {"Right Justify", 1}, {"Center", 2}};
-constexpr EnumMember kHorizontalJ[] = {
-    {"Left Justify", 0}, {"Right Justify", 1}, {"Center", 2}, {"Justified", 3}};
-constexpr EnumMember kHorizontalLR[] = {{"Left Justify", 0}, {"Right Justify", 1}};
-constexpr EnumMember kVertical[] = {{"Top", 0}, {"Center", 2}, {"Bottom", 3}};  // there is no 1
-constexpr EnumMember kEffects[] = {{"effectNone", 0},   {"effectStroke", 1},  {"effectShadow", 2},
-                                   {"effectEmboss", 3}, {"effectEngrave", 4}, {"effectHollow", 5}};
+constexpr EnumMember kAppearance[] = {{"Flat", appearanceFlat}, {"3d", appearance3d}};
+constexpr EnumMember kBorder[] = {{"None", borderNone}, {"Fixed Single", borderFixedSingle}};
+constexpr EnumMember kHorizontal[] = {
+    {"Left Justify", alignLeft}, {"Right Justify", alignRight}, {"Center", alignCenter}};
+constexpr EnumMember kHorizontalJ[] = {{"Left Justify", alignLeft},
+                                       {"Right Justify", alignRight},
+                                       {"Center", alignCenter},
+                                       {"Justified", alignJustified}};
+constexpr EnumMember kHorizontalLR[] = {{"Left Justify", alignLeft}, {"Right Justify", alignRight}};
+constexpr EnumMember kVertical[] = {
+    {"Top", verticalTop}, {"Center", verticalCenter}, {"Bottom", verticalBottom}};
+constexpr EnumMember kEffects[] = {{"effectNone", effectNone},       {"effectStroke", effectStroke},
+                                   {"effectShadow", effectShadow},   {"effectEmboss", effectEmboss},
+                                   {"effectEngrave", effectEngrave}, {"effectHollow", effectHollow}};
 constexpr EnumMember kSizes[] = {{"16x16", 0}, {"24x24", 1}, {"32x32", 2},   {"48x48", 3},
                                  {"72x72", 4}, {"96x96", 5}, {"128x128", 6}, {"256x256", 7}};
-constexpr EnumMember kBackStyle[] = {{"TRANSPARENT", 0}, {"OPAQUE", 1}};
+static_assert(std::size(kSizes) == kImageSizes);
+constexpr EnumMember kBackStyle[] = {{"TRANSPARENT", backTransparent}, {"OPAQUE", backOpaque}};
 
 constexpr Argument kMouse[] = {{"Button", ArgumentType::I2},
                                {"Shift", ArgumentType::I2},

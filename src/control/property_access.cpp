@@ -2,6 +2,7 @@
 
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
+#include "control/enumeration_values.h"
 #include "control/layout.h"
 #include "markup/font_colour_tags.h"
 #include "platform/shared/os_tests.h"
@@ -74,7 +75,7 @@ void StoreAppearance(Marklet& control, const Value& value) {
   MarkletState& state = control.State();
   if (state.Appearance == appearance) return;
   state.Appearance = appearance;
-  state.BackColor = appearance != 0 ? kButtonFace : kWindow;
+  state.BackColor = appearance != appearanceFlat ? kButtonFace : kWindow;
 }
 
 void StoreUseMnemonic(Marklet& control, const Value& value) {

@@ -19,10 +19,10 @@ CaptionPen::CaptionPen(HDC context, std::u16string_view caption, const RECT& cap
       AvailableWidth(SaturatingAdd(caption_rect.right, -std::int64_t{caption_rect.left})),
       RunStyle(style) {
   if (style.Font) RunFont = *style.Font;
-  RunStyle.Alignment = 0;
+  RunStyle.Alignment = alignLeft;
   RunStyle.SingleLine = true;
-  RunStyle.VerticalAlignment = 3;
-  if (Alignment == 1) {
+  RunStyle.VerticalAlignment = verticalBottom;
+  if (Alignment == alignRight) {
     StartLineAtRight();
     PenX = LineStart;
   }

@@ -23,8 +23,8 @@ struct CaptionPen {
   std::pmr::monotonic_buffer_resource token_memory{token_bytes.data(), token_bytes.size()};
 
   HDC dc = nullptr;
-  RECT rect;           // of the caption
-  Long Alignment = 0;  // the caption's, where RunStyle has its own
+  RECT rect;                   // of the caption
+  Long Alignment = alignLeft;  // the caption's, where RunStyle has its own
   bool shaping = false;
   Tokens tokens;          // of the caption
   std::size_t index = 0;  // of the token at hand

@@ -65,7 +65,7 @@ void Draw(CaptionPen& pen, std::u16string_view text, Long height) {
 // The pen goes down by the height of what didn't fit, whatever stood on the line before.
 void NewLine(CaptionPen& pen, Long height) {
   pen.LineStart = pen.rect.left;
-  if (pen.Alignment == 1) {
+  if (pen.Alignment == alignRight) {
     const SIZE empty = pen.StartLineAtRight();
     FrameRectangle(pen.dc, MakeRgb(255, 0, 0), pen.LineStart, pen.PenY, pen.rect.right, empty.cy);
   }

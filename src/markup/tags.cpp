@@ -99,14 +99,14 @@ void CloseSuperscript(CaptionPen& pen) { Restore(pen); }
 void OpenSubscript(CaptionPen& pen) {
   if (!Shrink(pen)) return;
   pen.SubscriptActive = true;
-  pen.RunStyle.VerticalAlignment = 3;
+  pen.RunStyle.VerticalAlignment = verticalBottom;
   pen.SubscriptDrop = pen.Measure(u"Ab").cy / 3;
 }
 
 void CloseSubscript(CaptionPen& pen) {
   if (!Restore(pen)) return;
   pen.SubscriptActive = false;
-  pen.RunStyle.VerticalAlignment = 0;
+  pen.RunStyle.VerticalAlignment = verticalTop;
   pen.SubscriptDrop = 0;
 }
 

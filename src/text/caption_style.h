@@ -15,16 +15,16 @@ enum TextEffects : Long {
   effectHollow = 5,
 };
 
-enum class HorizontalJAlignment : Long { LeftJustify = 0, RightJustify = 1, Center = 2, Justified = 3 };
-enum class VertAlignment : Long { Top = 0, Center = 2, Bottom = 3 };
+enum HorizontalJAlignment : Long { alignLeft = 0, alignRight = 1, alignCenter = 2, alignJustified = 3 };
+enum VertAlignment : Long { verticalTop = 0, verticalCenter = 2, verticalBottom = 3 };  // there is no 1
 
 // Colours are RGB values, system colours already resolved, but for the default of ForeColor. Any number may
 // stand in the enumeration fields: saved properties are not checked.
 struct CaptionStyle {
   bool RightToLeft = false;
   bool SingleLine = false;
-  Long Alignment = 0;          // a HorizontalJAlignment
-  Long VerticalAlignment = 0;  // a VertAlignment
+  Long Alignment = alignLeft;            // a HorizontalJAlignment
+  Long VerticalAlignment = verticalTop;  // a VertAlignment
   OLE_COLOR ForeColor = 0x80000008;
   COLORREF BackColor = 0;
   COLORREF EffectColor = 0;

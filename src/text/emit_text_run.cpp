@@ -13,32 +13,28 @@ namespace {
 
 constexpr std::uint32_t ETO_CLIPPED = 4;
 
-constexpr Long kLeft = static_cast<Long>(HorizontalJAlignment::LeftJustify);
-constexpr Long kRight = static_cast<Long>(HorizontalJAlignment::RightJustify);
-constexpr Long kCenter = static_cast<Long>(HorizontalJAlignment::Center);
-constexpr Long kJustified = static_cast<Long>(HorizontalJAlignment::Justified);
-constexpr Long kVerticalCenter = static_cast<Long>(VertAlignment::Center);
-constexpr Long kBottom = static_cast<Long>(VertAlignment::Bottom);
+// Neither of the two background modes.
+constexpr int kNoBackgroundMode = 0;
 
 // Where a block of text starts that the platform doesn't place. Half of the bottom coordinate is taken, not
 // the middle of the rectangle: a rectangle that doesn't start at 0 has its text too high.
 Long BlockTop(const RECT& rect, const CaptionStyle& style) {
-  if (style.VerticalAlignment == kVerticalCenter) return WrapSub(rect.bottom / 2, style.TextHeight / 2);
-  if (style.VerticalAlignment == kBottom) return WrapSub(rect.bottom, style.TextHeight);
+  if (style.VerticalAlignment == verticalCenter) return WrapSub(rect.bottom / 2, style.TextHeight / 2);
+  if (style.VerticalAlignment == verticalBottom) return WrapSub(rect.bottom, style.TextHeight);
   return rect.top;
 }
 
 std::uint32_t HorizontalFlags(const CaptionStyle& style) {
-  const bool start_aligned = style.Alignment == kLeft || style.Alignment == kJustified;
+  const bool start_aligned = style.Alignment == alignLeft || style.Alignment == alignJustified;
   if (start_aligned) return style.RightToLeft ? DT_RIGHT : 0;
-  if (style.Alignment == kRight) return style.RightToLeft ? 0 : DT_RIGHT;
-  return style.Alignment == kCenter ? DT_CENTER : 0;
+  if (style.Alignment == alignRight) return style.RightToLeft ? 0 : DT_RIGHT;
+  return style.Alignment == alignCenter ? DT_CENTER : 0;
 }
 
 std::uint32_t VerticalFlags(const CaptionStyle& style) {
   if (!style.SingleLine) return 0;
-  if (style.VerticalAlignment == kVerticalCenter) return DT_VCENTER;
-  return style.VerticalAlignment == kBottom ? DT_BOTTOM : 0;
+  if (style.VerticalAlignment == verticalCenter) return DT_VCENTER;
+  return style.VerticalAlignment == verticalBottom ? DT_BOTTOM : 0;
 }
 
 // The height of the first run counts for all runs that share the style, whatever their fonts.
@@ -53,7 +49,7 @@ enum class Route { Unicode, Shaped, Manual };
 
 // Systems from Vista on shape by themselves; only justifying is beyond DrawTextW.
 Route RouteOf(std::u16string_view text, const CaptionStyle& style) {
-  const bool justified = style.Alignment == kJustified;
+  const bool justified = style.Alignment == alignJustified;
   if (!justified && IsVistaOrLater()) return Route::Unicode;
   if (UniscribeAvailable() && (justified || !IsNT4OrLater() || IsComplexText(text))) return Route::Shaped;
   return IsNT4OrLater() ? Route::Unicode : Route::Manual;
@@ -63,18 +59,18 @@ void DrawShaped(HDC dc, std::u16string_view text, RECT& rect, const CaptionStyle
   rect.top = BlockTop(rect, style);
   DrawScriptString(dc, ETO_CLIPPED, rect, text, 0, 0,
                    {.rtl = style.RightToLeft,
-                    .right = style.Alignment == kRight,
+                    .right = style.Alignment == alignRight,
                     .singleLine = style.SingleLine,
-                    .center = style.Alignment == kCenter,
-                    .justified = style.Alignment == kJustified});
+                    .center = style.Alignment == alignCenter,
+                    .justified = style.Alignment == alignJustified});
 }
 
 }  // namespace
 
 void EmitTextRun(HDC dc, std::u16string_view text, RECT& rect, CaptionStyle& style, bool in_effect) {
-  // Neither of the two background modes: text comes out without a box behind it on an opaque control too, so
-  // that the layers of an effect don't wipe each other out.
-  SetBkMode(dc, 0);
+  // Text comes out without a box behind it on an opaque control too, so that the layers of an effect don't
+  // wipe each other out.
+  SetBkMode(dc, kNoBackgroundMode);
   SetTextColor(dc, TranslateColor(style.ForeColor));
   if (!in_effect && style.TextEffect != effectNone) return DrawTextEffect(dc, text, rect, style);
   if (style.TextHeight == 0) MeasureTextHeight(dc, text, style);
@@ -85,8 +81,8 @@ void EmitTextRun(HDC dc, std::u16string_view text, RECT& rect, CaptionStyle& sty
     case Route::Shaped:
       return DrawShaped(dc, text, rect, style);
     case Route::Manual:
-      return DrawTextManual(dc, rect, text, style.VerticalAlignment == kVerticalCenter,
-                            style.Alignment == kCenter, style.Alignment == kRight);
+      return DrawTextManual(dc, rect, text, style.VerticalAlignment == verticalCenter,
+                            style.Alignment == alignCenter, style.Alignment == alignRight);
   }
 }
 

@@ -1,15 +1,13 @@
 #include "activex/control/picture.h"
 
 #include "activex/control/user_control.h"
+#include "control/enumeration_values.h"
 
 namespace marklet::activex {
 
 ::SIZE ControlPicture::Size() const { return host_.Size(); }
 
-bool ControlPicture::IsOpaque() const {
-  constexpr Long kTransparentStyle = 0;
-  return marklet_.State().BackStyle != kTransparentStyle;
-}
+bool ControlPicture::IsOpaque() const { return marklet_.State().BackStyle != backTransparent; }
 
 bool ControlPicture::PaintOn(CDib24& surface) {
   const ::SIZE size = Size();
