@@ -231,6 +231,32 @@ TEST_F(Activation, IsCutToTheClipRectangle) {
   DeleteObject(region);
 }
 
+LRESULT CALLBACK CountPlacing(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  const HANDLE former = GetPropW(window, L"former");
+  if (message == WM_WINDOWPOSCHANGING) SetPropW(window, L"placed", reinterpret_cast<HANDLE>(1));
+  return CallWindowProcW(reinterpret_cast<WNDPROC>(former), window, message, wparam, lparam);
+}
+
+TEST_F(Activation, IsNotPlacedAgainWhereItIs) {
+  Activate();
+  const RECT rect = {5, 6, 105, 46}, other = {5, 6, 106, 46};
+  const auto place = As<IOleInPlaceObject>(object_);
+  EXPECT_EQ(S_OK, place->SetObjectRects(&rect, &container_.clip));
+  SetPropW(window_, L"former", reinterpret_cast<HANDLE>(GetWindowLongPtrW(window_, GWLP_WNDPROC)));
+  SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountPlacing));
+  EXPECT_EQ(S_OK, place->SetObjectRects(&rect, &container_.clip));
+  EXPECT_FALSE(GetPropW(window_, L"placed"));
+  // Its place, not what it was told last, is what counts.
+  SetWindowPos(window_, nullptr, 0, 0, 10, 10, SWP_NOZORDER | SWP_NOACTIVATE);
+  EXPECT_EQ(S_OK, place->SetObjectRects(&rect, &container_.clip));
+  RECT now = RectInParent(window_);
+  EXPECT_TRUE(EqualRect(&rect, &now));
+  EXPECT_EQ(S_OK, place->SetObjectRects(&other, &container_.clip));
+  now = RectInParent(window_);
+  EXPECT_TRUE(EqualRect(&other, &now));
+  SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(GetPropW(window_, L"former")));
+}
+
 TEST_F(Activation, GrowsToItsCaptionThroughTheContainer) {
   Activate();
   EXPECT_EQ(S_OK, PutByName(object_.Get(), L"WordWrap", Variant::Bool(false)));

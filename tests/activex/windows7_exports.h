@@ -63,14 +63,13 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
      " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
     {"user32.dll", 0,
-     " BeginPaint CharLowerBuffW CharUpperBuffW CreateAcceleratorTableW CreateIconIndirect CreateWindowExW "
-     "DefWindowProcA"
-     " DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge DrawTextW EnableWindow"
-     " EndPaint EqualRect FillRect GetActiveWindow GetCapture GetClassInfoExW GetClientRect GetDC"
-     " GetKeyState GetSysColor GetWindowLongW IntersectRect LoadCursorW MessageBoxW MonitorFromWindow "
-     "OffsetRect PtInRect"
-     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW SetWindowPos"
-     " SetWindowRgn ShowWindow UnregisterClassW VkKeyScanW "},
+     " BeginPaint CharLowerBuffW CharUpperBuffW CreateAcceleratorTableW CreateIconIndirect"
+     " CreateWindowExW DefWindowProcA DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow"
+     " DrawEdge DrawTextW EnableWindow EndPaint EqualRect FillRect GetActiveWindow GetAncestor GetCapture"
+     " GetClassInfoExW GetClientRect GetDC GetKeyState GetSysColor GetWindowLongW GetWindowRect"
+     " IntersectRect LoadCursorW MapWindowPoints MessageBoxW MonitorFromWindow OffsetRect PtInRect"
+     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW"
+     " SetWindowPos SetWindowRgn ShowWindow UnregisterClassW VkKeyScanW "},
     {"user32.dll", 64, " GetWindowLongPtrW SetWindowLongPtrW "},
 };
 

@@ -95,6 +95,7 @@ bool ControlWindow::Create(::HWND parent, const ::RECT& position) {
   if (window_) return true;
   if (!RegisterWindowClass(&Procedure)) return false;
   ReleaseContext();
+  cut_ = false;
   ::CreateWindowExW(0, kClassName, Wide(marklet_.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
                     position.left, position.top, position.right - position.left,
                     position.bottom - position.top, parent, nullptr, ModuleInstance(), this);
@@ -129,13 +130,27 @@ void ControlWindow::ReleaseMouse() {
   return {client.right, client.bottom};
 }
 
+namespace {
+
+::RECT PositionInParent(::HWND window) {
+  ::RECT rect = {};
+  ::GetWindowRect(window, &rect);
+  ::MapWindowPoints(nullptr, ::GetAncestor(window, GA_PARENT), reinterpret_cast<::POINT*>(&rect), 2);
+  return rect;
+}
+
+}  // namespace
+
 void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
   if (!window_) return;
   ::RECT visible = position;
   const bool cut = clip && ::IntersectRect(&visible, &position, clip) && !::EqualRect(&visible, &position);
   if (cut) ::OffsetRect(&visible, -position.left, -position.top);
-  // The window owns the region from then on.
-  ::SetWindowRgn(window_, cut ? ::CreateRectRgnIndirect(&visible) : nullptr, TRUE);
+  // Containers say the same place again and again, and each of these calls is dear. The window owns the
+  // region from then on.
+  if (cut || cut_) ::SetWindowRgn(window_, cut ? ::CreateRectRgnIndirect(&visible) : nullptr, TRUE);
+  cut_ = cut;
+  if (const ::RECT now = PositionInParent(window_); ::EqualRect(&now, &position)) return;
   ::SetWindowPos(window_, nullptr, position.left, position.top, position.right - position.left,
                  position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -83,6 +83,7 @@ class ControlWindow {
   ::HDC paint_context_ = nullptr;     // of the paint message that is being answered
   ::HDC borrowed_context_ = nullptr;  // the window's, or a memory context
   bool borrowed_from_window_ = false;
+  bool cut_ = false;            // to a region smaller than itself
   short pressed_ = 0;           // the buttons that are down
   bool swallow_click_ = false;  // the release behind a double click is no click
 };
