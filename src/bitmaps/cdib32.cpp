@@ -23,8 +23,7 @@ void CDib32::CreateFromBitmap(HBITMAP bitmap) {
 
 void CDib32::StretchPaintTo(HDC destination, Long x, Long y, Long width, Long height,
                             std::uint32_t rop) const {
-  constexpr int kHalftone = 4;
-  SetStretchBltMode(destination, kHalftone);
+  SetStretchBltMode(destination, HALFTONE);
   StretchBlt(destination, x, y, OrOwn(width, Width()), OrOwn(height, Height()), hDC(), 0, 0, Width(),
              Height(), rop);
 }

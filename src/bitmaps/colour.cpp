@@ -7,11 +7,10 @@
 #include "base/rounding.h"
 #include "platform/gdi.h"
 #include "platform/system.h"
+#include "platform/system_colours.h"
 
 namespace marklet {
 namespace {
-
-constexpr OLE_COLOR kSystemColour = 0x80000000;
 
 COLORREF Resolved(OLE_COLOR colour) {
   const bool is_system_colour = (colour & 0xFFFFFF00u) == kSystemColour;

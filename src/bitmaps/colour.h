@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "platform/system_colours.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -29,7 +30,8 @@ void FrameRectangle(HDC dc, COLORREF colour, Long x, Long y, Long width, Long he
 
 // The system colours whose change a control has to notice, by index, in order. The first and fifth are the
 // same.
-inline constexpr std::array<int, 6> kWatchedSystemColours = {15, 13, 5, 8, 15, 18};
+inline constexpr std::array<int, 6> kWatchedSystemColours = {
+    COLOR_BTNFACE, COLOR_HIGHLIGHT, COLOR_WINDOW, COLOR_WINDOWTEXT, COLOR_BTNFACE, COLOR_BTNTEXT};
 // Whether any of them differs from the snapshot.
 bool SystemColoursChanged(const std::array<COLORREF, 6>& snapshot);
 

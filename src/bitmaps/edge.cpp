@@ -3,6 +3,7 @@
 #include "base/rounding.h"
 #include "bitmaps/hsv.h"
 #include "platform/system.h"
+#include "platform/system_colours.h"
 
 namespace marklet {
 namespace {
@@ -23,7 +24,8 @@ void Delete(HGDIOBJ& handle) {
 }  // namespace
 
 CEdge::CEdge()
-    : colours_{Translate(0x8000000F), Translate(0x80000015), Translate(0x80000014), Translate(0x80000010)},
+    : colours_{Translate(kButtonFace), Translate(kDarkShadow), Translate(kButtonHighlight),
+               Translate(kButtonShadow)},
       default_colours_(colours_) {}
 
 void CEdge::Attach(OLE_COLOR face, OLE_COLOR dark_shadow, OLE_COLOR highlight, OLE_COLOR shadow) {
@@ -91,12 +93,12 @@ void CEdge::DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t& flag
     return;
   }
   if (!objects_made_) MakeGDIObjects();
-  if ((flags & 0x800) != 0) {
+  if ((flags & BF_MIDDLE) != 0) {
     FillRect(dc, rect, face_brush_);
-    flags &= ~0x800u;
+    flags &= ~BF_MIDDLE;
   }
   DrawLines(dc, rect, edge, flags);
-  if ((flags & 0x2000) == 0) return;
+  if ((flags & BF_ADJUST) == 0) return;
   rect = {WrapAdd(rect.left, 4), WrapAdd(rect.top, 4), WrapSub(rect.right, 4), WrapSub(rect.bottom, 4)};
 }
 

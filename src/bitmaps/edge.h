@@ -42,8 +42,8 @@ class CEdge {
   void PutBaseColor(OLE_COLOR colour);
 
   // Draws the sides of `rect` that `flags` names; `edge` and `flags` are those of the platform's DrawEdge,
-  // which does the work as long as all four colours are the system's. Otherwise 0x800 is cleared in `flags`
-  // once the middle is filled, and 0x2000 shrinks `rect` by 4 on every side, whatever was drawn.
+  // which does the work as long as all four colours are the system's. Otherwise BF_MIDDLE is cleared in
+  // `flags` once the middle is filled, and BF_ADJUST shrinks `rect` by 4 on every side, whatever was drawn.
   void DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t& flags);
 
   // Deletes pens and brush; the next DrawEdge makes new ones.

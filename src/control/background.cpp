@@ -8,6 +8,7 @@
 #include "control/enumeration_values.h"
 #include "control/marklet.h"
 #include "platform/system.h"
+#include "platform/system_colours.h"
 
 namespace marklet {
 
@@ -26,7 +27,6 @@ void Marklet::DrawBackground(HDC dc, const RECT& rect) {
 
 // The colour that the edge of an opaque control is shaded from: its parent's, where that can be had.
 OLE_COLOR Marklet::EdgeBaseColour() {
-  constexpr OLE_COLOR kButtonFace = 0x8000000F;
   if (state_.BackStyle == backTransparent) return kButtonFace;
   std::optional<Long> colour;
   IgnoreErrors([&] {
@@ -51,11 +51,10 @@ void Marklet::DrawDesignersOutline(HDC dc, const RECT& rect) {
 }
 
 void Marklet::DrawSunkenEdge(HDC dc, RECT rect) {
-  constexpr std::uint32_t kSunken = 10;  // outer and inner line
-  std::uint32_t all_sides = 15;
+  std::uint32_t all_sides = BF_RECT;
   CEdge edge;
   edge.PutBaseColor(EdgeBaseColour());
-  edge.DrawEdge(dc, rect, kSunken, all_sides);
+  edge.DrawEdge(dc, rect, EDGE_SUNKEN, all_sides);
 }
 
 }  // namespace marklet

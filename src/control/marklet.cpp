@@ -1,6 +1,7 @@
 #include "control/marklet.h"
 
 #include "base/ignore_errors.h"
+#include "platform/system_colours.h"
 #include "text/string_helpers.h"
 
 namespace marklet {
@@ -46,7 +47,6 @@ void Marklet::RunSteps(const PropertyRow& row) {
 }
 
 void Marklet::UpdateColorFlag() {
-  constexpr OLE_COLOR kSystemColour = 0x80000000;
   state_.UsesSystemColors = ((state_.BackColor | state_.ForeColor | state_.EffectColor) & kSystemColour) != 0;
 }
 

@@ -5,17 +5,12 @@
 #include "control/marklet.h"
 #include "images/image_sizes.h"
 #include "markup/markup_caption.h"
+#include "platform/system_colours.h"
 #include "platform/text.h"
 #include "text/caption_style.h"
 #include "text/emit_text_run.h"
 
 namespace marklet {
-namespace {
-
-constexpr OLE_COLOR kButtonFace = 0x8000000F, kWindow = 0x80000005, kButtonShadow = 0x80000010;
-
-}  // namespace
-
 void Marklet::RedrawNow() {
   state_.BackBuffer.reset();
   PaintControl(nullptr);

@@ -8,6 +8,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/ascii.h"
 #include "control/library.h"
 #include "control/value.h"
 #include "host/property_bag.h"
@@ -92,12 +93,7 @@ std::span<const PropertyRow> Properties();
 // By name, without regard to case; null when there is none.
 const PropertyRow* FindProperty(std::string_view name);
 // Whether two names are one, without regard to case.
-constexpr bool SamePropertyName(std::string_view a, std::string_view b) {
-  constexpr auto kLowerCase = [](char ch) {
-    return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch + 'a' - 'A') : ch;
-  };
-  return std::ranges::equal(a, b, {}, kLowerCase, kLowerCase);
-}
+constexpr bool SamePropertyName(std::string_view a, std::string_view b) { return SameWithoutCase(a, b); }
 
 // Four more that no host can reach: their values come from saved forms alone. Their identifiers stay
 // unassigned in the type library.

@@ -67,8 +67,6 @@ void StoreFontSize(Marklet& control, const Value& value) {
 
 // --- Properties with a rule of their own ------------------------------------------------------------------
 
-constexpr OLE_COLOR kButtonFace = 0x8000000F, kWindow = 0x80000005;
-
 // A change of look brings the background that goes with it; nobody is told of that colour.
 void StoreAppearance(Marklet& control, const Value& value) {
   const Long appearance = std::get<Long>(value);

@@ -10,6 +10,7 @@
 #include "control/marklet.h"
 #include "control/properties.h"
 #include "platform/shared/std_font.h"
+#include "platform/system_colours.h"
 
 namespace marklet::property_table {
 
@@ -101,7 +102,7 @@ BagValue AmbientRightToLeft(Marklet& control);
 
 // Defaults have the types that saved forms have always given them.
 inline constexpr std::int16_t kShortZero = 0, kShortOne = 1;
-inline constexpr Long kZero = 0, kOne = 1, kButtonShadow = static_cast<Long>(0x80000010);
+inline constexpr Long kZero = 0, kOne = 1, kShadowColour = static_cast<Long>(kButtonShadow);
 
 // A field that is saved and loaded as it stands.
 template <auto Field>

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "platform/shared/std_font.h"
+#include "platform/system_colours.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -26,8 +27,8 @@ class Ambient {
  public:
   virtual ~Ambient() = default;
   virtual bool UserMode() = 0;               // false in a designer; true without an answer
-  virtual OLE_COLOR BackColor() = 0;         // 0x8000000F without an answer
-  virtual OLE_COLOR ForeColor() = 0;         // 0x80000012 without an answer
+  virtual OLE_COLOR BackColor() = 0;         // kButtonFace without an answer
+  virtual OLE_COLOR ForeColor() = 0;         // kButtonText without an answer
   virtual FontRef Font() = 0;                // never null; Tahoma 8.25 without an answer
   virtual std::u16string DisplayName() = 0;  // empty without an answer
   virtual bool RightToLeft() = 0;            // false without an answer

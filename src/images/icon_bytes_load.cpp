@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 
+#include "base/ascii.h"
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
 #include "bitmaps/cdib24.h"
@@ -21,12 +22,9 @@ constexpr COLORREF kMagenta = MakeRgb(255, 0, 255);
 constexpr Long kRefusedWidth = 64;
 constexpr Long kPictureDepthIndex = 3, kPictureBits = 24;
 
-// The last three characters of a path, in capitals.
-std::u16string TypeOf(std::u16string_view path) {
-  std::u16string type(path.substr(path.size() - std::min<std::size_t>(path.size(), 3)));
-  for (char16_t& ch : type)
-    if (ch >= u'a' && ch <= u'z') ch = static_cast<char16_t>(ch - u'a' + u'A');
-  return type;
+// The last three characters of a path.
+std::u16string_view TypeOf(std::u16string_view path) {
+  return path.substr(path.size() - std::min<std::size_t>(path.size(), 3));
 }
 
 void Complain(std::u16string_view text, std::u16string_view title) {
@@ -86,13 +84,13 @@ void CIconBytes::LoadFromFile(std::u16string_view path) {
   IgnoreErrors([&] {
     state_.IsPicture = false;
     state_.Picture = nullptr;
-    const std::u16string type = TypeOf(path);
-    if (type == u"ICO") return LoadIcon(path);
-    if (type == u"PNG") return LoadPng(path);
+    const std::u16string_view type = TypeOf(path);
+    if (SameWithoutCase(type, u"ico")) return LoadIcon(path);
+    if (SameWithoutCase(type, u"png")) return LoadPng(path);
     const PictureRef picture = LoadPicture(path);
     if (picture == nullptr) return;
     state_.Picture = picture;
-    LoadFromPictureObject(picture, type == u"JPG");
+    LoadFromPictureObject(picture, SameWithoutCase(type, u"jpg"));
   });
 }
 

@@ -53,8 +53,8 @@ void GdiFlush();
 bool BitBlt(HDC destination, Long x, Long y, Long width, Long height, HDC source, Long source_x,
             Long source_y, std::uint32_t rop);
 
-// How StretchBlt makes one pixel of several; only 4, which averages where the platform can, is used. Returns
-// the former mode, 0 on failure.
+// How StretchBlt makes one pixel of several; only HALFTONE, which averages where the platform can, is used.
+// Returns the former mode, 0 on failure.
 int SetStretchBltMode(HDC dc, int mode);
 // The same as BitBlt to a rectangle of another size. What lies between pixels, and alpha where the sizes
 // differ, is the platform's choice; a plain area keeps its colour. The two must be different surfaces. Parts
@@ -88,10 +88,8 @@ bool LineTo(HDC dc, Long x, Long y);
 // The dotted frame that marks the focus: pixels on the rectangle's edge whose x + y is odd are inverted.
 bool DrawFocusRect(HDC dc, const RECT& rect);
 
-// Draws sides of a rectangle as a three-dimensional edge in the system's colours. Bits of `edge`: 1 raised
-// outer line, 2 sunken outer, 4 raised inner, 8 sunken inner. Of `flags`: 1 left, 2 top, 4 right, 8 bottom,
-// 0x800 fills the middle with the face colour, 0x2000 takes the width of the lines off the drawn sides of
-// `rect`.
+// Draws sides of a rectangle as a three-dimensional edge in the system's colours. `edge` has bits of BDR_,
+// `flags` bits of BF_.
 bool DrawEdge(HDC dc, RECT& rect, std::uint32_t edge, std::uint32_t flags);
 
 struct BITMAP {

@@ -67,6 +67,27 @@ constexpr std::uint32_t SRCAND = 0x008800C6;
 constexpr std::uint32_t SRCINVERT = 0x00660046;
 constexpr std::uint32_t NOTSRCCOPY = 0x00330008;
 
+// How StretchBlt makes one pixel of several: by averaging.
+constexpr int HALFTONE = 4;
+
+// Which lines of an edge DrawEdge raises or sinks.
+constexpr std::uint32_t BDR_RAISEDOUTER = 1;
+constexpr std::uint32_t BDR_SUNKENOUTER = 2;
+constexpr std::uint32_t BDR_RAISEDINNER = 4;
+constexpr std::uint32_t BDR_SUNKENINNER = 8;
+constexpr std::uint32_t BDR_OUTER = BDR_RAISEDOUTER | BDR_SUNKENOUTER;
+constexpr std::uint32_t BDR_INNER = BDR_RAISEDINNER | BDR_SUNKENINNER;
+constexpr std::uint32_t EDGE_SUNKEN = BDR_SUNKENOUTER | BDR_SUNKENINNER;
+
+// The sides that DrawEdge draws, and what it does beyond that.
+constexpr std::uint32_t BF_LEFT = 1;
+constexpr std::uint32_t BF_TOP = 2;
+constexpr std::uint32_t BF_RIGHT = 4;
+constexpr std::uint32_t BF_BOTTOM = 8;
+constexpr std::uint32_t BF_RECT = BF_LEFT | BF_TOP | BF_RIGHT | BF_BOTTOM;
+constexpr std::uint32_t BF_MIDDLE = 0x800;   // fills the middle with the face colour
+constexpr std::uint32_t BF_ADJUST = 0x2000;  // takes the lines' width off the drawn sides of the rectangle
+
 // Format flags of DrawTextW and DrawTextA.
 constexpr std::uint32_t DT_CENTER = 0x1;
 constexpr std::uint32_t DT_RIGHT = 0x2;

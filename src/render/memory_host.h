@@ -5,6 +5,7 @@
 #include "bitmaps/cdib24.h"
 #include "control/marklet.h"
 #include "host/user_control.h"
+#include "platform/system_colours.h"
 
 namespace marklet {
 
@@ -52,8 +53,8 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   class DefaultAmbient final : public Ambient {
    public:
     bool UserMode() override { return true; }
-    OLE_COLOR BackColor() override { return 0x8000000F; }
-    OLE_COLOR ForeColor() override { return 0x80000012; }
+    OLE_COLOR BackColor() override { return kButtonFace; }
+    OLE_COLOR ForeColor() override { return kButtonText; }
     FontRef Font() override { return font_; }
     std::u16string DisplayName() override { return {}; }
     bool RightToLeft() override { return false; }
@@ -77,7 +78,7 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   Long surface_width_ = 0, surface_height_ = 0;  // what the surface was made for
   bool enabled_ = true;
   FontRef font_ = std::make_shared<StdFont>();
-  OLE_COLOR back_color_ = 0x8000000F;
+  OLE_COLOR back_color_ = kButtonFace;
   HostObjectRef mouse_icon_;
   Long mouse_pointer_ = 0;
   std::u16string access_keys_;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <limits>
 
+#include "base/ascii.h"
 #include "render/render_error.h"
 #include "render/text.h"
 
@@ -16,9 +17,9 @@ namespace {
 
 Value ParseBoolean(const PropertyRow& row, std::string_view text) {
   for (const std::string_view yes : {"true", "1", "-1"})
-    if (SameWord(text, yes)) return true;
+    if (SameWithoutCase(text, yes)) return true;
   for (const std::string_view no : {"false", "0"})
-    if (SameWord(text, no)) return false;
+    if (SameWithoutCase(text, no)) return false;
   Refuse(row, text, "it is true or false");
 }
 
@@ -67,7 +68,7 @@ std::string NamesOf(const Enumeration& enumeration) {
 // Names first: some start with a digit.
 Value ParseChoice(const PropertyRow& row, std::string_view text) {
   for (const EnumMember& member : row.enumeration->members)
-    if (SameWord(member.name, text)) return member.value;
+    if (SameWithoutCase(member.name, text)) return member.value;
   const auto number = ParseNumber(text);
   const bool fits =
       number && *number >= std::numeric_limits<Long>::min() && *number <= std::numeric_limits<Long>::max();
@@ -104,7 +105,7 @@ bool PutStyles(StdFont& font, std::string_view words) {
     if (word.empty()) continue;
     const auto* const style =
         std::find_if(std::begin(kFontStyles), std::end(kFontStyles),
-                     [word](const FontStyle& known) { return SameWord(known.name, word); });
+                     [word](const FontStyle& known) { return SameWithoutCase(known.name, word); });
     if (style == std::end(kFontStyles)) return false;
     (font.*style->put)(true);
   }
@@ -159,7 +160,7 @@ Parser* ParserOf(ValueType type) {
 NamedProperty FindNamedProperty(std::string_view name) {
   NamedProperty result{FindProperty(name), false};
   for (const PropertyRow& row : HiddenProperties())
-    if (SameWord(row.name, name)) result = {&row, true};
+    if (SameWithoutCase(row.name, name)) result = {&row, true};
   if (result.row == nullptr) throw RenderError("there is no property " + Quoted(name));
   if (result.row->store == nullptr) throw RenderError(std::string(result.row->name) + " can only be read");
   if (ParserOf(result.row->type) == nullptr)

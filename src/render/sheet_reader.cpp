@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/ascii.h"
 #include "render/render_error.h"
 #include "render/text.h"
 
@@ -117,7 +118,7 @@ Json Parse(std::string_view json) {
 
 bool NamesAnImage(const PropertyTexts& properties) {
   return std::any_of(properties.begin(), properties.end(), [](const auto& property) {
-    return SameWord(property.first, "ImageKey") || SameWord(property.first, "ImageKeyhover");
+    return SameWithoutCase(property.first, "ImageKey") || SameWithoutCase(property.first, "ImageKeyhover");
   });
 }
 

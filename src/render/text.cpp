@@ -9,8 +9,6 @@
 namespace marklet {
 namespace {
 
-char Lower(char ch) { return ch >= 'A' && ch <= 'Z' ? static_cast<char>(ch + 32) : ch; }
-
 template <class Number>
 std::optional<Number> ParseWhole(std::string_view text, int base) {
   Number value{};
@@ -20,11 +18,6 @@ std::optional<Number> ParseWhole(std::string_view text, int base) {
 }
 
 }  // namespace
-
-bool SameWord(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return Lower(x) == Lower(y); });
-}
 
 std::string Quoted(std::string_view text) {
   constexpr std::size_t kMost = 60;

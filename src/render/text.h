@@ -9,9 +9,6 @@
 
 namespace marklet {
 
-// Without regard to the case of ASCII letters.
-bool SameWord(std::string_view a, std::string_view b);
-
 // The text in quotes for a message, control characters shown as \xNN and a long one cut.
 std::string Quoted(std::string_view text);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/shared/std_font.h"
+#include "platform/system_colours.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -25,7 +26,7 @@ struct CaptionStyle {
   bool SingleLine = false;
   Long Alignment = alignLeft;            // a HorizontalJAlignment
   Long VerticalAlignment = verticalTop;  // a VertAlignment
-  OLE_COLOR ForeColor = 0x80000008;
+  OLE_COLOR ForeColor = kWindowText;
   COLORREF BackColor = 0;
   COLORREF EffectColor = 0;
   FontRef Font;

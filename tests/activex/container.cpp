@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "platform/system_colours.h"
+
 namespace ocx_test {
 namespace {
 
@@ -12,7 +14,7 @@ HWND CreateContainerWindow() {
   WNDCLASSW description = {};
   description.lpfnWndProc = DefWindowProcW;
   description.hInstance = GetModuleHandleW(nullptr);
-  description.hbrBackground = GetSysColorBrush(COLOR_WINDOW);
+  description.hbrBackground = GetSysColorBrush(marklet::COLOR_WINDOW);
   description.lpszClassName = kWindowClass;
   RegisterClassW(&description);
   const HWND window = CreateWindowExW(0, kWindowClass, L"", WS_POPUP, 100, 100, 400, 300, nullptr, nullptr,

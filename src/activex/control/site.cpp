@@ -4,6 +4,7 @@
 #include "activex/automation/font.h"
 #include "activex/automation/value_conversion.h"
 #include "activex/com/text.h"
+#include "platform/system_colours.h"
 
 namespace marklet::activex {
 
@@ -48,8 +49,8 @@ LCID SiteAmbient::LocaleId() {
   return Read(DISPID_AMBIENT_LOCALEID, VT_I4, value) ? static_cast<LCID>(value.lVal) : LOCALE_USER_DEFAULT;
 }
 
-OLE_COLOR SiteAmbient::BackColor() { return ReadColour(DISPID_AMBIENT_BACKCOLOR, 0x8000000F); }
-OLE_COLOR SiteAmbient::ForeColor() { return ReadColour(DISPID_AMBIENT_FORECOLOR, 0x80000012); }
+OLE_COLOR SiteAmbient::BackColor() { return ReadColour(DISPID_AMBIENT_BACKCOLOR, kButtonFace); }
+OLE_COLOR SiteAmbient::ForeColor() { return ReadColour(DISPID_AMBIENT_FORECOLOR, kButtonText); }
 
 FontRef SiteAmbient::Font() {
   Variant value;

@@ -6,6 +6,7 @@
 #include "activex/control/window.h"
 #include "control/marklet.h"
 #include "host/user_control.h"
+#include "platform/system_colours.h"
 
 namespace marklet::activex {
 
@@ -93,7 +94,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   bool enabled_ = true;
   bool user_mode_ = true;  // as the window knows it
   FontRef font_ = std::make_shared<StdFont>();
-  OLE_COLOR back_color_ = 0x8000000F;
+  OLE_COLOR back_color_ = kButtonFace;
   HostObjectRef mouse_icon_;
   Long mouse_pointer_ = 0;
   std::u16string access_keys_;

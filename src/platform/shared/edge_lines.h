@@ -11,16 +11,16 @@ namespace marklet {
 // Which colour a line has; kNone for an edge with both bits of a pair, which has no colour of its own.
 enum class EdgeShade { kFace, kDkShadow, kHighlight, kShadow, kNone };
 
-// `part` is the edge's outer bits (3) or its inner bits (12). Left and top are the near sides.
+// `part` is the edge's outer bits (BDR_OUTER) or its inner bits (BDR_INNER). Left and top are the near sides.
 constexpr EdgeShade ShadeOf(std::uint32_t part, bool near_side) {
   switch (part) {
-    case 1:
+    case BDR_RAISEDOUTER:
       return near_side ? EdgeShade::kFace : EdgeShade::kDkShadow;
-    case 2:
+    case BDR_SUNKENOUTER:
       return near_side ? EdgeShade::kShadow : EdgeShade::kHighlight;
-    case 4:
+    case BDR_RAISEDINNER:
       return near_side ? EdgeShade::kHighlight : EdgeShade::kShadow;
-    case 8:
+    case BDR_SUNKENINNER:
       return near_side ? EdgeShade::kDkShadow : EdgeShade::kFace;
     default:
       return EdgeShade::kNone;
@@ -43,16 +43,21 @@ void ForEachEdgeLine(const RECT& rect, std::uint32_t edge, std::uint32_t flags, 
     End from, to;
   };
   constexpr Line kLines[] = {
-      {1, 3, {false, true, 0, -1}, {false, false, 0, 0}}, {1, 12, {false, true, 1, -2}, {false, false, 1, 1}},
-      {2, 3, {false, false, 0, 0}, {true, false, 0, 0}},  {2, 12, {false, false, 1, 1}, {true, false, -1, 1}},
-      {4, 3, {true, false, -1, 0}, {true, true, -1, -1}}, {4, 12, {true, false, -2, 2}, {true, true, -2, -2}},
-      {8, 3, {true, true, -1, -1}, {false, true, 0, -1}}, {8, 12, {true, true, -2, -2}, {false, true, 1, -2}},
+      {BF_LEFT, BDR_OUTER, {false, true, 0, -1}, {false, false, 0, 0}},
+      {BF_LEFT, BDR_INNER, {false, true, 1, -2}, {false, false, 1, 1}},
+      {BF_TOP, BDR_OUTER, {false, false, 0, 0}, {true, false, 0, 0}},
+      {BF_TOP, BDR_INNER, {false, false, 1, 1}, {true, false, -1, 1}},
+      {BF_RIGHT, BDR_OUTER, {true, false, -1, 0}, {true, true, -1, -1}},
+      {BF_RIGHT, BDR_INNER, {true, false, -2, 2}, {true, true, -2, -2}},
+      {BF_BOTTOM, BDR_OUTER, {true, true, -1, -1}, {false, true, 0, -1}},
+      {BF_BOTTOM, BDR_INNER, {true, true, -2, -2}, {false, true, 1, -2}},
   };
   const auto x = [&](const End& end) { return WrapAdd(end.far_x ? rect.right : rect.left, end.dx); };
   const auto y = [&](const End& end) { return WrapAdd(end.far_y ? rect.bottom : rect.top, end.dy); };
   for (const Line& line : kLines) {
     if ((flags & line.flag) == 0 || (edge & line.part) == 0) continue;
-    draw(ShadeOf(edge & line.part, line.flag <= 2), x(line.from), y(line.from), x(line.to), y(line.to));
+    draw(ShadeOf(edge & line.part, (line.flag & (BF_LEFT | BF_TOP)) != 0), x(line.from), y(line.from),
+         x(line.to), y(line.to));
   }
 }
 

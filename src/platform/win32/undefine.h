@@ -1,13 +1,36 @@
 // Removes the macros of the Windows headers that collide with names of ours. Included by sdk.h and sdk_ole.h
 // after the platform's headers; each may define some again, so that there is no guard.
 
-// Constants that types.h and uniscribe.h give as typed values.
+// Constants that types.h, system_colours.h and uniscribe.h give as typed values.
 #undef RGB
 #undef CLR_INVALID
 #undef SRCCOPY
 #undef SRCAND
 #undef SRCINVERT
 #undef NOTSRCCOPY
+#undef HALFTONE
+#undef BDR_RAISEDOUTER
+#undef BDR_SUNKENOUTER
+#undef BDR_RAISEDINNER
+#undef BDR_SUNKENINNER
+#undef BDR_OUTER
+#undef BDR_INNER
+#undef EDGE_SUNKEN
+#undef BF_LEFT
+#undef BF_TOP
+#undef BF_RIGHT
+#undef BF_BOTTOM
+#undef BF_RECT
+#undef BF_MIDDLE
+#undef BF_ADJUST
+#undef COLOR_WINDOW
+#undef COLOR_WINDOWTEXT
+#undef COLOR_HIGHLIGHT
+#undef COLOR_BTNFACE
+#undef COLOR_BTNSHADOW
+#undef COLOR_BTNTEXT
+#undef COLOR_BTNHIGHLIGHT
+#undef COLOR_3DDKSHADOW
 #undef DT_CENTER
 #undef DT_RIGHT
 #undef DT_VCENTER

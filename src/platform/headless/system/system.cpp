@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
+#include "base/ascii.h"
 #include "platform/headless/recorder/hook.h"
 #include "platform/headless/system/window.h"
 
@@ -56,15 +56,10 @@ COLORREF SystemColour(int index) {
   return kClassicColours[static_cast<std::size_t>(index)];
 }
 
-bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
-
 bool LibraryExists(std::string_view name) {
   const auto& configured = Configuration().libraries;
   if (const auto found = configured.find(name); found != configured.end()) return found->second;
-  return SameName(name, "usp10.dll");
+  return SameWithoutCase(name, "usp10.dll");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/ascii.h"
 #include "base/rounding.h"
 #include "platform/headless/text/font_system.h"
 #include "platform/headless/text/shaping.h"
@@ -33,15 +34,9 @@ constexpr Substitute kSubstitutes[] = {
     {u"Segoe UI", "Segoe UI,DejaVu Sans Condensed,sans"},
 };
 
-bool SameLetters(std::u16string_view a, std::u16string_view b) {
-  const auto lower = [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [&lower](char16_t x, char16_t y) { return lower(x) == lower(y); });
-}
-
 const Substitute* SubstituteFor(std::u16string_view name) {
   const auto found = std::find_if(std::begin(kSubstitutes), std::end(kSubstitutes),
-                                  [name](const Substitute& row) { return SameLetters(row.name, name); });
+                                  [name](const Substitute& row) { return SameWithoutCase(row.name, name); });
   return found == std::end(kSubstitutes) ? nullptr : found;
 }
 
