@@ -173,9 +173,9 @@ void AddKeyed(Long size) {
 // Into pixels that are there already: what a surface costs is another matter.
 void AddResizers(Long from, Long to) {
   const std::string sizes = ", " + std::to_string(from) + " to " + std::to_string(to);
-  const auto resample = [=](benchmark::State& state, void (*work)(const AlphaPixels&, const AlphaPixels&)) {
+  const auto resample = [=](benchmark::State& state, void (*work)(const PixelView&, const PixelView&)) {
     const auto source = Picture(from, true), target = Picture(to, true);
-    while (state.KeepRunning()) work({source->Bits(), from, from}, {target->Bits(), to, to});
+    while (state.KeepRunning()) work(source->View(), target->View());
   };
   Add("ResampleNearest" + sizes + "/marklet", [=](benchmark::State& state) { resample(state, CopyNearest); });
   Add("ResampleArea" + sizes + "/marklet", [=](benchmark::State& state) { resample(state, AverageArea); });

@@ -29,10 +29,6 @@ void BlendRow(const std::uint8_t* source, std::uint8_t* destination, int destina
   }
 }
 
-bool IsKey(const std::uint8_t* pixel) {
-  return pixel[0] == BlueOf(KeyColour) && pixel[1] == GreenOf(KeyColour) && pixel[2] == RedOf(KeyColour);
-}
-
 }  // namespace
 
 float ShareOf(std::uint8_t constant) { return static_cast<float>(constant / 255.0); }
@@ -69,7 +65,7 @@ void GreyPixels(std::uint8_t* pixels, std::ptrdiff_t count, bool spare_key) {
   if (TakesAvx2()) return GreyPixelsAvx2(pixels, count, spare_key);
 #endif
   for (std::ptrdiff_t i = 0; i < count; ++i, pixels += kBytesPerAlphaPixel) {
-    if (spare_key && IsKey(pixels)) continue;
+    if (spare_key && IsKeyPixel(pixels)) continue;
     // Thirds are never halfway between integers.
     pixels[0] = pixels[1] = pixels[2] =
         static_cast<std::uint8_t>((pixels[0] + pixels[1] + pixels[2] + 1) / 3);

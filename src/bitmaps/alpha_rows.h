@@ -4,21 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/types.h"
+#include "bitmaps/pixel_loops.h"
 
 namespace marklet {
-
-constexpr Long kBytesPerAlphaPixel = 4;  // blue, green, red, alpha
-
-// Rows of blue, green, red, alpha without padding, from the picture's bottom line up.
-struct AlphaPixels {
-  std::uint8_t* bits;
-  Long width, height;
-
-  std::uint8_t* Row(Long y) const {
-    return bits + static_cast<std::ptrdiff_t>(y) * width * kBytesPerAlphaPixel;
-  }
-};
 
 // The part of its alpha that a pixel keeps: `constant` / 255.
 float ShareOf(std::uint8_t constant);

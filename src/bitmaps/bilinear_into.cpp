@@ -6,7 +6,7 @@
 #include "bitmaps/cdib24.h"
 #include "bitmaps/colour_mix.h"
 #include "bitmaps/colour_mix_avx2.h"
-#include "bitmaps/pixel_rows.h"
+#include "bitmaps/pixel_loops.h"
 
 namespace marklet {
 namespace {
@@ -63,7 +63,7 @@ void MixColumnsPlain(const Tap* targets, Long count, const Slots& slots, COLORRE
   for (const Tap* target = targets; target != targets + count; ++target, out += kBytesPerPixel) {
     const std::size_t left = Index(target->first), right = Index(target->second);
     if ((slots.keyed[left] | slots.keyed[right]) != 0) {
-      std::memcpy(out, kKeyBytes, kBytesPerPixel);
+      PutKeyPixel(out);
     } else {
       Mix(slots.mixed[left], slots.mixed[right], target->ratio, out);
     }
@@ -140,7 +140,7 @@ Mixers ChosenMixers() {
 // columns that it needs are mixed between two rows, each once; then neighbours among these are mixed.
 class BilinearStrip {
  public:
-  BilinearStrip(const PixelRows& source, const PixelRows& destination, Long begin, COLORREF key)
+  BilinearStrip(const PixelView& source, const PixelView& destination, Long begin, COLORREF key)
       : source_(source),
         destination_(destination),
         begin_(begin),
@@ -172,7 +172,8 @@ class BilinearStrip {
     } else {
       mixers_.single(pairs(0, pairs_), slots);
     }
-    mixers_.columns(targets_.data(), count_, slots, key_, destination_.At(begin_, y));
+    mixers_.columns(targets_.data(), count_, slots, key_,
+                    destination_.Row(y) + std::ptrdiff_t{begin_} * kBytesPerPixel);
   }
 
  private:
@@ -193,7 +194,7 @@ class BilinearStrip {
   // A strip begins a pair for each of its columns at most twice.
   static constexpr std::size_t kSlots = std::size_t{4} * kStripColumns;
 
-  PixelRows source_, destination_;
+  PixelView source_, destination_;
   Long begin_, count_;
   COLORREF key_;
   Mixers mixers_ = ChosenMixers();
@@ -210,9 +211,7 @@ class BilinearStrip {
 bool CDib24::BilinearInto(CDib24& destination, COLORREF key) const {
   if (Bits() == nullptr || destination.Bits() == nullptr || &destination == this) return false;
   GdiFlush();
-  const PixelRows from{Bits(), Width(), Height(), BytesPerScanLine()};
-  const PixelRows to{destination.Bits(), destination.Width(), destination.Height(),
-                     destination.BytesPerScanLine()};
+  const PixelView from = View(), to = destination.View();
   const float row_step = StepOf(from.height, to.height);
   for (Long begin = 0; begin < to.width; begin += kStripColumns) {
     BilinearStrip strip(from, to, begin, key);

@@ -5,7 +5,7 @@
 #include "base/rounding.h"
 #include "bitmaps/cdib24.h"
 #include "bitmaps/nearest_axis.h"
-#include "bitmaps/pixel_rows.h"
+#include "bitmaps/pixel_loops.h"
 
 namespace marklet {
 namespace {
@@ -22,11 +22,7 @@ const std::array<std::uint8_t, 3 * 255 + 1>& Means() {
   return means;
 }
 
-bool IsKeyPixel(const std::uint8_t* pixel) {
-  return pixel[0] == kKeyBytes[0] && pixel[1] == kKeyBytes[1] && pixel[2] == kKeyBytes[2];
-}
-
-void NearestStrip(const PixelRows& source, const PixelRows& destination, Long begin) {
+void NearestStrip(const PixelView& source, const PixelView& destination, Long begin) {
   const Long count = std::min(kStripColumns, destination.width - begin);
   std::array<Long, kStripColumns> offsets;
   const NearestAxis columns(source.width, destination.width);
@@ -59,7 +55,7 @@ void CDib24::Grayscale(COLORREF& key) {
   if (Bits() == nullptr) return;
   GdiFlush();
   const auto& means = Means();
-  const PixelRows pixels{Bits(), Width(), Height(), BytesPerScanLine()};
+  const PixelView pixels = View();
   for (Long y = 0; y < Height(); ++y) {
     std::uint8_t* pixel = pixels.Row(y);
     const std::uint8_t* end = pixel + static_cast<std::ptrdiff_t>(Width()) * kBytesPerPixel;
@@ -76,8 +72,7 @@ std::unique_ptr<CDib24> CDib24::ResampleNearest(Long new_width, Long new_height)
   auto resampled = std::make_unique<CDib24>();
   if (!resampled->Create(new_width, new_height) || Bits() == nullptr) return resampled;
   GdiFlush();
-  const PixelRows from{Bits(), Width(), Height(), BytesPerScanLine()};
-  const PixelRows to{resampled->Bits(), new_width, new_height, resampled->BytesPerScanLine()};
+  const PixelView from = View(), to = resampled->View();
   for (Long begin = 0; begin < new_width; begin += kStripColumns) NearestStrip(from, to, begin);
   return resampled;
 }

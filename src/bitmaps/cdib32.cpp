@@ -4,14 +4,14 @@
 #include <cstddef>
 
 #include "bitmaps/alpha_rows.h"
+#include "bitmaps/pixel_loops.h"
 #include "platform/shared/os_tests.h"
 
 namespace marklet {
 
 bool CDib32::Create(Long width, Long height, bool want_24) {
   not_premultiplied_ = true;
-  bits_per_pixel_ = want_24 ? 24 : 32;
-  return CreateSection(width, height, bits_per_pixel_, std::int64_t{width} * kBytesPerAlphaPixel);
+  return CreateSection(width, height, want_24 ? 24 : 32, std::int64_t{width} * kBytesPerAlphaPixel);
 }
 
 void CDib32::CreateFromBitmap(HBITMAP bitmap) {
@@ -55,7 +55,7 @@ void CDib32::SoftwareAlphaPaint(HDC destination, Long x, Long y, std::uint8_t co
   if (!mixed.Create(Width(), Height())) return;
   mixed.LoadFromDC(destination, x, y, Width(), Height(), SRCCOPY);
   GdiFlush();
-  BlendOnto({mixed.Bits(), Width(), Height(), mixed.BytesPerScanLine(), 32}, 0, 0, constant_alpha);
+  BlendOnto(mixed.View(), 0, 0, constant_alpha);
   mixed.PaintTo(destination, x, y, Width(), Height(), 0, 0, SRCCOPY);
 }
 
@@ -65,13 +65,10 @@ void CDib32::BlendOnto(const PixelView& target, std::int64_t x, std::int64_t y,
   const std::int64_t right = std::min<std::int64_t>(Width(), target.width - x);
   const std::int64_t bottom = std::min<std::int64_t>(Height(), target.height - y);
   if (left >= right || top >= bottom) return;
-  const std::int64_t lowest = Height() - bottom;  // row
-  BlendRows(
-      {View().Row(static_cast<Long>(lowest)) + left * kBytesPerAlphaPixel, BytesPerScanLine(),
-       target.bits + (target.height - y - bottom) * target.stride + (x + left) * (target.bits_per_pixel / 8),
-       target.stride, static_cast<std::ptrdiff_t>(right - left), static_cast<std::ptrdiff_t>(bottom - top),
-       ShareOf(constant_alpha)},
-      target.bits_per_pixel);
+  BlendRows({View().At(left, bottom - 1), BytesPerScanLine(), target.At(x + left, y + bottom - 1),
+             target.stride, static_cast<std::ptrdiff_t>(right - left),
+             static_cast<std::ptrdiff_t>(bottom - top), ShareOf(constant_alpha)},
+            target.bits_per_pixel);
 }
 
 void CDib32::Premultiply() {
@@ -98,14 +95,12 @@ template <typename Same>
 void CDib32::KeyOut(Same same) {
   if (!HasPixels()) return;
   GdiFlush();
-  std::uint8_t* const top_row = Bits() + std::ptrdiff_t{Height() - 1} * BytesPerScanLine();
-  const Long blue = top_row[0], green = top_row[1], red = top_row[2];
+  const std::uint8_t* const corner = View().At(0, 0);
+  const Long blue = corner[0], green = corner[1], red = corner[2];
   std::uint8_t* const end = Bits() + PixelCount() * kBytesPerAlphaPixel;
   for (std::uint8_t* pixel = Bits(); pixel != end; pixel += kBytesPerAlphaPixel) {
     if (!same(pixel[0], blue) || !same(pixel[1], green) || !same(pixel[2], red)) continue;
-    pixel[0] = static_cast<std::uint8_t>(BlueOf(KeyColour));
-    pixel[1] = static_cast<std::uint8_t>(GreenOf(KeyColour));
-    pixel[2] = static_cast<std::uint8_t>(RedOf(KeyColour));
+    PutKeyPixel(pixel);
     pixel[3] = 0;
   }
 }

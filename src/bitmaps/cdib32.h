@@ -11,7 +11,6 @@
 #include <cstdint>
 #include <memory>
 
-#include "bitmaps/alpha_rows.h"
 #include "bitmaps/dib.h"
 #include "platform/gdi.h"
 #include "platform/types.h"
@@ -77,15 +76,13 @@ class CDib32 : public Dib {
 
  private:
   // Whether loops may go through the pixels.
-  bool HasPixels() const { return Bits() != nullptr && bits_per_pixel_ == 32; }
-  AlphaPixels View() const { return {Bits(), Width(), Height()}; }
+  bool HasPixels() const { return Bits() != nullptr && View().bits_per_pixel == 32; }
   std::ptrdiff_t PixelCount() const { return std::ptrdiff_t{Width()} * Height(); }
   // Coordinates count from the target's top left; what lies outside is left out.
   void BlendOnto(const PixelView& target, std::int64_t x, std::int64_t y, std::uint8_t constant_alpha) const;
   template <typename Same>
   void KeyOut(Same same);
 
-  int bits_per_pixel_ = 32;
   bool not_premultiplied_ = true;
 };
 

@@ -2,8 +2,8 @@
 #include <limits>
 
 #include "bitmaps/alpha_resample.h"
-#include "bitmaps/alpha_rows.h"
 #include "bitmaps/cdib32.h"
+#include "bitmaps/pixel_loops.h"
 
 namespace marklet {
 
@@ -34,7 +34,7 @@ std::unique_ptr<CDib32> CDib32::FlipVertical() const {
   auto flipped = std::make_unique<CDib32>();
   if (!flipped->Create(Width(), Height()) || !HasPixels()) return flipped;
   GdiFlush();
-  const AlphaPixels from = View(), to = flipped->View();
+  const PixelView from = View(), to = flipped->View();
   for (Long y = 0; y < from.height; ++y) {
     const std::uint8_t* in = from.Row(y);
     std::uint8_t* out = to.Row(from.height - 1 - y);

@@ -18,6 +18,7 @@ bool Dib::CreateSection(Long width, Long height, int bits_per_pixel, std::int64_
   }
   old_bitmap_ = SelectObject(hdc_, hdib_);
   bytes_per_scan_line_ = static_cast<Long>(stride);
+  bits_per_pixel_ = bits_per_pixel;
   width_ = width;
   height_ = height;
   return true;

@@ -25,6 +25,7 @@ class Dib {
   Long Height() const { return height_; }
   HDC hDC() const { return hdc_; }
   std::uint8_t* Bits() const { return bits_; }  // the bottom row; null when empty
+  PixelView View() const { return {bits_, width_, height_, bytes_per_scan_line_, bits_per_pixel_}; }
 
   // Fills the whole surface with an RGB colour. An alpha byte becomes 0.
   void Clear(COLORREF colour);
@@ -58,6 +59,7 @@ class Dib {
   void Forget();
 
   Long bytes_per_scan_line_ = 0;
+  int bits_per_pixel_ = 0;
   HBITMAP hdib_ = nullptr;
   HGDIOBJ old_bitmap_ = nullptr;
   HDC hdc_ = nullptr;

@@ -6,6 +6,7 @@
 
 #include "base/processor.h"
 #include "bitmaps/area_axis.h"
+#include "bitmaps/pixel_loops.h"
 #if MARKLET_HAS_AVX2_PATH
 #include <immintrin.h>
 #endif
@@ -34,7 +35,7 @@ double Weight(const AreaShare& share, const Line& line) {
 
 // Takes a row of cells from its lines. The order of columns, and of lines within them, is that of the sums'
 // definition, on which the ties depend.
-using RowWriter = void (*)(const AreaAxis& columns, const Lines& lines, double width, const AlphaPixels& to,
+using RowWriter = void (*)(const AreaAxis& columns, const Lines& lines, double width, const PixelView& to,
                            std::uint8_t* out);
 
 // From the weighted sum to the mean: times the square of the ratio, truncated after each step.
@@ -44,7 +45,7 @@ std::uint8_t Mean(double sum, double new_width, double width) {
   return static_cast<std::uint8_t>(std::min<std::int64_t>(twice, 255));
 }
 
-void WriteRowPlain(const AreaAxis& columns, const Lines& lines, double width, const AlphaPixels& to,
+void WriteRowPlain(const AreaAxis& columns, const Lines& lines, double width, const PixelView& to,
                    std::uint8_t* out) {
   for (Long x = 0; x < to.width; ++x, out += kBytesPerAlphaPixel) {
     double sums[kBytesPerAlphaPixel] = {};
@@ -86,8 +87,8 @@ MARKLET_AVX2 MARKLET_INLINE void WriteMeans(__m256d sums, __m256d new_width, __m
   std::memcpy(out, &pixel, sizeof pixel);
 }
 
-MARKLET_AVX2 void WriteRowAvx2(const AreaAxis& columns, const Lines& lines, double width,
-                               const AlphaPixels& to, std::uint8_t* out) {
+MARKLET_AVX2 void WriteRowAvx2(const AreaAxis& columns, const Lines& lines, double width, const PixelView& to,
+                               std::uint8_t* out) {
   const __m256d rounder = _mm256_set1_pd(kRounder);
   const __m256d widths = _mm256_set1_pd(width), new_widths = _mm256_set1_pd(to.width);
   const Line *const first = lines.data(), *const last = first + lines.size();
@@ -116,7 +117,7 @@ RowWriter WriterFor(Long width, Long new_width) {
   return WriteRowPlain;
 }
 
-void AverageByCoverage(const AlphaPixels& from, const AlphaPixels& to) {
+void AverageByCoverage(const PixelView& from, const PixelView& to) {
   const AreaAxis columns(from.width, to.width, from.width, to.width);
   const AreaAxis rows(from.height, to.height, from.width, to.width);
   const RowWriter write = WriterFor(from.width, to.width);
@@ -155,7 +156,7 @@ struct BlockSum {
   }
 };
 
-void AverageBlocks(const AlphaPixels& from, const AlphaPixels& to) {
+void AverageBlocks(const PixelView& from, const PixelView& to) {
   const Long across = from.width / to.width, down = from.height / to.height;
   const auto pixels = static_cast<std::uint64_t>(across) * static_cast<std::uint64_t>(down);
   std::vector<BlockSum> sums(static_cast<std::size_t>(to.width));
@@ -178,7 +179,7 @@ void AverageBlocks(const AlphaPixels& from, const AlphaPixels& to) {
 
 }  // namespace
 
-void AverageArea(const AlphaPixels& from, const AlphaPixels& to) {
+void AverageArea(const PixelView& from, const PixelView& to) {
   if (from.height % to.height == 0 && from.width % to.width == 0) {
     AverageBlocks(from, to);
   } else {

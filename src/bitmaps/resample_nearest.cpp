@@ -4,6 +4,7 @@
 
 #include "bitmaps/alpha_resample.h"
 #include "bitmaps/nearest_axis.h"
+#include "bitmaps/pixel_loops.h"
 #include "bitmaps/pixels_avx2.h"
 
 namespace marklet {
@@ -161,7 +162,7 @@ class ColumnPicker {
 
 }  // namespace
 
-void CopyNearest(const AlphaPixels& from, const AlphaPixels& to) {
+void CopyNearest(const PixelView& from, const PixelView& to) {
   const ColumnPicker columns(from.width, to.width);
   const std::vector<Long> rows = PositionsOf(from.height, to.height);
   const auto is_as_before = [&](Long y) { return y < to.height && rows[Index(y)] == rows[Index(y - 1)]; };

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "bitmaps/pixel_rows.h"
+#include "bitmaps/pixel_loops.h"
 
 namespace marklet {
 namespace {
@@ -57,12 +57,8 @@ struct Axis {
   }
 };
 
-PixelRows RowsOf(const CDib24& surface) {
-  return {surface.Bits(), surface.Width(), surface.Height(), surface.BytesPerScanLine()};
-}
-
 // The rows of the picture, counted from its top, brought together into one.
-void BlendRows(const PixelRows& picture, const Taps& taps, std::vector<std::uint32_t>& row) {
+void BlendRows(const PixelView& picture, const Taps& taps, std::vector<std::uint32_t>& row) {
   std::fill(row.begin(), row.end(), 0u);
   Long y = picture.height - 1 - taps.first;
   for (const std::uint32_t weight : taps.weights) {
@@ -84,7 +80,7 @@ void WritePixel(const std::uint32_t* row, const Taps& taps, std::uint8_t* pixel)
 }  // namespace
 
 void StretchSmooth(const CDib24& picture, const StretchSize& size, Long left, Long top, const CDib24& part) {
-  const PixelRows from = RowsOf(picture), to = RowsOf(part);
+  const PixelView from = picture.View(), to = part.View();
   const Axis across{from.width, size.width, size.mirrored}, down{from.height, size.height, size.upside_down};
   std::vector<Taps> columns;
   for (Long x = 0; x < to.width; ++x) columns.push_back(across.At(left + x));

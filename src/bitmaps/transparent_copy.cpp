@@ -25,10 +25,6 @@ struct Passage {
   bool IsEmpty() const { return width <= 0 || height <= 0; }
 };
 
-std::uint8_t* PixelAt(const PixelView& view, std::int64_t x, std::int64_t y) {
-  return view.bits + (view.height - 1 - y) * view.stride + x * (view.bits_per_pixel / 8);
-}
-
 // Within one surface the walk starts at the end that the copy moves towards, so that each pixel is read
 // before it is overwritten; else it goes the way that memory goes.
 void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passage, COLORREF key) {
@@ -37,16 +33,12 @@ void CopyKeyed(const PixelView& from, const PixelView& to, const Passage& passag
   const bool upwards = from.bits != to.bits || passage.y > passage.source_y;
   const bool backwards = passage.x > passage.source_x && from.bits == to.bits;
   const std::int64_t first_row = upwards ? passage.height - 1 : 0;
-  const std::uint8_t* const in = PixelAt(from, passage.source_x, passage.source_y + first_row);
-  std::uint8_t* const out = PixelAt(to, passage.x, passage.y + first_row);
+  const std::uint8_t* const in = from.At(passage.source_x, passage.source_y + first_row);
+  std::uint8_t* const out = to.At(passage.x, passage.y + first_row);
   const std::ptrdiff_t in_step = upwards ? from.stride : -from.stride,
                        out_step = upwards ? to.stride : -to.stride;
   for (std::ptrdiff_t i = 0; i < passage.height; ++i)
     copy_row(in + i * in_step, out + i * out_step, passage.width, backwards, key_bytes);
-}
-
-PixelView ViewOf(const CDib24& surface) {
-  return {surface.Bits(), surface.Width(), surface.Height(), surface.BytesPerScanLine(), 24};
 }
 
 }  // namespace
@@ -75,14 +67,14 @@ Long TransparentCopy(HDC destination, Long x, Long y, Long width, Long height, H
     source_copy.LoadFromDC(source, static_cast<Long>(passage.source_x), static_cast<Long>(passage.source_y),
                            part_width, part_height, SRCCOPY);
     GdiFlush();
-    from = ViewOf(source_copy);
+    from = source_copy.View();
     passage.source_x = passage.source_y = 0;
   }
   if (!writes_pixels) {
     if (!destination_copy.Create(part_width, part_height)) return kOutOfMemory;
     destination_copy.LoadFromDC(destination, part_x, part_y, part_width, part_height, SRCCOPY);
     GdiFlush();
-    to = ViewOf(destination_copy);
+    to = destination_copy.View();
     passage.x = passage.y = 0;
   }
   CopyKeyed(from, to, passage, key);

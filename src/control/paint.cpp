@@ -11,6 +11,7 @@
 #include "text/emit_text_run.h"
 
 namespace marklet {
+
 void Marklet::RedrawNow() {
   state_.BackBuffer.reset();
   PaintControl(nullptr);

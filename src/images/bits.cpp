@@ -6,6 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/rows.h"
+#include "bitmaps/pixel_loops.h"
+
 namespace marklet {
 namespace {
 
@@ -38,15 +41,8 @@ Overlap OverlapOf(const PixelView& view, Long x, Long y, Long width, Long height
   return {left, top, across, down};
 }
 
-// A line of the picture, counted from its top.
-std::uint8_t* LineOf(const PixelView& view, Long x, Long y) {
-  return view.bits + static_cast<std::ptrdiff_t>(view.height - 1 - y) * view.stride +
-         static_cast<std::ptrdiff_t>(x) * (view.bits_per_pixel / 8);
-}
-
 void FillWithKey(std::vector<std::uint8_t>& bytes) {
-  constexpr std::uint8_t kKey[] = {BlueOf(KeyColour), GreenOf(KeyColour), RedOf(KeyColour)};
-  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = kKey[i % 3];
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = kKeyBytes[i % 3];
 }
 
 }  // namespace
@@ -61,9 +57,9 @@ ByteArray GetBits(HDC dc, Long x, Long y, Long width, Long height, Long channels
   const Overlap part = readable ? OverlapOf(view, x, y, width, height) : Overlap{};
   if (channels == 3 && (part.width < width || part.height < height)) FillWithKey(array.bytes);
   for (Long line = part.top; line < part.top + part.height; ++line) {
-    std::uint8_t* const row =
-        array.bytes.data() + (height - 1 - line) * stride + std::ptrdiff_t{part.left} * channels;
-    CopyRow(LineOf(view, x + part.left, y + line), view.bits_per_pixel / 8, row, channels, part.width);
+    std::uint8_t* const row = LineFromTop(array.bytes.data(), height, stride, std::int64_t{line}) +
+                              std::ptrdiff_t{part.left} * channels;
+    CopyRow(view.At(x + part.left, y + line), view.bits_per_pixel / 8, row, channels, part.width);
   }
   return array;
 }
@@ -76,9 +72,9 @@ bool PutBits(HDC dc, Long x, Long y, Long width, Long height, const ByteArray& b
   if (!PixelsOf(dc, view)) return false;
   const Overlap part = OverlapOf(view, x, y, width, height);
   for (Long line = part.top; line < part.top + part.height; ++line) {
-    const std::uint8_t* const row =
-        bytes.bytes.data() + (height - 1 - line) * stride + std::ptrdiff_t{part.left} * channels;
-    CopyRow(row, channels, LineOf(view, x + part.left, y + line), view.bits_per_pixel / 8, part.width);
+    const std::uint8_t* const row = LineFromTop(bytes.bytes.data(), height, stride, std::int64_t{line}) +
+                                    std::ptrdiff_t{part.left} * channels;
+    CopyRow(row, channels, view.At(x + part.left, y + line), view.bits_per_pixel / 8, part.width);
   }
   return true;
 }

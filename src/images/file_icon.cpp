@@ -57,15 +57,12 @@ class Canvas {
 };
 
 void Stretch(const PixelView& from, const PixelView& to) {
-  const auto row_of = [](const PixelView& view, Long y) {
-    return view.bits + static_cast<std::ptrdiff_t>(view.height - 1 - y) * view.stride;
-  };
   const auto source = [](Long at, Long source_size, Long size) {
     return static_cast<std::ptrdiff_t>(std::int64_t{at} * source_size / size);
   };
   for (Long y = 0; y < to.height; ++y) {
-    const std::uint8_t* in = row_of(from, static_cast<Long>(source(y, from.height, to.height)));
-    std::uint8_t* out = row_of(to, y);
+    const std::uint8_t* in = from.At(0, source(y, from.height, to.height));
+    std::uint8_t* out = to.At(0, y);
     for (Long x = 0; x < to.width; ++x, out += 4)
       std::memcpy(out, in + source(x, from.width, to.width) * 4, 4);
   }

@@ -120,7 +120,7 @@ void IconDib::PaintRows(const Rows& rows, const IconPalette& palette, const Pixe
   std::vector<std::uint8_t> row(static_cast<std::size_t>(bytes));
   for (Long y = 0; y < height; ++y)
     if (ReadRow(rows.start + y * rows.stride, bytes, row.data()))
-      unpack(row.data(), width, palette, to.bits + static_cast<std::ptrdiff_t>(y) * to.stride);
+      unpack(row.data(), width, palette, to.Row(y));
 }
 
 void IconDib::PaintColour(const PixelView& to) const {

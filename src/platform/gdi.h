@@ -6,9 +6,11 @@
 // nothing.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
+#include "base/rows.h"
 #include "platform/types.h"
 
 namespace marklet {
@@ -38,6 +40,12 @@ struct PixelView {
   Long width = 0, height = 0;
   Long stride = 0;         // bytes from one row to the next
   int bits_per_pixel = 0;  // 24 (blue, green, red) or 32 (blue, green, red, alpha)
+
+  // A row by its number from the bottom, and a pixel by its place from the picture's top left.
+  std::uint8_t* Row(Long y) const { return bits + static_cast<std::ptrdiff_t>(y) * stride; }
+  std::uint8_t* At(std::int64_t x, std::int64_t y) const {
+    return LineFromTop(bits, height, stride, y) + x * (bits_per_pixel / 8);
+  }
 };
 
 // Gives the memory of the bitmap from CreateDIBSection that is selected in `dc`, with all drawing to it

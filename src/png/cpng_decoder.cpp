@@ -213,8 +213,7 @@ std::vector<std::uint8_t> CPngDecoder::BareRows(std::vector<std::uint8_t> rows) 
 // Depths of 24 and 32 bits don't exist for a sample, but a bitmap has them: the bytes become its rows as they
 // are, top-down with 24 bits and bottom-up with 32.
 void CPngDecoder::DeliverRaw(std::vector<std::uint8_t>& rows) {
-  const auto width = static_cast<std::size_t>(fields_.Width),
-             height = static_cast<std::size_t>(fields_.Height);
+  const auto height = static_cast<std::size_t>(fields_.Height);
   const auto stride = static_cast<std::size_t>(png::DibStride(fields_.Width, fields_.BitDepth));
   if (rows.size() / stride < height) return;
   bitmap_ = CreateDIBSection(nullptr, fields_.Width, fields_.Height, 32, bits_);
@@ -224,12 +223,15 @@ void CPngDecoder::DeliverRaw(std::vector<std::uint8_t>& rows) {
     std::memcpy(bits_, rows.data(), stride * height);
     return;
   }
-  for (std::size_t y = 0; y < height; ++y)
-    for (std::size_t x = 0; x < width; ++x) {
-      std::uint8_t* const pixel = bits_ + ((height - 1 - y) * width + x) * 4;
-      std::memcpy(pixel, rows.data() + y * stride + 3 * x, 3);
-      pixel[3] = 255;
+  const PixelView view = {bits_, fields_.Width, fields_.Height, 4 * fields_.Width, 32};
+  for (Long y = 0; y < view.height; ++y) {
+    const std::uint8_t* from = rows.data() + static_cast<std::size_t>(y) * stride;
+    std::uint8_t* to = view.At(0, y);
+    for (Long x = 0; x < view.width; ++x, from += 3, to += 4) {
+      std::memcpy(to, from, 3);
+      to[3] = 255;
     }
+  }
 }
 
 }  // namespace marklet

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/rows.h"
 #include "png/scanlines.h"
 
 namespace marklet::png {
@@ -60,7 +61,7 @@ bool TrueColourPicture::IsPaethPair(std::span<const std::uint8_t> data, const Pa
 
 PixelRun TrueColourPicture::NextRun(const Pass& pass) const {
   const std::size_t y = pass.y_start + row_ * pass.y_step;
-  std::uint8_t* const to = bits_ + (height_ - 1 - y) * stride_ + pass.x_start * kPixelBytes;
+  std::uint8_t* const to = LineFromTop(bits_, height_, stride_, y) + pass.x_start * kPixelBytes;
   return {to, row_ == 0 ? nullptr : to + pass.y_step * stride_, pass.width, pass.x_step * kPixelBytes};
 }
 

@@ -13,7 +13,7 @@ Picture PictureOf(const CDib24& surface) {
   Picture result{view.width, view.height, {}};
   result.rgb.reserve(static_cast<std::size_t>(view.width) * static_cast<std::size_t>(view.height) * 3);
   for (Long y = view.height - 1; y >= 0; --y) {
-    const std::uint8_t* pixel = view.bits + static_cast<std::ptrdiff_t>(y) * view.stride;
+    const std::uint8_t* pixel = view.Row(y);
     for (Long x = 0; x < view.width; ++x, pixel += 3)
       result.rgb.insert(result.rgb.end(), {pixel[2], pixel[1], pixel[0]});
   }

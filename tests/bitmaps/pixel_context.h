@@ -30,10 +30,7 @@ class PixelContext {
   Long Height() const { return view_.height; }
 
   // In coordinates of the picture, from the top left.
-  std::uint8_t* At(Long x, Long y) const {
-    return view_.bits + static_cast<std::ptrdiff_t>(view_.height - 1 - y) * view_.stride +
-           std::ptrdiff_t{x} * Bytes();
-  }
+  std::uint8_t* At(Long x, Long y) const { return view_.At(x, y); }
 
  private:
   HDC dc_;

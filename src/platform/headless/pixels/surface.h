@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/rows.h"
 #include "platform/types.h"
 
 namespace marklet::headless {
@@ -37,7 +38,7 @@ struct Surface {
   Box Bounds() const { return {0, 0, width, height}; }
   // The pixel at picture coordinates, which count rows from the top. It must lie inside.
   std::uint8_t* At(std::int64_t x, std::int64_t y) const {
-    return bits + (height - 1 - y) * stride + x * bytes_per_pixel;
+    return LineFromTop(bits, height, stride, y) + x * bytes_per_pixel;
   }
 };
 
