@@ -8,7 +8,7 @@
 namespace marklet {
 namespace {
 
-// Eight bytes a step: table t holds what a byte does to the sum with t more bytes behind it.
+// Eight bytes a step: table t holds what a byte does to the sum when t more bytes follow it.
 constexpr std::size_t kStep = 8;
 using Tables = std::array<std::array<std::uint32_t, 256>, kStep>;
 

@@ -29,7 +29,7 @@ SavedBag::SavedBag() : bytes_(std::begin(kMagic), std::end(kMagic)) {
 
 // --- Reading ----------------------------------------------------------------------------------------------
 
-std::optional<std::uint64_t> SavedBag::BytesBehind(std::span<const std::uint8_t> header, State& state) {
+std::optional<std::uint64_t> SavedBag::BytesAfter(std::span<const std::uint8_t> header, State& state) {
   ByteReader reader(header);
   const auto magic = reader.Take(std::size(kMagic));
   const std::uint16_t major = reader.U16();
@@ -48,10 +48,10 @@ SavedBag::State SavedBag::Read(std::vector<std::uint8_t> bytes) {
   *this = SavedBag();
   State state = State::Whole;
   const auto header = std::span(bytes).first(std::min(bytes.size(), kHeaderBytes));
-  const std::optional<std::uint64_t> behind = BytesBehind(header, state);
-  if (!behind) return state;
+  const std::optional<std::uint64_t> rest = BytesAfter(header, state);
+  if (!rest) return state;
   bytes_ = std::move(bytes);
-  const std::uint64_t whole = kHeaderBytes + *behind;
+  const std::uint64_t whole = kHeaderBytes + *rest;
   if (bytes_.size() < whole) {
     ReadRecords(bytes_.size());
     return State::Damaged;
@@ -64,7 +64,7 @@ SavedBag::State SavedBag::Read(std::vector<std::uint8_t> bytes) {
 }
 
 // False when something is wrong with one. A value that is none stays in the bag as one that can't be had;
-// where a length is wrong nothing behind it can be found.
+// where a length is wrong nothing after it can be found.
 bool SavedBag::ReadRecords(std::size_t end) {
   ByteReader reader(std::span(std::as_const(bytes_)).subspan(kHeaderBytes, end - kHeaderBytes));
   bool sound = true;
@@ -122,7 +122,7 @@ void SavedBag::WriteBytes(std::string_view name, const ByteArray& bytes) {
   Append(name, SavedType::Bytes, [&] { AppendArray(bytes_, bytes); });
 }
 
-// `put` puts the value's bytes behind the others.
+// `put` appends the value's bytes to the others.
 template <class Put>
 void SavedBag::Append(std::string_view name, SavedType type, Put put) {
   if (sealed_) {

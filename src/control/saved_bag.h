@@ -32,9 +32,9 @@ class SavedBag final : public PropertyBag {
 
   // How many bytes follow a header: for readers of a stream in which something else follows. `header` has
   // kHeaderBytes. Nothing when it is none that Read could make sense of; `state` then says why.
-  static std::optional<std::uint64_t> BytesBehind(std::span<const std::uint8_t> header, State& state);
+  static std::optional<std::uint64_t> BytesAfter(std::span<const std::uint8_t> header, State& state);
 
-  // Replaces what the bag holds. Bytes behind the end are passed over.
+  // Replaces what the bag holds. Bytes past the end are passed over.
   State Read(std::vector<std::uint8_t> bytes);
   // All that the bag holds.
   const std::vector<std::uint8_t>& Bytes();

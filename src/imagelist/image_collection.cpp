@@ -11,7 +11,7 @@ bool ImageCollection::LessWithoutCase::operator()(std::u16string_view a, std::u1
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): it is moved into the map
 bool ImageCollection::Add(std::u16string key, ImageRef image) {
-  // So that nothing fails behind the insertion.
+  // So that nothing fails after the insertion.
   if (order_.size() == order_.capacity()) order_.reserve(2 * order_.size() + 1);
   const auto [place, is_new] = keys_.try_emplace(std::move(key), std::move(image));
   if (is_new) order_.push_back(place);

@@ -22,7 +22,7 @@ void RemoveImage(const ImagesRef& images, UserControl& host, std::u16string_view
 
 // The part of a saved form that holds images: their number, and for each its key and its entries. Reading
 // replaces the list; of two images with one key the first stays. Writing leaves out entries of less than two
-// bytes. Both go on behind a failure; the answer is false when there was one, so that something is missing.
+// bytes. Both go on after a failure; the answer is false when there was one, so that something is missing.
 bool ReadImages(PropertyBag& bag, ImagesRef& images);
 bool WriteImages(PropertyBag& bag, const ImagesRef& images);
 

@@ -134,8 +134,8 @@ void IconDib::PaintColour(const PixelView& to) const {
 void IconDib::PaintMask(const PixelView& to) const {
   if (!header_ || header_->biSize != kHeaderBytes || header_->biWidth < 1) return;
   const std::int64_t bits = std::int64_t{header_->biBitCount} * header_->biPlanes * header_->biWidth;
-  const auto behind_data = static_cast<std::int64_t>(data_.size()) + 1;  // a row longer than this has no end
-  const std::int64_t start = to.height * std::min(MaskRowBytes(bits), behind_data) + PaletteSize(*header_);
+  const auto past_data = static_cast<std::int64_t>(data_.size()) + 1;  // a row longer than this has no end
+  const std::int64_t start = to.height * std::min(MaskRowBytes(bits), past_data) + PaletteSize(*header_);
   PaintRows({start, MaskRowBytes(header_->biWidth), 1}, {{{0, 0, 0}, {255, 255, 255}}}, to);
 }
 

@@ -44,7 +44,7 @@ class IconDib {
   // These write the picture onto zeroed pixels of 32 bits, bottom line on bottom line. What isn't there stays
   // 0. Colours of 32 bits bring their alpha; all others have none.
   void PaintColour(const PixelView& to) const;
-  // Black and white. The mask is looked for behind as many colour rows as `to` has.
+  // Black and white. The mask is looked for after as many colour rows as `to` has.
   void PaintMask(const PixelView& to) const;
 
  private:

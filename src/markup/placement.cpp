@@ -108,7 +108,7 @@ std::size_t FitCount(const CaptionPen& pen, std::u16string_view text, Long heigh
 
 // Cutting a word up measures all that is left of it for each piece, which takes time in the order of its
 // length squared. For captions of ordinary length that doesn't matter and the platform sees every call.
-// Behind this many units two short cuts keep the time of a long one in bounds, and the picture as it is.
+// Past this many units two short cuts keep the time of a long one in bounds, and the picture as it is.
 constexpr std::size_t kUnitsInFull = 16384;
 
 // Extent of what is left of a word. On the short cut its beginning will do where that alone is wider than the

@@ -58,7 +58,7 @@ class Tokenizer {
 
   // The length of the tag that opens at `at`, 0 when the "<" is text. Only the places of ">" and "/" count,
   // never the letters. Each rule has its own bound, and they differ: the colour opener needs a character
-  // behind it.
+  // after it.
   std::size_t TagLength(std::size_t at) {
     const std::u16string_view rest = text_.substr(at);
     if (const std::size_t length = FontOpenerLength(at, rest)) return length;

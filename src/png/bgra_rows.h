@@ -36,7 +36,7 @@ const PixelFormat* FindPixelFormat(Long color_type, Long depth);
 
 constexpr std::uint8_t kPaethFilter = 4;
 
-// Makes the pixels of a scanline. An unknown filter counts as none. The byte behind the scanline is read too.
+// Makes the pixels of a scanline. An unknown filter counts as none. The byte after the scanline is read too.
 void UnfilterToBgra(const PixelFormat& format, std::uint8_t filter, const std::uint8_t* scanline,
                     const PixelRun& run);
 

@@ -111,7 +111,7 @@ bool Act(std::string_view type, Context context, Bytes payload) {
 
 // ---- the walk ----
 
-// Joins payloads in place, behind the first of them. The last one stays where it is until the next comes,
+// Joins payloads in place, after the first of them. The last one stays where it is until the next comes,
 // since the chunk buffer still stands for it.
 class IdatJoiner {
  public:
@@ -169,7 +169,7 @@ class Walker {
   Verdict Next() {
     const Long length = PaddedBytes(TakeFour()).BigI32(0);
     const std::string_view type = AsText(TakeFour());
-    // There must be a byte behind the payload, as the CRC is.
+    // There must be a byte after the payload, where the CRC is.
     if (static_cast<std::int64_t>(position_) + length >= static_cast<std::int64_t>(file_.size()))
       return Verdict::kLeave;
     if (type == "IEND") {

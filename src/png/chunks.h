@@ -23,7 +23,7 @@ struct ChunkFields {
   COLORREF BackgroundColor = 0;                 // what "bKGD" meant when it came
   Long GammaValue = 0;                          // kept, never applied
   bool HasTransparency = false;
-  // Kept, never read: each text, in the file's own bytes, with a NUL behind it.
+  // Kept, never read: each text, in the file's own bytes, with a NUL after it.
   std::string TextBlock, CompressedTextBlock;
 };
 

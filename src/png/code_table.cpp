@@ -27,7 +27,7 @@ constexpr unsigned Reversed(unsigned code, int length) {
   return unsigned{kReversedRoots[code]} >> (CodeTable::kMaxRootBits - length);
 }
 
-// Puts a copy behind the first `size` entries, a power of two, eight at a time: up to seven more are written.
+// Puts a copy after the first `size` entries, a power of two, eight at a time: up to seven more are written.
 inline void DoubleTable(std::uint32_t* entries, std::size_t size) {
   for (std::size_t done = 0; done < size; done += 8) {
     std::uint32_t eight[8];
@@ -157,7 +157,7 @@ class CodeTable::Literals {
 };
 
 // Codes come in rising length, so all that is known about codes of n bits holds for both values of the bit
-// behind them: the table is doubled with each length, and each symbol is written once. So is each pair of
+// after them: the table is doubled with each length, and each symbol is written once. So is each pair of
 // literals, which counts as a code of the length of both.
 void CodeTable::FillRoots(std::span<const std::uint8_t> lengths, std::span<const std::uint32_t> meanings,
                           int root_bits) {

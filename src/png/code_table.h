@@ -13,7 +13,7 @@ namespace marklet::png {
 
 constexpr int kMaxCodeLength = 15;
 
-// Fields of an entry. `Taken` counts the code's bits and the extra bits behind it; `Length` the code's alone.
+// Fields of an entry. `Taken` counts the code's bits and the extra bits after it; `Length` the code's alone.
 constexpr std::uint32_t kEntryTakenMask = 0x3F;
 constexpr int kEntryLengthShift = 8;
 constexpr std::uint32_t kEntryLengthMask = 0xF;
@@ -49,7 +49,7 @@ class CodeTable {
   CodeTable() {}  // leaves the arrays as they are: clearing them would cost more than a small picture
 
   // Takes the code lengths of symbols 0, 1, ... and what each symbol means: an entry without its code's
-  // length. Up to kSpill bytes behind the lengths are read. Returns 0 for a complete code, a negative number
+  // length. Up to kSpill bytes past the lengths are read. Returns 0 for a complete code, a negative number
   // for one with too many codes of some length, and a positive one for a code with gaps; the table is usable
   // after 0 only. `longest` rises to the longest length.
   static constexpr std::size_t kSpill = 63;

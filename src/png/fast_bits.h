@@ -13,7 +13,7 @@ class FastBits {
   // Bits that are there at least after a refill far from the end.
   static constexpr unsigned kRefilled = 56;
 
-  // `in` is the next byte behind `count` bits that were taken off the stream already. At least eight bytes
+  // `in` is the next byte after the `count` bits that were taken off the stream already. At least eight bytes
   // stand before `end`.
   FastBits(std::uint64_t bits, unsigned count, const std::uint8_t* in, const std::uint8_t* end)
       : bits_(bits), count_(count), in_(in), end_(end) {}

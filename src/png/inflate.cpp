@@ -166,7 +166,7 @@ Inflater::Step Inflater::StartStored(const InflateWindow& window) {
   if (input_position_ + 4 >= stream_.size()) return Step::kFinish;
   input_position_ -= static_cast<std::size_t>(bit_count_ / 8);
   stored_left_ = LoadLittleEndian<std::uint16_t>(&stream_[input_position_]);
-  input_position_ += 4;  // the complement behind the length may say what it likes
+  input_position_ += 4;  // the complement after the length may say what it likes
   bit_buffer_ = 0;
   bit_count_ = 0;
   const bool fits = stored_left_ <= stream_.size() - input_position_ && stored_left_ <= RoomToEnd(window);
@@ -287,7 +287,7 @@ Inflater::Step Inflater::DecodeExactly(InflateWindow& window) {
     const bool exhausted = Exhausted();
     const std::uint32_t entry = DecodeSymbol(*literals_, traces_.longest_literal);
     if (entry & kEntryLiteral) {
-      // Behind the stream's end the same literal would come for ever.
+      // Past the stream's end the same literal would come for ever.
       if (exhausted || RoomToEnd(window) == 0) return Step::kFinish;
       window.data[window.position++] = static_cast<std::uint8_t>(EntryValue(entry));
       continue;
@@ -301,7 +301,7 @@ Inflater::Step Inflater::DecodeExactly(InflateWindow& window) {
   return Step::kFull;
 }
 
-// False where the stream ends here: a match that goes on behind the limit, or reaches before the first byte.
+// False where the stream ends here: a match that goes on past the limit, or reaches before the first byte.
 bool Inflater::CopyMatch(std::uint32_t length, std::uint32_t distance, InflateWindow& window) {
   const std::uint64_t room = RoomToEnd(window);
   if (distance > window.position && length > 0 && room > 0) return false;

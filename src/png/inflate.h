@@ -3,9 +3,9 @@
 // The decoder is stricter than the standard in one way (every code must be complete, a single distance code
 // included) and looser in others: the length symbols 286 and 287 stand for nothing, the distance symbols 30
 // and 31 have bases of their own, distances reach back as far as 65536 bytes, and a stored block whose two
-// lengths disagree is copied all the same. Behind the end of the stream codes are read as zero bits.
+// lengths disagree is copied all the same. Past the end of the stream codes are read as zero bits.
 //
-// No stream makes it read or write outside the memory it was given. Where a stream asks for bits behind its
+// No stream makes it read or write outside the memory it was given. Where a stream asks for bits past its
 // end, for bytes before its first or beyond the limit, decoding finishes with what there is.
 #pragma once
 
@@ -32,7 +32,7 @@ struct InflateWindow {
 
   std::uint8_t* data = nullptr;
   std::size_t position = 0;   // of the next byte
-  std::size_t full = 0;       // at or behind this position the decoder stops and asks for room
+  std::size_t full = 0;       // at or past this position the decoder stops and asks for room
   std::uint64_t dropped = 0;  // bytes that stood before data[0]
 };
 
@@ -51,7 +51,7 @@ class Inflater {
     kBadTables,  // a block described no usable code: the stream counts as not decoded at all
   };
 
-  // `size` is the number of bytes the caller expects. A match that goes on more than kSlack bytes behind them
+  // `size` is the number of bytes the caller expects. A match that goes on more than kSlack bytes past them
   // ends the stream there.
   void Start(std::span<const std::uint8_t> stream, std::uint64_t size);
   // The window must be the one of the run before, moved or not, with at least its last kHistory bytes kept.
@@ -94,8 +94,8 @@ class Inflater {
   std::span<const std::uint8_t> stream_;
   std::size_t input_position_ = 0;  // of the next byte that isn't in bit_buffer_
   std::uint32_t bit_buffer_ = 0;    // unread bits, the next one lowest; zeros above
-  int bit_count_ = 0;               // below zero once codes were read behind the stream's end
-  std::uint64_t end_ = 0;           // of the output: no byte is written at or behind this offset
+  int bit_count_ = 0;               // below zero once codes were read past the stream's end
+  std::uint64_t end_ = 0;           // of the output: no byte is written at or past this offset
   bool final_block_ = false;
   std::size_t stored_left_ = 0;
   Step step_ = Step::kFinish;

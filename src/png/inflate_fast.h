@@ -21,8 +21,8 @@ struct FastRun {
   FastBits bits;
   std::uint8_t* out;              // the next byte
   const std::uint8_t* out_first;  // no match reaches before this
-  const std::uint8_t* out_end;    // at or behind this the run ends; kMostLiterals fit behind it
-  const std::uint8_t* out_limit;  // no match writes behind this, but for InflateWindow::kSpill bytes
+  const std::uint8_t* out_end;    // at or past this the run ends; kMostLiterals fit after it
+  const std::uint8_t* out_limit;  // no match writes past this, but for InflateWindow::kSpill bytes
 
   // True when the block has ended; otherwise the next symbol is for someone who looks closer.
   bool Run();

@@ -12,7 +12,7 @@
 namespace marklet::png {
 
 enum class RowOrder {
-  kPlain,  // each row behind its filter byte, top row first
+  kPlain,  // each row after its filter byte, top row first
   kAdam7,  // seven passes of such rows
   kBare,   // rows without filter bytes: an interlace method that doesn't exist
 };

@@ -12,7 +12,7 @@ namespace marklet {
 // The text in quotes for a message, control characters shown as \xNN and a long one cut.
 std::string Quoted(std::string_view text);
 
-// A whole number in decimal or, behind 0x, hexadecimal, with an optional minus. None when anything else
+// A whole number in decimal or, after 0x, hexadecimal, with an optional minus. None when anything else
 // stands there or it exceeds 64 bits.
 std::optional<std::int64_t> ParseNumber(std::string_view text);
 

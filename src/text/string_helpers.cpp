@@ -50,11 +50,11 @@ bool IsBasicLatinRange(std::u16string_view text) { return !AnyUnitFrom(text, kFi
 std::u16string FindAccessKey(std::u16string_view text) {
   const std::size_t mark = text.find(u'&');
   if (mark == text.npos || mark + 1 == text.size()) return {};
-  const char16_t behind = text[mark + 1];
+  const char16_t key = text[mark + 1];
   // A character that can't be a key (U+FFFF alone) would be found again and again, since the scan doesn't
   // step over it: no key is the only answer with which it can end.
-  if (!IsKeyCharacter(static_cast<std::int16_t>(behind))) return {};
-  return std::u16string(1, behind);
+  if (!IsKeyCharacter(static_cast<std::int16_t>(key))) return {};
+  return std::u16string(1, key);
 }
 
 std::u16string_view TrimAtNull(std::u16string_view text) { return text.substr(0, text.find(u'\0')); }

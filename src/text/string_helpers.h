@@ -21,7 +21,7 @@ std::u16string Utf8Encode(std::u16string_view text);
 bool IsUnicodeText(std::u16string_view text);
 bool IsBasicLatinRange(std::u16string_view text);
 
-// The character behind the first "&" that has one, as a string; empty without one.
+// The character after the first "&" that has one, as a string; empty without one.
 std::u16string FindAccessKey(std::u16string_view text);
 
 // The text up to its first NUL.

@@ -15,7 +15,8 @@ namespace {
 
 constexpr Long kBaselineDrop = 13;  // pixels from a rectangle's top to the line that characters stand on
 
-// How far behind a prefix that doesn't fit a longer one may still: a character can narrow those before it, by
+// How many units past a prefix that doesn't fit a longer one may still: a character can narrow those before
+// it, by
 // joining, kerning or ligature, but not from afar.
 constexpr std::size_t kNarrowingReach = 64;
 

@@ -1,4 +1,4 @@
-// CUnicodeTextRender: the drawing of a text by a numbered route, with the name of the route behind it. A tool
+// CUnicodeTextRender: the drawing of a text by a numbered route, with the name of the route after it. A tool
 // for finding out by which route a system draws; the control's paint doesn't use it.
 #pragma once
 

@@ -19,7 +19,7 @@ enum class Kind { Bool, Number, Text };
 
 struct Slot {
   const wchar_t* name;
-  int get;  // the put stands behind it
+  int get;  // the put comes after it
   Kind kind;
 };
 

@@ -14,7 +14,7 @@ class FailingMemory {
   FailingMemory(const FailingMemory&) = delete;
   FailingMemory& operator=(const FailingMemory&) = delete;
 
-  // From now on the allocation with this number, counted from 1, fails, and all behind it too when
+  // From now on the allocation with this number, counted from 1, fails, and all after it too when
   // `and_on`.
   void FailAt(int number, bool and_on);
   void Stop();

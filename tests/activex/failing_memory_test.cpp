@@ -217,7 +217,7 @@ ErrorText TakeErrorInfo() {
   return text;
 }
 
-// The slot behind those of IDispatch: get AutoSize. Further down: get Caption.
+// The slot after those of IDispatch: get AutoSize. Further down: get Caption.
 TEST(FailureReports, AnEarlyCallThatFailsLeavesAnErrorObject) {
   Container container;
   container.Host();

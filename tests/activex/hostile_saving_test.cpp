@@ -195,7 +195,7 @@ TEST(AnyBag, AFailureForWantOfMemoryIsToldAndTheRestIsRead) {
     const auto persist = As<IPersistStreamInit>(control);
     EXPECT_EQ(S_OK, persist->InitNew());
     EXPECT_EQ(E_OUTOFMEMORY, LoadFromBag(control.Get(), form));
-    EXPECT_EQ(5, GetNumber(As<IDispatch>(control).Get(), L"ImageSize")) << "what stands behind";
+    EXPECT_EQ(5, GetNumber(As<IDispatch>(control).Get(), L"ImageSize")) << "what comes after";
     EXPECT_EQ(std::wstring(name) == L"ImageKey" ? L"" : L"logo",
               GetText(As<IDispatch>(control).Get(), L"ImageKey"));
     EXPECT_EQ(S_OK, persist->IsDirty()) << "it isn't what the host has";

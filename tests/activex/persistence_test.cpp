@@ -171,7 +171,7 @@ TEST(PersistStream, FailuresOfTheStreamArePassedOn) {
   EXPECT_EQ(STG_E_MEDIUMFULL, persist->Save(&full, TRUE));
   EXPECT_TRUE(IsDirty(control.Get())) << "nothing was saved";
   EXPECT_EQ(L"New", CaptionOf(control.Get()));
-  half.portion = half.failing_at = 1000;  // behind the properties, within the images
+  half.portion = half.failing_at = 1000;  // after the properties, within the images
   EXPECT_EQ(E_ACCESSDENIED, persist->Load(&half));
   EXPECT_EQ(L"logo", GetText(As<IDispatch>(control).Get(), L"ImageKey")) << "what could be read stays";
 }

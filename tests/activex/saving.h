@@ -30,7 +30,7 @@ class MemoryStream final : public IStream {
   std::size_t portion = SIZE_MAX;     // the most that one call moves
   std::size_t capacity = SIZE_MAX;    // writing beyond it moves nothing
   HRESULT failure = S_OK;             // of the calls from now on
-  std::size_t failing_at = SIZE_MAX;  // and of those that begin at this place or behind
+  std::size_t failing_at = SIZE_MAX;  // and of those that begin at this place or later
   ULONGLONG asked = 0;                // the largest count that Read was asked for
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;

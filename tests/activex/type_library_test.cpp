@@ -263,7 +263,7 @@ class TypeLibrary : public ::testing::Test {
     return type;
   }
 
-  // The slots of a dual interface, behind its dispatch description.
+  // The slots of a dual interface, after its dispatch description.
   static ComPtr<ITypeInfo> VtableOf(ITypeInfo* dispatch) {
     HREFTYPE reference = 0;
     ComPtr<ITypeInfo> vtable;
@@ -387,7 +387,7 @@ TEST_F(TypeLibrary, GivesEveryPropertyItsSlotsInOrder) {
   EXPECT_EQ(54u, index);
 }
 
-TEST_F(TypeLibrary, PutsTheMethodBehindTheProperties) {
+TEST_F(TypeLibrary, PutsTheMethodAfterTheProperties) {
   const ReadFunction method = Read(VtableOf(Type(kDispatchText).Get()).Get(), 54);
   EXPECT_EQ(L"LoadIconImageFromFile", method.name);
   EXPECT_EQ(0x6003008D, method.dispid);

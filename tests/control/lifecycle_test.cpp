@@ -240,7 +240,7 @@ TEST(FailingHost, WhereNothingWorksNoErrorGetsOutAndFieldsAreStillStored) {
   NoHost host;
   Marklet control(host, host);
   control.InitProperties();
-  EXPECT_TRUE(control.State().WordWrap) << "behind steps that failed";
+  EXPECT_TRUE(control.State().WordWrap) << "after steps that failed";
   for (const auto& rows : {Properties(), HiddenProperties()})
     for (const PropertyRow& row : rows) {
       control.Set(row, AValueFor(row.type));

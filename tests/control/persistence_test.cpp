@@ -527,7 +527,7 @@ TEST(Persistence, ImagesKeepTheirCellsAndShapes) {
 }
 
 // An image's key, its cells size by size and within a size depth by depth; then the next image.
-TEST(Persistence, CellsStandBehindTheirImagesKeySizeBySize) {
+TEST(Persistence, CellsStandAfterTheirImagesKeySizeBySize) {
   HostedControl hosted;
   hosted.Init();
   const ImageRef first = MakeImage(u"a", OneDimension({1, 2}), 7, 4);
@@ -544,7 +544,7 @@ TEST(Persistence, CellsStandBehindTheirImagesKeySizeBySize) {
   EXPECT_EQ(std::vector<std::string>(names.begin() + 21, names.end()), expected);
 }
 
-TEST(Persistence, EveryCellOfAnImageIsAskedForBehindItsKey) {
+TEST(Persistence, EveryCellOfAnImageIsAskedForAfterItsKey) {
   HostedControl hosted;
   MemoryBag bag;
   bag.Put("NumOfIconBytes", Long{1});
@@ -660,8 +660,8 @@ TEST(Persistence, SavingLoadingAndSavingAgainGivesTheSame) {
   }
 }
 
-// What the test of the system answers to the first who asks behind a load, on a system of the family.
-bool AnswerBehindLoad(bool user_mode) {
+// What the test of the system answers to the first who asks after a load, on a system of the family.
+bool AnswerAfterLoad(bool user_mode) {
   const testing::FixedSystem windows_2000(5, 0);
   HostedControl hosted;
   hosted.host.ambient.user_mode = user_mode;
@@ -670,10 +670,10 @@ bool AnswerBehindLoad(bool user_mode) {
   return IsWindows2000Family();
 }
 
-TEST(ReadProperties, TakesTheFalseFirstAnswerAboutTheSystemInRunMode) { EXPECT_TRUE(AnswerBehindLoad(true)); }
+TEST(ReadProperties, TakesTheFalseFirstAnswerAboutTheSystemInRunMode) { EXPECT_TRUE(AnswerAfterLoad(true)); }
 
 TEST(ReadProperties, LeavesTheFalseFirstAnswerAboutTheSystemToAPaintInADesigner) {
-  EXPECT_FALSE(AnswerBehindLoad(false));
+  EXPECT_FALSE(AnswerAfterLoad(false));
 }
 
 }  // namespace

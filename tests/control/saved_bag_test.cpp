@@ -111,7 +111,7 @@ TEST(SavedBag, RecordsStandInTheOrderOfWriting) {
   EXPECT_EQ(bag.Bytes(), Seal({3, 1, 'Z', 1, 0, 0, 0, 1, 1, 1, 'A', 2, 0, 0, 0, 1, 0}));
 }
 
-TEST(SavedBag, WritingMayGoOnBehindALookAtTheBytes) {
+TEST(SavedBag, WritingMayGoOnAfterALookAtTheBytes) {
   SavedBag bag;
   bag.WriteProperty("Z", true, {});
   EXPECT_EQ(bag.Bytes(), Seal({3, 1, 'Z', 1, 0, 0, 0, 1}));
@@ -243,16 +243,16 @@ TEST(SavedBag, BytesOfAnotherKindAreRefused) {
 TEST(SavedBag, AHeaderTellsHowManyBytesFollow) {
   State state = State::Whole;
   const Bytes whole = Seal(Record(3, "A", {1}));
-  EXPECT_EQ(SavedBag::BytesBehind(std::span(whole).first(SavedBag::kHeaderBytes), state),
+  EXPECT_EQ(SavedBag::BytesAfter(std::span(whole).first(SavedBag::kHeaderBytes), state),
             whole.size() - SavedBag::kHeaderBytes);
   Bytes longest = whole;
   for (std::size_t i = 12; i < 16; ++i) longest[i] = 0xFF;
-  EXPECT_EQ(SavedBag::BytesBehind(std::span(longest).first(16), state), 0x100000003u);
-  EXPECT_EQ(SavedBag::BytesBehind(std::span(whole).first(15), state), std::nullopt);
+  EXPECT_EQ(SavedBag::BytesAfter(std::span(longest).first(16), state), 0x100000003u);
+  EXPECT_EQ(SavedBag::BytesAfter(std::span(whole).first(15), state), std::nullopt);
   EXPECT_EQ(state, State::NotABag);
 }
 
-TEST(SavedBag, BytesBehindTheEndArePassedOver) {
+TEST(SavedBag, BytesPastTheEndArePassedOver) {
   Bytes bytes = Seal(Record(3, "A", {1}));
   bytes.insert(bytes.end(), {1, 2, 3});
   SavedBag bag;

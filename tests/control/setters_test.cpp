@@ -100,7 +100,7 @@ TEST(Setters, SevenKindsOfSetterMeasureUnderAutoSize) {
 
 // The measuring, the sizing and the repaint that goes with them stand before the setter's own repaint; the
 // announcement comes last.
-TEST(Setters, MeasuringComesBeforeTheRepaintAndTheAnnouncementBehindIt) {
+TEST(Setters, MeasuringComesBeforeTheRepaintAndTheAnnouncementAfterIt) {
   const FixedSystem windows7;
   for (const Protocol& protocol : Protocols()) {
     const std::string_view name = protocol.property;

@@ -105,8 +105,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadFile{"WithHalfAnEntry", Cut(FileOf({Image{}}), 21)},
         BadFile{"ThatIsACursor", FileOf({Image{}}, 2)},
         BadFile{"WithAnotherReservedWord", FileOf({EntryOf(Image{})}, 1, {}, 1)},
-        BadFile{"WhoseSecondImageEndsBehindTheFile", FileOf({EntryOf(Image{}), WithRange(100, 1u << 30)})},
-        BadFile{"WhoseImageStartsBehindTheFile", FileOf({WithRange(0x80000000u, 1)})},
+        BadFile{"WhoseSecondImageEndsPastTheFile", FileOf({EntryOf(Image{}), WithRange(100, 1u << 30)})},
+        BadFile{"WhoseImageStartsPastTheFile", FileOf({WithRange(0x80000000u, 1)})},
         BadFile{"WhoseRangeWrapsAround", FileOf({WithRange(0xFFFFFFFFu, 0xFFFFFFFFu)})},
         BadFile{"ThatLacksItsLastByte", Cut(FileOf({Image{}}), FileOf({Image{}}).size() - 1)}),
     [](const auto& bad) { return std::string(bad.param.name); });
@@ -247,7 +247,7 @@ INSTANTIATE_TEST_SUITE_P(, IndexedIcon,
                          ::testing::Values(IndexedDepth{1, 2}, IndexedDepth{4, 16}, IndexedDepth{8, 256}),
                          [](const auto& depth) { return "Of" + std::to_string(depth.param.bits) + "Bits"; });
 
-TEST(FileIconDrawing, WithSevenColoursOfEightBitsFindsRowsBehindTheSeventh) {
+TEST(FileIconDrawing, WithSevenColoursOfEightBitsFindsRowsAfterTheSeventh) {
   const std::vector<std::uint32_t> palette = {1, 2, 3, 4, 5, 6, 0xABCDEF};
   const CFileIcon icon = Opened(FileOf({Image{.width = 4,
                                               .height = 1,
@@ -478,7 +478,7 @@ TEST(FileIconDrawing, OfDataCutShortShowsTheRowsThatAreThere) {
   }
 }
 
-TEST(FileIconDrawing, CountsOneByteBehindTheDataAsZero) {
+TEST(FileIconDrawing, CountsOneByteAfterTheDataAsZero) {
   const Bytes dib =
       icons::DibOf({.width = 4, .height = 1, .bits = 32, .pixel = [](int, int) { return 0xFFFFFFFFu; }});
   const CFileIcon icon = Opened(FileOf({Entry{.width = 4, .height = 1, .data = Cut(dib, 40 + 15)}}));

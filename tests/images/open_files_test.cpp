@@ -1,4 +1,4 @@
-// No file stays open behind a load, whatever its outcome. Fewer may be: systems have threads of their own.
+// No file stays open after a load, whatever its outcome. Fewer may be: systems have threads of their own.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -55,7 +55,7 @@ class OpenFileCount : public ::testing::Test {
 
 using SlowOpenFileCount = OpenFileCount;
 
-TEST_F(SlowOpenFileCount, DoesNotGrowBehindFilesCutAnywhereAndSpoiltAnywhere) {
+TEST_F(SlowOpenFileCount, DoesNotGrowAfterFilesCutAnywhereAndSpoiltAnywhere) {
   for (const auto& [name, file] : Files()) {  // libraries open what they keep
     folder_.Write(name, Text(file));
     Load(folder_.Path(name));
@@ -75,7 +75,7 @@ TEST_F(SlowOpenFileCount, DoesNotGrowBehindFilesCutAnywhereAndSpoiltAnywhere) {
   }
 }
 
-TEST_F(OpenFileCount, DoesNotGrowBehindPathsThatAreNoPlainFiles) {
+TEST_F(OpenFileCount, DoesNotGrowAfterPathsThatAreNoPlainFiles) {
   const auto before = CountOpenFiles();
   for (const char* type : {"png", "ico", "bmp"}) {
     std::filesystem::create_directory(folder_.Path(std::string("folder.") + type));

@@ -183,7 +183,7 @@ TEST_F(SlowBadCaption, OfAMegabyteWithoutABreak) {
   }
 }
 
-// Pieces put one behind the other, then texts of which no part comes twice.
+// Pieces put one after the other, then texts of which no part comes twice.
 std::vector<std::u16string> LongCaptions() {
   constexpr std::size_t kLength = 100000;
   std::vector<std::u16string> captions;

@@ -49,7 +49,7 @@ TEST_F(MarkupCaption, ReturnsToZeroBeforeTheFirstWrapAndToTheLeftAfterIt) {
   EXPECT_EQ(runs_[2].rect.left, 30);
 }
 
-TEST_F(MarkupCaption, PlacesTokensOneBehindTheOther) {
+TEST_F(MarkupCaption, PlacesTokensOneAfterTheOther) {
   rect_ = {3, 4, 390, 300};
   Draw(u"<b></b>one two");
   ASSERT_EQ(runs_.size(), 2u);

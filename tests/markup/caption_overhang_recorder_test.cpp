@@ -66,7 +66,7 @@ TEST_F(MarkupOverhang, IsAskedForByTheCodePagesCodes) {
   EXPECT_EQ(Lines("GetCharABCWidthsA").back(), "GetCharABCWidthsA(128)");
 }
 
-TEST_F(MarkupOverhang, MovesThePenBehindTheLastTokenButOneInsideItalic) {
+TEST_F(MarkupOverhang, MovesThePenPastTheLastTokenButOneInsideItalic) {
   const StdFont italic = Italic();
   const Long trail = canvas_.Trail(italic, ' ');
   const Long trail_f = canvas_.Trail(italic, 'f');
@@ -74,7 +74,7 @@ TEST_F(MarkupOverhang, MovesThePenBehindTheLastTokenButOneInsideItalic) {
   Draw(u"<b></b><i>off x");
   ASSERT_EQ(runs_.size(), 2u);
   EXPECT_EQ(runs_[1].rect.left, canvas_.Measure(italic, u"off ").cx + trail);
-  // The last but one is a word here, with no blank behind it.
+  // The last but one is a word here, with no blank after it.
   Draw(u"<b></b><i>off<x>");
   ASSERT_EQ(runs_.size(), 2u);
   EXPECT_EQ(runs_[1].rect.left, canvas_.Measure(italic, u"off").cx + trail_f);
@@ -105,7 +105,7 @@ TEST_F(MarkupOverhang, OfAnEarlierWordDoesNotCountBeforeAnItalicTag) {
   EXPECT_EQ(runs_[2].rect.left - runs_[1].rect.left, Width(u"ab", 30)) << "too short to have one of its own";
 }
 
-TEST_F(MarkupOverhang, IsLeftOutBehindTheItalicCloser) {
+TEST_F(MarkupOverhang, IsLeftOutAfterTheItalicCloser) {
   ASSERT_NE(canvas_.Trail(*FontOf(30), 'f'), 0);
   Draw(u"<i>a</i>off<x>");
   ASSERT_EQ(runs_.size(), 3u);

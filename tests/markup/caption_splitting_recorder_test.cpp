@@ -45,8 +45,8 @@ TEST_F(MarkupSplit, DrawsTheFirstPieceAtThePenAndTheNextAtTheLineStart) {
   EXPECT_EQ(runs_.back().rect.left, 30) << "the last piece takes a new line";
 }
 
-TEST_F(MarkupSplit, LeavesThePenBehindTheLastPiece) {
-  // All but the first letter fit, and a dot fits behind them.
+TEST_F(MarkupSplit, LeavesThePenPastTheLastPiece) {
+  // All but the first letter fit, and a dot fits after them.
   const Long rest = Width(kWord.substr(1));
   rect_ = {0, 0, rest + Width(u".") + 1, 300};
   ASSERT_GE(Width(kWord), rect_.right) << "the whole word doesn't fit";

@@ -272,7 +272,7 @@ TEST_F(TextEffectLayers, LeaveOutOnlyTheLayerThatFailed) {
     recorder.Fail("ScriptIsComplex", 1);
     style_.TextEffect = effect;
     DrawTextEffect(canvas_.dc(), u"x", rect_, style_);
-    // The first layer is drawn; those behind it fail one by one, each having set its colour.
+    // The first layer is drawn; those after it fail one by one, each having set its colour.
     EXPECT_EQ(DrawnRuns(recorder).size(), 1u);
     EXPECT_EQ(recorder.Lines("SetTextColor").size(), drawn + 1) << effect;
   }

@@ -95,7 +95,7 @@ TEST(Tokenizer, CutsAtAnySingleLetterTag) {
 
 TEST(Tokenizer, NeverTakesTheBreakTag) { EXPECT_EQ(CutWithShaping(u"a<br>b"), Tokens{u"a<br>b"}); }
 
-TEST(Tokenizer, DoesNotTryTheColourTagBehindAFailedCloser) {
+TEST(Tokenizer, DoesNotTryTheColourTagAfterAFailedCloser) {
   EXPECT_EQ(CutWithShaping(u"<c=xx>xxx>y"), Tokens{u"<c=xx>xxx>y"});
   EXPECT_EQ(CutWithShaping(u"<c=xxx>xx>y"), (Tokens{u"<c=xxx>xx>", u"y"}));
 }
@@ -188,7 +188,7 @@ TEST(SlowTokenizer, AgreesWithTheNaiveOneOnRandomCaptions) {
 }
 
 // The interpreter relies on it: it runs the two tags itself and has only the caption cut.
-TEST(SlowTokenizer, CutsACaptionTheSameWayBehindTheSentinel) {
+TEST(SlowTokenizer, CutsACaptionTheSameWayAfterTheSentinel) {
   for (const bool shaping : {true, false}) {
     const PlayedSystem system(shaping ? generation::kXP : generation::kNT4);
     RandomCaptions captions;

@@ -331,7 +331,7 @@ TEST_F(TextBoxes, IntoAnInvertedRectangleLeavesNothing) {
   EXPECT_EQ(InkOf(picture_, kPaper), RECT{});
 }
 
-TEST_F(TextBoxes, UnderlinesTheCharacterBehindAnAmpersand) {
+TEST_F(TextBoxes, UnderlinesTheCharacterAfterAnAmpersand) {
   Draw(u"Save &As", {20, 10, 200, 40}, DT_SINGLELINE);
   Expect(20, 10, u"Save As");
   const Long from = 20 + WidthOf(u"Save ");

@@ -290,7 +290,7 @@ TEST_F(HostPictures, ThatClaimTwoBillionPixelsAreNoneAtOnce) {
 }
 
 // Where the pixels start, how long the header is, how many colours there are.
-TEST(PictureFiles, OfABmpWhosePartsLieBehindItsEndAreRefused) {
+TEST(PictureFiles, OfABmpWhosePartsLiePastItsEndAreRefused) {
   for (const std::size_t field : {10u, 14u, 46u})
     for (const std::uint32_t value : {0xFFFFFFCAu, 0x7FFFFFFFu, 300u}) {
       Bytes file = pictures::Bmp(8, 8, Speckle);
@@ -407,7 +407,7 @@ TEST(PictureFiles, OfACursorOutsideItsFileAreRefused) {
   EXPECT_EQ(CheckPictureFile(file), std::nullopt);
 }
 
-TEST(PictureFiles, AreNeverReadBehindTheirEnd) {
+TEST(PictureFiles, AreNeverReadPastTheirEnd) {
   for (Bytes file : {BmpClaiming(8, 8), GifClaiming(8, 8), JpegClaiming(8, 8), CursorClaiming(16, 32)})
     while (!file.empty()) {
       file.pop_back();
@@ -419,7 +419,7 @@ TEST(PictureFiles, AreNeverReadBehindTheirEnd) {
     }
 }
 
-// Its pixels begin behind the table.
+// Its pixels begin after the table.
 TEST_F(HostPictures, OfGifFilesUseTheTableOfTheFirstFrame) {
   constexpr std::ptrdiff_t kFrame = 13 + 3 * 128;
   Bytes file = pictures::Gif(

@@ -69,7 +69,7 @@ TEST(Chunks, EveryByteOfTheSignatureCounts) {
   }
 }
 
-TEST(Chunks, BytesBehindTheEndChunkAreIgnored) {
+TEST(Chunks, BytesAfterTheEndChunkAreIgnored) {
   Bytes file = GoodFile();
   Append(file, Chunk("IHDR", Header{9, 9}.Payload()));
   Append(file, Text("anything"));
@@ -100,7 +100,7 @@ TEST(Chunks, SecondHeaderWins) {
   const Bytes wrong = Chunk("IHDR", Header{200, 100, 1, 3}.Payload()),
               right = Chunk("IHDR", kHeader.Payload());
   EXPECT_EQ(Decoded(FileOf({wrong, right, idat, Chunk("IEND")})), GoodPixels());
-  EXPECT_EQ(Decoded(FileOf({wrong, idat, right, Chunk("IEND")})), GoodPixels()) << "even behind the data";
+  EXPECT_EQ(Decoded(FileOf({wrong, idat, right, Chunk("IEND")})), GoodPixels()) << "even after the data";
   CPngDecoder decoder;
   Bytes file = FileOf({right, idat, wrong, Chunk("IEND")});
   decoder.LoadFromMemory(file);
@@ -148,7 +148,7 @@ TEST(Chunks, DataInSingleBytesJoins) {
   EXPECT_EQ(Decoded(file), GoodPixels());
 }
 
-TEST(Chunks, EmptyTextBehindDataSwallowsAsManyBytesAndLosesTheBoundary) {
+TEST(Chunks, EmptyTextAfterDataSwallowsAsManyBytesAndLosesTheBoundary) {
   const Bytes data(100, 0x11);
   // What follows: 50 bytes of a chunk's payload, its checksum, and chunks that stand where nobody looks.
   Bytes file = FileOf({Chunk("IHDR", kHeader.Payload()), Chunk("IDAT", data), Chunk("tEXt"),
@@ -206,9 +206,9 @@ TEST(Chunks, NegativeLengthAtTheEndOfTheFileEndsTheWalk) {
   EXPECT_EQ(walked.fields.Height, 4);
 }
 
-TEST(Chunks, FileThatEndsBehindItsLastPayloadIsRefusedAndOneMoreByteIsEnough) {
+TEST(Chunks, FileThatEndsAfterItsLastPayloadIsRefusedAndOneMoreByteIsEnough) {
   Bytes file = GoodFile();
-  file.resize(file.size() - 4);  // ends behind the type of the end chunk
+  file.resize(file.size() - 4);  // ends after the type of the end chunk
   EXPECT_EQ(Decoded(file), Bytes());
   file.push_back(0xAE);
   EXPECT_EQ(Decoded(file), GoodPixels());
@@ -276,13 +276,13 @@ TEST(Chunks, TransparencyIsNoted) {
   EXPECT_EQ(walked.fields.TransparencyBytes, (Bytes{9, 8}));
 }
 
-TEST(Chunks, TextsAreKeptWithANulBehindEach) {
+TEST(Chunks, TextsAreKeptWithANulAfterEach) {
   Bytes extra = Chunk("tEXt", Text("Author"));
   Append(extra, Chunk("tEXt", Text("Title")));
   EXPECT_EQ(Walk(GoodFile(extra)).fields.TextBlock, std::string("Author\0Title\0", 13));
 }
 
-TEST(Chunks, CompressedTextIsInflatedBehindItsKeyword) {
+TEST(Chunks, CompressedTextIsInflatedAfterItsKeyword) {
   Bytes payload = Text("Key");
   Append(payload, {0, 0, 0x78, 0x01});
   BitWriter bits;
@@ -298,7 +298,7 @@ TEST(Chunks, CompressedTextIsCutAtItsFirstZeroByte) {
   bits.Put(1, 1).Put(1, 2).Fixed('a').Fixed('b').ToByte();
   Append(payload, bits.bytes());
   Append(payload, {0, 0xFF, 0xFF});
-  // Behind the cut codes are read as zero bits: the end of the block.
+  // After the cut codes are read as zero bits: the end of the block.
   EXPECT_EQ(Walk(GoodFile(Chunk("zTXt", payload))).fields.CompressedTextBlock, std::string("K\0ab\0", 5));
 }
 

@@ -332,7 +332,7 @@ TEST(SlowCPngDecoder, OddStreamsGiveWhatTheSlowDecoderGives) {
 }
 
 TEST(CPngDecoder, StreamWithoutUsableCodesIsFilteredAsItIs) {
-  // A dynamic block whose code of code lengths has a gap, and enough bytes behind it for two pixels.
+  // A dynamic block whose code of code lengths has a gap, and enough bytes after it for two pixels.
   BitWriter bits;
   bits.Put(1, 1).Put(2, 2).Put(0, 5).Put(0, 5).Put(0, 4);
   for (int i = 0; i < 4; ++i) bits.Put(i == 3 ? 1 : 0, 3);
@@ -347,7 +347,7 @@ TEST(CPngDecoder, StreamWithoutUsableCodesIsFilteredAsItIs) {
   EXPECT_EQ(Decoded(File({3, 1, 8, 6}, zlib)), Bytes()) << "too few bytes";
 }
 
-// The block that has no usable code comes behind rows that were pixels already.
+// The block that has no usable code comes after rows that were pixels already.
 TEST(SlowCPngDecoder, LateFaultTakesBackAPictureThatWasDone) {
   const Header header{500, 300, 8, 2};
   Random random(28);

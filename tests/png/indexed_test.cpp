@@ -154,7 +154,7 @@ TEST(Palettes, BackgroundOfGrayIsALevelOfTheRamp) {
   EXPECT_EQ(ParseBackground(Bytes{0, 2}, 0, 2, {}), MakeRgb(170, 170, 170));
   EXPECT_EQ(ParseBackground(Bytes{0, 4}, 0, 2, {}), 0u);
   EXPECT_EQ(ParseBackground(Bytes{0, 77}, 4, 8, {}), MakeRgb(77, 77, 77));
-  EXPECT_EQ(ParseBackground(Bytes{1, 0}, 4, 16, {}), 0u) << "behind the 256 entries";
+  EXPECT_EQ(ParseBackground(Bytes{1, 0}, 4, 16, {}), 0u) << "past the 256 entries";
   EXPECT_EQ(ParseBackground(Bytes{2}, 0, 8, {}), 0u);
 }
 

@@ -56,7 +56,7 @@ Bytes Deflated(const Bytes& content, const Settings& settings, Random& random) {
   stream.avail_out = static_cast<uInt>(out.size());
   stream.next_in = const_cast<Bytef*>(content.data());
   std::size_t left = content.size();
-  while (left > 0) {  // in pieces, with a flush behind each
+  while (left > 0) {  // in pieces, with a flush after each
     stream.avail_in = static_cast<uInt>(std::min<std::size_t>(left, 1 + random.Below(60000)));
     left -= stream.avail_in;
     deflate(&stream, settings.flush);

@@ -93,12 +93,12 @@ TEST(Inflate, StoredBlockThatWouldPassTheLimitKeepsWhatCameBefore) {
   Bytes stream = StoredZlib(Bytes(200, 7));
   stream.erase(stream.begin(), stream.begin() + 2);
   EXPECT_EQ(AtOnce(stream, 99).data.size(), 200u)
-      << "the limit lies 100 bytes behind the size, and one is over";
+      << "the limit lies 100 bytes past the size, and one is over";
   EXPECT_EQ(AtOnce(stream, 98).data.size(), 0u);
 }
 
 // What counts is how far the decoder has read ahead, not where the block begins.
-TEST(Inflate, StoredBlockAtTheVeryEndNeedsAByteBehindItsHeader) {
+TEST(Inflate, StoredBlockAtTheVeryEndNeedsAByteAfterItsHeader) {
   const Bytes whole = {1, 0, 0, 0xFF, 0xFF, 0};
   Bytes stream = {0, 1, 0, 0xFE, 0xFF, 'a'};
   Append(stream, whole);
@@ -186,10 +186,10 @@ TEST(Inflate, MatchStopsAtTheLimit) {
   for (int i = 0; i < 10; ++i) bits.Fixed(285).Code(0, 5);
   bits.Fixed(256).Put(0, 32);
   const Inflated inflated = AtOnce(bits.bytes(), 500);
-  EXPECT_EQ(inflated.data, Bytes(600, 'a')) << "the limit is 100 bytes behind the size";
+  EXPECT_EQ(inflated.data, Bytes(600, 'a')) << "the limit is 100 bytes past the size";
 }
 
-// Codes behind the end are read as zero bits; in the fixed code that is the end of the block.
+// Codes past the end are read as zero bits; in the fixed code that is the end of the block.
 TEST(Inflate, StreamThatEndsBeforeItsLastCodeReadsZeroBits) {
   BitWriter bits;
   bits.Put(1, 1).Put(1, 2).Fixed('a').Fixed('b');
@@ -274,7 +274,7 @@ TEST(Inflate, CodesOfFifteenBitsDecode) {
   lengths[256] = 15;
   const Bytes block = DynamicBlock(lengths, {1, 1});
   const auto codes = CanonicalCodes(lengths);
-  // The symbols follow right behind the header.
+  // The symbols follow the header directly.
   const int header_bits = 17 + 57 + 259 * 4;
   BitWriter whole;
   for (int bit = 0; bit < header_bits; ++bit)

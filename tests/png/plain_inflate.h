@@ -2,7 +2,7 @@
 //
 // Codes are found by trying one length after the other in sparse tables, bits come one byte at a time, and
 // nothing is copied more than a byte at once. Where a stream asks for something that no reader can give (bits
-// behind its end, bytes before the first, room behind the limit), `Unsettled` is thrown: no result is right
+// past its end, bytes before the first, room past the limit), `Unsettled` is thrown: no result is right
 // or wrong then.
 #pragma once
 
@@ -122,7 +122,7 @@ class Inflate {
   }
 
   bool Symbols() {
-    int idle = 0;  // literals from nothing but the zero bits behind the end
+    int idle = 0;  // literals from nothing but the zero bits past the end
     for (;;) {
       FillBits(literal_max_);
       idle = bit_count_ <= 0 ? idle + 1 : 0;

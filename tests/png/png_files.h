@@ -68,7 +68,7 @@ inline Bytes FileOf(const std::vector<Bytes>& parts) {
   return file;
 }
 
-// A deflate stream of stored blocks, behind a zlib header and before a checksum that nobody reads.
+// A deflate stream of stored blocks, after a zlib header and before a checksum that nobody reads.
 inline Bytes StoredZlib(const Bytes& data) {
   Bytes stream = {0x78, 0x01};
   std::size_t position = 0;

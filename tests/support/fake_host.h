@@ -119,7 +119,7 @@ struct HostedControl {
   FakeHost host;
   Marklet control{host, host};
 
-  void Init();  // InitProperties, with the log emptied behind it
+  void Init();  // InitProperties, with the log emptied after it
   Value Get(std::string_view name);
   void Set(std::string_view name, const Value& value);
   std::u16string Text(std::string_view name) { return std::get<std::u16string>(Get(name)); }

@@ -18,7 +18,7 @@ int PlaceOf(HACCEL handle) {
 int CountPlacesInUse() {
   constexpr int kFreshInARow = 200, kMost = 0x7000;
   std::vector<HACCEL> own;
-  int end = 0;  // behind the highest place so far
+  int end = 0;  // past the highest place so far
   for (int fresh = 0; fresh < kFreshInARow && static_cast<int>(own.size()) < kMost;) {
     ACCEL key = {FVIRTKEY, 'A', 1};
     own.push_back(CreateAcceleratorTableW(&key, 1));

@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// The characters behind bytes are those of code page 1252.
+// What characters bytes stand for is what code page 1252 says.
 struct Repair {
   const char* what;
   std::u16string_view stored, repaired;
@@ -116,7 +116,7 @@ TEST(IsBasicLatinRange, EndsBelow591) {
   EXPECT_TRUE(IsBasicLatinRange(u"\x8000\xFFFF"));
 }
 
-TEST(FindAccessKey, IsTheCharacterBehindTheFirstMark) {
+TEST(FindAccessKey, IsTheCharacterAfterTheFirstMark) {
   EXPECT_EQ(FindAccessKey(u"Save &As"), u"A");
   EXPECT_EQ(FindAccessKey(u"Save &as"), u"a");
   EXPECT_EQ(FindAccessKey(u"&One &Two"), u"O");
@@ -127,7 +127,7 @@ TEST(FindAccessKey, IsTheCharacterBehindTheFirstMark) {
   EXPECT_EQ(FindAccessKey(u"&\0"sv), u"\0"sv);
 }
 
-TEST(FindAccessKey, IsEmptyWithoutACharacterBehindAMark) {
+TEST(FindAccessKey, IsEmptyWithoutACharacterAfterAMark) {
   EXPECT_EQ(FindAccessKey(u""), u"");
   EXPECT_EQ(FindAccessKey(u"Save"), u"");
   EXPECT_EQ(FindAccessKey(u"&"), u"");

@@ -72,7 +72,7 @@ HRESULT InvokeProperty(const Call& call, const PropertyRow& row) {
   return (call.flags & DISPATCH_PROPERTYGET) != 0 ? GetProperty(call, row) : DISP_E_MEMBERNOTFOUND;
 }
 
-// Where the argument with this number stands: unnamed ones come last to first behind the named ones.
+// Where the argument with this number stands: unnamed ones come last to first after the named ones.
 const VARIANT* FindPassed(const DISPPARAMS& parameters, UINT number, UINT& index) {
   for (index = 0; index < parameters.cNamedArgs; ++index)
     if (parameters.rgdispidNamedArgs[index] == static_cast<DISPID>(number)) return &parameters.rgvarg[index];

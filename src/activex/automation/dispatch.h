@@ -12,7 +12,7 @@ namespace marklet::activex {
 // The property with this DISPID; null when there is none.
 const PropertyRow* PropertyOf(DISPID id);
 
-// The interface as callers see it: a pointer to its slots. The slots behind those of IDispatch stand in the
+// The interface as callers see it: a pointer to its slots. The slots after those of IDispatch stand in the
 // order of the property table, get, put and putref of each, and the method comes last.
 class DispatchFace {
  public:

@@ -18,7 +18,7 @@ class OleBag final : public PropertyBag {
   void WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) override;
   void WriteBytes(std::string_view name, const ByteArray& bytes) override;
 
-  // The first failure to write. The control goes on behind one.
+  // The first failure to write. The control goes on after one.
   HRESULT Written() const { return written_; }
 
  private:

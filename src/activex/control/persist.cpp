@@ -35,7 +35,7 @@ HRESULT ResultOf(SavedBag::State state) {
 
 // --- Streams ----------------------------------------------------------------------------------------------
 
-// Puts up to `count` bytes behind `bytes`; fewer when the stream ends before. A count that lies costs no more
+// Appends up to `count` bytes to `bytes`; fewer when the stream ends before. A count that lies costs no more
 // memory than twice what the stream has.
 HRESULT Read(IStream& stream, std::uint64_t count, std::vector<std::uint8_t>& bytes) {
   constexpr std::size_t kPortion = 65536;
@@ -94,9 +94,9 @@ HRESULT Persist::LoadFrom(IStream& stream) {
   HRESULT result = Read(stream, SavedBag::kHeaderBytes, bytes);
   if (FAILED(result)) return result;
   SavedBag::State state = SavedBag::State::Whole;
-  const auto behind = SavedBag::BytesBehind(bytes, state);
-  if (!behind) return ResultOf(state);
-  result = Read(stream, *behind, bytes);
+  const auto rest = SavedBag::BytesAfter(bytes, state);
+  if (!rest) return ResultOf(state);
+  result = Read(stream, *rest, bytes);
   SavedBag bag;
   state = bag.Read(std::move(bytes));
   return Load(bag, FAILED(result) ? result : ResultOf(state));
@@ -192,7 +192,7 @@ HRESULT PersistStorageFace::InitNew(IStorage*) {
   });
 }
 
-// A second load is refused, but one behind InitNew is what some containers do.
+// A second load is refused, but one after InitNew is what some containers do.
 HRESULT PersistStorageFace::Load(IStorage* storage) {
   if (!storage) return E_POINTER;
   return Call([&]() -> HRESULT {

@@ -13,7 +13,7 @@ struct Trait {
   DWORD bit;
   std::string_view name;
 };
-// The mnemonic of a label takes the user to the control behind it.
+// The mnemonic of a label takes the user to the control after it.
 inline constexpr Trait kTraits[] = {
     {OLEMISC_RECOMPOSEONRESIZE, "recomposeonresize"},
     {OLEMISC_CANTLINKINSIDE, "cantlinkinside"},

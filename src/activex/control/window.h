@@ -85,7 +85,7 @@ class ControlWindow {
   bool borrowed_from_window_ = false;
   bool cut_ = false;            // to a region smaller than itself
   short pressed_ = 0;           // the buttons that are down
-  bool swallow_click_ = false;  // the release behind a double click is no click
+  bool swallow_click_ = false;  // the release after a double click is no click
 };
 
 // Before the module goes. There is no window left then.

@@ -40,11 +40,11 @@ struct Member {
   bool ui_default = false;
 };
 
-// The slots of `_Marklet` behind those of IDispatch: get, put, putref of every property, then the method.
+// The slots of `_Marklet` after those of IDispatch: get, put, putref of every property, then the method.
 std::vector<Member> DispatchMembers();
 // The events of `__Marklet`.
 std::vector<Member> EventMembers();
-// The slots of `_ISupportsAlphaImage` behind those of IDispatch.
+// The slots of `_ISupportsAlphaImage` after those of IDispatch.
 std::vector<Member> ImageOwnerMembers();
 
 }  // namespace marklet::type_library

@@ -88,7 +88,7 @@ bool HasSegment(unsigned marker) {
   return marker >= 0xC0 && (marker < kFirstRestart || marker > kJpegEnd);
 }
 
-// The place of the next marker's number, behind stray bytes, coded data and fillers; the file's size without
+// The place of the next marker's number, past stray bytes, coded data and fillers; the file's size without
 // one.
 std::size_t FindMarker(const PaddedBytes& file, std::size_t at) {
   for (; at + 1 < file.Size(); ++at)

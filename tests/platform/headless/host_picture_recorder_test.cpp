@@ -21,7 +21,7 @@ std::string WriteBmp(const testing::TemporaryFolder& folder) {
   return folder.Write("a.bmp", std::string(bytes.begin(), bytes.end()));
 }
 
-TEST(RecordedPictures, AreLinesAndNothingBehindThem) {
+TEST(RecordedPictures, AreLinesAndNothingElse) {
   const testing::TemporaryFolder folder;
   const std::string path = WriteBmp(folder);
   const PixelContext context(2, 2, 24);

@@ -279,7 +279,7 @@ TEST_F(WindowsText, TheHeightOfALineDoesNotDependOnItsPlace) {
   }
 }
 
-TEST_F(WindowsText, AMarkUnderlinesTheCharacterBehindIt) {
+TEST_F(WindowsText, AMarkUnderlinesTheCharacterAfterIt) {
   RECT rect = kAll;
   DrawTextW(dc_, u"&a b", rect, DT_SINGLELINE);
   const auto marked = TakePixels();

@@ -37,12 +37,12 @@ IconRef Combine(const Surface& mask, const Surface& colours) {
 
 IconRef CreateIconIndirect(HBITMAP mask, HBITMAP colours) {
   if (Refused(Operation::kCreateIconIndirect, mask, colours)) return nullptr;
-  const headless::Bitmap *const behind = headless::AsBitmap(mask), *const front = headless::AsBitmap(colours);
-  if (behind == nullptr || front == nullptr || front->surface.bits == nullptr) return nullptr;
-  if (behind->surface.width != front->surface.width || behind->surface.height != front->surface.height)
+  const headless::Bitmap *const back = headless::AsBitmap(mask), *const front = headless::AsBitmap(colours);
+  if (back == nullptr || front == nullptr || front->surface.bits == nullptr) return nullptr;
+  if (back->surface.width != front->surface.width || back->surface.height != front->surface.height)
     return nullptr;
   try {
-    return Combine(behind->surface, front->surface);
+    return Combine(back->surface, front->surface);
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
