@@ -122,7 +122,7 @@ MARKLET_AVX2 void MixColumnsAvx2(const Tap* targets, Long count, const Slots& sl
 
 // The forms of the two loops that a strip takes.
 struct Mixers {
-  void (*wide)(const RowPairs& pairs, const Slots& slots);    // where bytes past a pair may be read 
+  void (*wide)(const RowPairs& pairs, const Slots& slots);    // where bytes past a pair may be read
   void (*narrow)(const RowPairs& pairs, const Slots& slots);  // where they may not
   void (*single)(const RowPairs& pairs, const Slots& slots);  // of rows of one pixel
   void (*columns)(const Tap* targets, Long count, const Slots& slots, COLORREF key, std::uint8_t* out);

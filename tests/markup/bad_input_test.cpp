@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 #include <limits>
 #include <random>
 #include <string>
@@ -12,6 +11,7 @@
 #include "markup/markup_caption.h"
 #include "markup/played_system.h"
 #include "platform/text.h"
+#include "support/processor_time.h"
 #include "text/caption_style.h"
 
 namespace marklet {
@@ -33,11 +33,10 @@ class BadCaption : public testing::Test {
     DrawMarkupCaption(canvas_.dc(), caption, rect, style_);
   }
 
-  // Of the processor, where the library tells.
   double SecondsToDraw(std::u16string_view caption) {
-    const std::clock_t start = std::clock();
+    const double start = ProcessorSeconds();
     Draw(caption);
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    return ProcessorSeconds() - start;
   }
 
   // The shortest of a few, since the machine may be busy with other things.
@@ -51,14 +50,14 @@ class BadCaption : public testing::Test {
   // What the platform takes to measure and draw as many letters one by one.
   double SecondsOfPlatform(int letters) {
     constexpr int kSample = 10;
-    const std::clock_t start = std::clock();
+    const double start = ProcessorSeconds();
     for (int i = 0; i < letters / kSample; ++i) {
       SIZE size;
       GetTextExtentPoint32W(canvas_.dc(), u"x", size);
       RECT rect = {0, 0, 300, 20};
       DrawTextW(canvas_.dc(), u"x", rect, DT_SINGLELINE | DT_BOTTOM | DT_WORD_ELLIPSIS);
     }
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC * kSample;
+    return (ProcessorSeconds() - start) * kSample;
   }
 
   // Draws with every effect, in every generation.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <string>
@@ -14,6 +13,7 @@
 #include "platform/system.h"
 #include "platform/text.h"
 #include "support/picture_files.h"
+#include "support/processor_time.h"
 #include "support/temporary_folder.h"
 
 namespace marklet {
@@ -278,7 +278,7 @@ TEST(PictureFiles, OfAnOldHeaderAreTaken) {
 }
 
 TEST_F(HostPictures, ThatClaimTwoBillionPixelsAreNoneAtOnce) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = ProcessorSeconds();
   for (const Bytes& file :
        {BmpClaiming(46341, 46341), BmpClaiming(46341, 46341, 1), BmpClaiming(0x7FFFFFFF, 1),
         BmpClaiming(1, 0x80000000u), BmpClaiming(0x80000000u, 8), BmpClaiming(100, 100), BmpClaiming(0, 8),
@@ -286,7 +286,7 @@ TEST_F(HostPictures, ThatClaimTwoBillionPixelsAreNoneAtOnce) {
         CursorClaiming(46341, 46341), CursorClaiming(257, 8), CursorClaiming(8, 514), CursorClaiming(0, 8),
         CursorOfPng(1), CursorOfPng(0x7F)})
     EXPECT_EQ(Load(file), nullptr);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  EXPECT_LT(ProcessorSeconds() - start, 2);
 }
 
 // Where the pixels start, how long the header is, how many colours there are.
