@@ -1,4 +1,4 @@
-// Letters of ASCII, in texts of any kind of character.
+// Letters and digits of ASCII, in texts of any kind of character.
 #pragma once
 
 #include <algorithm>
@@ -21,6 +21,14 @@ constexpr bool SameWithoutCase(std::basic_string_view<Char> a, std::basic_string
 constexpr bool SameWithoutCase(std::string_view a, std::string_view b) { return SameWithoutCase<char>(a, b); }
 constexpr bool SameWithoutCase(std::u16string_view a, std::u16string_view b) {
   return SameWithoutCase<char16_t>(a, b);
+}
+
+// What a hexadecimal digit of either case stands for; negative for any other character.
+template <typename Char>
+constexpr int HexDigit(Char ch) {
+  if (ch >= Char{'0'} && ch <= Char{'9'}) return static_cast<int>(ch - Char{'0'});
+  const Char lower = AsciiLower(ch);
+  return lower >= Char{'a'} && lower <= Char{'f'} ? static_cast<int>(lower - Char{'a'}) + 10 : -1;
 }
 
 }  // namespace marklet

@@ -66,7 +66,7 @@ ByteArray GetBits(HDC dc, Long x, Long y, Long width, Long height, Long channels
 
 bool PutBits(HDC dc, Long x, Long y, Long width, Long height, const ByteArray& bytes, Long channels) {
   if (width < 1 || height < 1) return false;
-  const std::int64_t stride = (std::int64_t{width} * channels + 3) / 4 * 4;
+  const std::int64_t stride = DibStride(width, std::int64_t{8} * channels);
   if (static_cast<std::int64_t>(bytes.bytes.size()) / stride < height) return false;
   PixelView view;
   if (!PixelsOf(dc, view)) return false;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/byte_reader.h"
+#include "base/rows.h"
 
 namespace marklet {
 namespace {
@@ -88,8 +89,6 @@ std::int64_t PaletteSize(const BITMAPINFOHEADER& header) {
   return kHeaderBytes + kPaletteEntryBytes * ColourCountOf(header);
 }
 
-std::int64_t MaskRowBytes(std::int64_t bits) { return (bits + 31) / 32 * 4; }
-
 // The data count as one byte longer than the file says, and that byte as 0.
 bool IconDib::ReadRow(std::int64_t start, std::int64_t count, std::uint8_t* row) const {
   const auto size = static_cast<std::int64_t>(data_.size());
@@ -126,8 +125,7 @@ void IconDib::PaintRows(const Rows& rows, const IconPalette& palette, const Pixe
 void IconDib::PaintColour(const PixelView& to) const {
   if (!header_ || header_->biSize != kHeaderBytes || header_->biCompression != kUncompressed) return;
   const int bits = header_->biBitCount;
-  PaintRows({PaletteSize(*header_), MaskRowBytes(std::int64_t{bits} * header_->biWidth), bits}, ReadPalette(),
-            to);
+  PaintRows({PaletteSize(*header_), DibStride(header_->biWidth, bits), bits}, ReadPalette(), to);
 }
 
 // Planes take part in finding the mask, and in nothing else.
@@ -135,8 +133,8 @@ void IconDib::PaintMask(const PixelView& to) const {
   if (!header_ || header_->biSize != kHeaderBytes || header_->biWidth < 1) return;
   const std::int64_t bits = std::int64_t{header_->biBitCount} * header_->biPlanes * header_->biWidth;
   const auto past_data = static_cast<std::int64_t>(data_.size()) + 1;  // a row longer than this has no end
-  const std::int64_t start = to.height * std::min(MaskRowBytes(bits), past_data) + PaletteSize(*header_);
-  PaintRows({start, MaskRowBytes(header_->biWidth), 1}, {{{0, 0, 0}, {255, 255, 255}}}, to);
+  const std::int64_t start = to.height * std::min(DibStride(bits, 1), past_data) + PaletteSize(*header_);
+  PaintRows({start, DibStride(header_->biWidth, 1), 1}, {{{0, 0, 0}, {255, 255, 255}}}, to);
 }
 
 }  // namespace marklet

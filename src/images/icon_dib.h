@@ -30,8 +30,6 @@ std::optional<BITMAPINFOHEADER> ReadHeader(std::span<const std::uint8_t> data);
 std::int64_t ColourCountOf(const BITMAPINFOHEADER& header);
 // Bytes in front of the colour rows: the header's 40, and 4 for each palette entry.
 std::int64_t PaletteSize(const BITMAPINFOHEADER& header);
-// Bytes of a row of so many bits, in whole groups of four.
-std::int64_t MaskRowBytes(std::int64_t bits);
 
 using IconPalette = std::array<std::array<std::uint8_t, 3>, 256>;  // blue, green, red
 

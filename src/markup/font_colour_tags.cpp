@@ -4,17 +4,11 @@
 #include <array>
 #include <string>
 
+#include "base/ascii.h"
 #include "markup/caption_pen.h"
 
 namespace marklet {
 namespace {
-
-int HexDigit(char16_t ch) {
-  if (ch >= u'0' && ch <= u'9') return ch - u'0';
-  if (ch >= u'A' && ch <= u'F') return ch - u'A' + 10;
-  if (ch >= u'a' && ch <= u'f') return ch - u'a' + 10;
-  return -1;
-}
 
 // The number that up to two hexadecimal digits at the front give.
 unsigned ReadPair(std::u16string_view pair) {

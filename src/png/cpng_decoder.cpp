@@ -8,6 +8,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "base/rows.h"
 #include "platform/file.h"
 #include "png/indexed.h"
 
@@ -214,7 +215,7 @@ std::vector<std::uint8_t> CPngDecoder::BareRows(std::vector<std::uint8_t> rows) 
 // are, top-down with 24 bits and bottom-up with 32.
 void CPngDecoder::DeliverRaw(std::vector<std::uint8_t>& rows) {
   const auto height = static_cast<std::size_t>(fields_.Height);
-  const auto stride = static_cast<std::size_t>(png::DibStride(fields_.Width, fields_.BitDepth));
+  const auto stride = static_cast<std::size_t>(DibStride(fields_.Width, fields_.BitDepth));
   if (rows.size() / stride < height) return;
   bitmap_ = CreateDIBSection(nullptr, fields_.Width, fields_.Height, 32, bits_);
   if (!bitmap_) return;

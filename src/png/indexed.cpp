@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/rows.h"
 #include "png/palettes.h"
 
 namespace marklet::png {

@@ -10,11 +10,6 @@
 
 namespace marklet::png {
 
-// Bytes of a bitmap's row, which ends on a four-byte boundary.
-constexpr std::int64_t DibStride(std::int64_t width, std::int64_t bits) {
-  return (bits * width + 31) / 32 * 4;
-}
-
 // Spreads rows over `stride` bytes each where they are `row_bytes` long, which is no more.
 void AlignRows(std::vector<std::uint8_t>& data, Long height, std::size_t row_bytes, std::size_t stride);
 // Keeps the high byte of each 16-bit sample.

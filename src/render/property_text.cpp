@@ -43,10 +43,7 @@ Value ParseLongOrRefuse(const PropertyRow& row, std::string_view text) {
 Value ParseColour(const PropertyRow& row, std::string_view text) {
   if (text.starts_with('#') && text.size() == 7) {
     const auto digits = text.substr(1);
-    const bool all_hexadecimal = std::all_of(digits.begin(), digits.end(), [](unsigned char ch) {
-      return (ch >= '0' && ch <= '9') || (ch >= 'a' && ch <= 'f') || (ch >= 'A' && ch <= 'F');
-    });
-    if (all_hexadecimal) {
+    if (std::all_of(digits.begin(), digits.end(), [](char ch) { return HexDigit(ch) >= 0; })) {
       const auto rgb = static_cast<std::uint32_t>(*ParseNumber("0x" + std::string(digits)));
       return static_cast<Long>(MakeRgb(rgb >> 16, rgb >> 8, rgb));
     }

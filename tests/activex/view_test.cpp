@@ -6,22 +6,10 @@
 #include "activex/container.h"
 #include "activex/picture.h"
 #include "support/processor_time.h"
+#include "support/stretch_share.h"
 
 namespace ocx_test {
 namespace {
-
-// How much of a pixel of the control goes into one of the drawing, along one axis: what the latter covers of
-// it where the picture shrinks, and where it grows how near their centres are.
-double Share(int size, int cells, int cell, int pixel) {
-  const double scale = static_cast<double>(size) / cells;
-  if (cells < size) {
-    const double common =
-        std::min<double>(pixel + 1, (cell + 1) * scale) - std::max<double>(pixel, cell * scale);
-    return std::max(0.0, common) / scale;
-  }
-  const double centre = std::clamp((cell + 0.5) * scale - 0.5, 0.0, size - 1.0);
-  return std::max(0.0, 1 - std::abs(centre - pixel));
-}
 
 // The greatest difference of a channel between a drawing at `place` and the picture stretched by that rule.
 double WorstDifference(const Picture& drawn, const RECT& place, const Picture& picture) {
@@ -31,12 +19,12 @@ double WorstDifference(const Picture& drawn, const RECT& place, const Picture& p
     for (int x = 0; x < width; ++x) {
       double sums[3] = {};
       for (int row = 0; row < picture.Height(); ++row) {
-        const double down = Share(picture.Height(), height, y, row);
+        const double down = marklet::StretchShare(picture.Height(), height, y, row);
         if (down <= 0) continue;
         const int middle = x * picture.Width() / width, reach = picture.Width() / width + 3;
         for (int column = std::max(0, middle - reach); column < std::min(picture.Width(), middle + reach);
              ++column) {
-          const double share = down * Share(picture.Width(), width, x, column);
+          const double share = down * marklet::StretchShare(picture.Width(), width, x, column);
           for (int channel = 0; channel < 3; ++channel)
             sums[channel] += share * (picture.At(column, row) >> 8 * channel & 0xFF);
         }

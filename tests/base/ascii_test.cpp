@@ -25,5 +25,19 @@ TEST(Ascii, ComparesTextsWithoutRegardToCase) {
   EXPECT_TRUE(SameWithoutCase("", ""));
 }
 
+TEST(HexDigit, HasAValueInEitherCase) {
+  EXPECT_EQ(HexDigit('0'), 0);
+  EXPECT_EQ(HexDigit('9'), 9);
+  EXPECT_EQ(HexDigit('A'), 10);
+  EXPECT_EQ(HexDigit('f'), 15);
+  EXPECT_EQ(HexDigit(u'F'), 15);
+  EXPECT_EQ(HexDigit(u'a'), 10);
+}
+
+TEST(HexDigit, IsNegativeForWhatIsNone) {
+  for (const char ch : {'/', ':', '@', 'G', '`', 'g', '\0', '\xE4'}) EXPECT_LT(HexDigit(ch), 0) << ch;
+  for (const char16_t ch : {u'\uFF11', u'\u0661', u'\x0130', u'\xFFFF'}) EXPECT_LT(HexDigit(ch), 0);
+}
+
 }  // namespace
 }  // namespace marklet

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "bitmaps/pixels.h"
+#include "support/stretch_share.h"
 
 namespace marklet {
 namespace {
@@ -15,26 +16,14 @@ void FillWithNoise(const CDib24& surface, unsigned seed) {
       PutColour(surface, x, row, static_cast<COLORREF>(Between(random, 0, 0xFFFFFF)));
 }
 
-// How much of a source pixel goes into a cell, by the definition, in plain floating point.
-double Share(Long size, Long cells, Long cell, Long pixel) {
-  const double scale = static_cast<double>(size) / cells;
-  if (cells < size) {
-    const double common =
-        std::min<double>(pixel + 1, (cell + 1) * scale) - std::max<double>(pixel, cell * scale);
-    return std::max(0.0, common) / scale;
-  }
-  const double centre = std::clamp((cell + 0.5) * scale - 0.5, 0.0, size - 1.0);
-  return std::max(0.0, 1 - std::abs(centre - pixel));
-}
-
 // A channel of a cell, both counted from the top left.
 double Expected(const CDib24& picture, const StretchSize& size, Long x, Long y, int channel) {
   double sum = 0;
   for (Long row = 0; row < picture.Height(); ++row) {
-    const double down = Share(picture.Height(), size.height, y, row);
+    const double down = StretchShare(picture.Height(), size.height, y, row);
     if (down <= 0) continue;
     for (Long column = 0; column < picture.Width(); ++column)
-      sum += down * Share(picture.Width(), size.width, x, column) *
+      sum += down * StretchShare(picture.Width(), size.width, x, column) *
              PixelAt(picture, column, picture.Height() - 1 - row)[channel];
   }
   return sum;

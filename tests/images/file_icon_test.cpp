@@ -180,11 +180,6 @@ TEST(IconSizes, SevenColoursUsedAreSevenEvenWithEightBits) {
   EXPECT_EQ(PaletteSize({.biBitCount = 32, .biClrUsed = 7}), 68);
 }
 
-TEST(IconSizes, RowsAreWholeGroupsOfFourBytes) {
-  for (const auto& [bits, bytes] : {std::pair{0, 0}, {1, 4}, {32, 4}, {33, 8}, {64, 8}, {65, 12}})
-    EXPECT_EQ(MaskRowBytes(bits), bytes) << bits;
-}
-
 // --- Drawing ----------------------------------------------------------------------------------------------
 
 // A colour for each place, unlike its neighbours.

@@ -4,20 +4,18 @@
 #include <string_view>
 
 #include "activex/com/com.h"
+#include "base/ascii.h"
 #include "control/library.h"
 
 namespace marklet::activex {
 
 namespace detail {
-constexpr unsigned HexDigit(char c) {
-  if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-  if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A' + 10);
-  if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a' + 10);
-  throw "not a GUID";  // never caught: it stops the compiler
-}
 constexpr unsigned long Hex(std::string_view digits) {
   unsigned long value = 0;
-  for (const char c : digits) value = value * 16 + HexDigit(c);
+  for (const char c : digits) {
+    if (HexDigit(c) < 0) throw "not a GUID";  // never caught: it stops the compiler
+    value = value * 16 + static_cast<unsigned>(HexDigit(c));
+  }
   return value;
 }
 }  // namespace detail

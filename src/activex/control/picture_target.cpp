@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/rows.h"
 #include "platform/win32/saved_state.h"
 
 namespace marklet::activex {
@@ -70,8 +71,7 @@ BITMAPINFOHEADER Describe(const CDib24& surface) {
   header.biPlanes = 1;
   header.biBitCount = 24;
   // Some recorders of metafiles keep no more bits than are promised here.
-  const DWORD row = (static_cast<DWORD>(surface.Width()) * 3 + 3) / 4 * 4;
-  header.biSizeImage = row * static_cast<DWORD>(surface.Height());
+  header.biSizeImage = static_cast<DWORD>(DibStride(surface.Width(), header.biBitCount) * surface.Height());
   return header;
 }
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/byte_reader.h"
+#include "base/rows.h"
 
 namespace marklet {
 namespace {
@@ -43,7 +44,7 @@ bool CheckBmp(const PaddedBytes& file) {
   const std::uint32_t compression = core ? kPlain : file.U32(kInfo + 16);
   if (!IsPlausible(width, height, file.Size())) return false;
   if (compression != kPlain && compression != kBitFields) return true;
-  return (width * bits + 31) / 32 * 4 * height <= static_cast<std::int64_t>(file.Size());
+  return DibStride(width, bits) * height <= static_cast<std::int64_t>(file.Size());
 }
 
 // --- GIF --------------------------------------------------------------------------------------------------

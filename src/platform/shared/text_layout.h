@@ -3,22 +3,22 @@
 // A platform gives the measures of its font and draws line by line. Time is linear in the text; without
 // DT_CALCRECT and DT_NOCLIP the layout ends with the first line that begins below the rectangle.
 //
-//   - A CR, an LF or a pair of both ends a line. One at the end of the text opens no further line; empty
-//   lines
-//     have the height of others. With DT_SINGLELINE they are characters like others.
-//   - "&" marks the character after it and isn't drawn, "&&" is drawn as one, and at the end of the text it
-//   is
-//     itself. Only the last mark of a line shows. DT_NOPREFIX turns all of it off.
-//   - Where DT_WORDBREAK may end a line stands in line_breaks.h. A word that is wider than the rectangle runs
-//   on
-//     to the next blank, however narrow the rectangle is.
-//   - Blanks (U+0020) at a break hang over the edge: those that don't fit are on no line. The last of them
-//   never
-//     counts in a line that is centred or flushed right. Blanks elsewhere, at the end of the text too, count.
-//   - Tabs and soft hyphens are characters with a width, whatever the font gives them; a line may end after
-//   them.
-//   - DT_WORD_ELLIPSIS shortens a line that is too wide until "..." fits after it; "..." itself always
-//   stands.
+// Lines: a CR, an LF or a pair of both ends one. At the end of the text it opens no further line; empty lines
+// are as high as others. With DT_SINGLELINE these are characters like others.
+//
+// Marks: "&" marks the character after it and isn't drawn, "&&" is drawn as one "&", and at the end of the
+// text it stands for itself. Only the last mark of a line shows. DT_NOPREFIX turns all of it off.
+//
+// Breaks: where DT_WORDBREAK may end a line is told in line_breaks.h. A word that is wider than the rectangle
+// runs on to the next blank, however narrow the rectangle is.
+//
+// Blanks (U+0020) at a break hang over the edge: those that don't fit are on no line. The last of them never
+// counts in a line that is centred or flushed right. Blanks elsewhere, at the end of the text too, count.
+//
+// Tabs and soft hyphens are characters with whatever width the font gives them; a line may end after them.
+//
+// Dots: DT_WORD_ELLIPSIS shortens a line that is too wide until "..." fits after it; "..." itself always
+// stays.
 #pragma once
 
 #include <cstddef>

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/rows.h"
 #include "platform/win32/saved_state.h"
 
 namespace marklet {
@@ -62,7 +63,7 @@ bool DeleteDC(HDC dc) { return dc && ::DeleteDC(Native(dc)); }
 
 HBITMAP CreateDIBSection(HDC dc, Long width, Long height, int bits_per_pixel, std::uint8_t*& bits) {
   if (width < 1 || height < 1 || (bits_per_pixel != 24 && bits_per_pixel != 32)) return nullptr;
-  const std::int64_t stride = (std::int64_t{width} * bits_per_pixel / 8 + 3) / 4 * 4;
+  const std::int64_t stride = DibStride(width, bits_per_pixel);
   if (stride > std::numeric_limits<Long>::max() / height) return nullptr;
 
   BITMAPINFO info{};
@@ -99,7 +100,7 @@ bool PixelsOf(HDC dc, PixelView& view) {
   view.width = section.dsBm.bmWidth;
   view.height = section.dsBm.bmHeight;
   view.bits_per_pixel = section.dsBm.bmBitsPixel;
-  view.stride = (view.width * (view.bits_per_pixel / 8) + 3) / 4 * 4;
+  view.stride = static_cast<Long>(DibStride(view.width, view.bits_per_pixel));
   return true;
 }
 

@@ -3,6 +3,7 @@
 #include <limits>
 #include <new>
 
+#include "base/rows.h"
 #include "platform/gdi.h"
 #include "platform/headless/recorder/hook.h"
 
@@ -23,7 +24,7 @@ HGDIOBJ Release(HGDIOBJ object) {
 
 // Two gigabytes at the most, as on every platform whose picture sizes are 32-bit numbers.
 std::int64_t StrideOf(Long width, Long height, int bits_per_pixel) {
-  const std::int64_t stride = (std::int64_t{width} * (bits_per_pixel / 8) + 3) / 4 * 4;
+  const std::int64_t stride = DibStride(width, bits_per_pixel);
   return stride <= std::numeric_limits<Long>::max() / height ? stride : 0;
 }
 
