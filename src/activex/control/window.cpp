@@ -12,8 +12,24 @@ namespace {
 constexpr UINT kResolutionChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
 constexpr wchar_t kClassName[] = L"zvsMarklet.Marklet";
 
-// Registered once a module: a class goes with the module that registered it.
+// Held by one thread at a time. Its state is plain, so that it is there before and after all else.
+class Lock {
+ public:
+  explicit Lock(SRWLOCK& lock) : lock_(lock) { ::AcquireSRWLockExclusive(&lock_); }
+  ~Lock() { ::ReleaseSRWLockExclusive(&lock_); }
+  Lock(const Lock&) = delete;
+  Lock& operator=(const Lock&) = delete;
+
+ private:
+  SRWLOCK& lock_;
+};
+SRWLOCK class_lock = SRWLOCK_INIT;
+
+// Registered once a module: a class goes with the module that registered it. Threads that come here at the
+// same time wait for the first one: a class that another thread is about to register exists before it can be
+// used.
 bool RegisterWindowClass(WNDPROC procedure) {
+  const Lock lock(class_lock);
   WNDCLASSEXW description = {};
   description.cbSize = sizeof description;
   if (::GetClassInfoExW(ModuleInstance(), kClassName, &description)) return true;
