@@ -15,7 +15,7 @@ namespace {
 
 // The last character keeps the file from being shown as text.
 constexpr std::uint8_t kMagic[] = {'M', 'a', 'r', 'k', 'l', 'e', 't', 0x1A};
-constexpr std::uint16_t kMajor = 1, kMinor = 0;
+constexpr std::uint16_t kMajor = 1, kMinor = 1;
 constexpr std::size_t kLengthAt = 12, kChecksumBytes = 4;
 constexpr std::size_t kLongestName = 255;
 

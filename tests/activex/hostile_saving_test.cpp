@@ -224,7 +224,7 @@ TEST(SavedBagFile, OfTheFirstVersionHoldsTheSameAsItsStream) {
   const Variant font = NewFont(L"Tahoma", 112500, true);
   bag.Remove(L"Font");
   bag.Put(L"Font", font);
-  const ComPtr<IUnknown> from_bag = CreateControl(), from_stream = ControlOf(SavedForm());
+  const ComPtr<IUnknown> from_bag = CreateControl(), from_stream = ControlOf(FirstSavedForm());
   ASSERT_EQ(S_OK, LoadFromBag(from_bag.Get(), bag));
   ASSERT_EQ(S_OK, PutByName(As<IDispatch>(from_stream).Get(), L"Font", font));
   EXPECT_EQ(SaveToStream(from_stream.Get()), SaveToStream(from_bag.Get()));
@@ -248,7 +248,7 @@ bool SameArray(const VARIANT& a, const VARIANT& b) {
 TEST(SavedBagFile, IsWhatTheFirstVersionsStreamIsSavedAs) {
   MemoryBag expected, bag;
   PutSavedForm(expected);
-  ASSERT_EQ(S_OK, SaveToBag(ControlOf(SavedForm()).Get(), bag));
+  ASSERT_EQ(S_OK, SaveToBag(ControlOf(FirstSavedForm()).Get(), bag));
   ASSERT_EQ(expected.entries.size(), bag.entries.size());
   for (std::size_t i = 0; i < bag.entries.size(); ++i) {
     const auto &wanted = expected.entries[i], &got = bag.entries[i];

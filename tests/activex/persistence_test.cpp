@@ -34,6 +34,8 @@ TEST(Persistence, ABagBringsTheSameAsAStream) {
   MemoryBag bag, again;
   ASSERT_EQ(S_OK, SaveToBag(first.Get(), bag));
   ASSERT_EQ(S_OK, LoadFromBag(second.Get(), bag));
+  SIZEL size = {8000, 3000};  // which a bag doesn't hold
+  ASSERT_EQ(S_OK, As<IOleObject>(second)->SetExtent(DVASPECT_CONTENT, &size));
   EXPECT_EQ(form, SaveToStream(second.Get()));
   ASSERT_EQ(S_OK, SaveToBag(second.Get(), again));
   ASSERT_EQ(bag.entries.size(), again.entries.size());
@@ -53,14 +55,18 @@ TEST(Persistence, AStorageHoldsTheBytesOfAStream) {
   EXPECT_EQ(form, SaveToStream(second.Get()));
 }
 
-TEST(Persistence, AStorageFileOfTheFirstVersionLoads) {
-  const std::wstring path = SavedFormsPath() + L"\\1.0\\every_property.stg";
-  ComPtr<IStorage> storage;
-  ASSERT_EQ(S_OK, StgOpenStorage(path.c_str(), nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0,
-                                 storage.GetAddressOf()));
-  const ComPtr<IUnknown> control = CreateControl();
-  EXPECT_EQ(S_OK, As<IPersistStorage>(control)->Load(storage.Get()));
-  EXPECT_EQ(SavedForm(), SaveToStream(control.Get()));
+TEST(Persistence, AStorageFileOfEachVersionLoadsAsItsStreamDoes) {
+  const std::pair<const wchar_t*, Bytes> files[] = {{L"1.0", FirstSavedForm()}, {L"1.1", SavedForm()}};
+  for (const auto& [version, form] : files) {
+    const std::wstring path = SavedFormsPath() + L"\\" + version + L"\\every_property.stg";
+    ComPtr<IStorage> storage;
+    ASSERT_EQ(S_OK, StgOpenStorage(path.c_str(), nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0,
+                                   storage.GetAddressOf()));
+    EXPECT_EQ(form, StreamOf(storage.Get()));
+    const ComPtr<IUnknown> control = CreateControl();
+    EXPECT_EQ(S_OK, As<IPersistStorage>(control)->Load(storage.Get()));
+    EXPECT_EQ(SaveToStream(ControlOf(form).Get()), SaveToStream(control.Get()));
+  }
 }
 
 TEST(Persistence, ANewControlSavedTwiceGivesTheSameBytes) {

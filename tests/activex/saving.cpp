@@ -32,7 +32,8 @@ Bytes BytesOfFile(const std::wstring& path) {
   return bytes;
 }
 
-Bytes SavedForm() { return BytesOfFile(SavedFormsPath() + L"\\1.0\\every_property.form"); }
+Bytes SavedForm() { return BytesOfFile(SavedFormsPath() + L"\\1.1\\every_property.form"); }
+Bytes FirstSavedForm() { return BytesOfFile(SavedFormsPath() + L"\\1.0\\every_property.form"); }
 
 // --- Streams ----------------------------------------------------------------------------------------------
 

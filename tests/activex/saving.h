@@ -14,8 +14,11 @@ namespace ocx_test {
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes BytesOfFile(const std::wstring& path);
-// The file that the first version has saved, with no property at its default.
+// The file that this version saves of a control of 8000 by 3000, with no property at its default but
+// AutoSize, which would give it a size of its own.
 Bytes SavedForm();
+// The file that the first version has saved, with no property at its default and without a size.
+Bytes FirstSavedForm();
 
 // --- Streams ----------------------------------------------------------------------------------------------
 

@@ -30,7 +30,7 @@ inline std::uint32_t PlainCrc32(const std::vector<std::uint8_t>& bytes) {
 
 // The records with header and checksum around them.
 inline std::vector<std::uint8_t> Seal(const std::vector<std::uint8_t>& records, std::uint8_t major = 1,
-                                      std::uint8_t minor = 0) {
+                                      std::uint8_t minor = 1) {
   const auto form = Join({{'M', 'a', 'r', 'k', 'l', 'e', 't', 0x1A, major, 0, minor, 0},
                           U32(static_cast<std::uint32_t>(records.size())),
                           records});

@@ -81,7 +81,7 @@ class ControlObject final : public IUnknown,
   InPlace in_place_{site_, extent_, window_, active_object_, host_};
   ControlPicture picture_{host_, marklet_};
   ViewFace view_{*this, picture_, extent_};
-  Persist persist_{marklet_, *this};
+  Persist persist_{marklet_, extent_, host_, *this};
   Marklet marklet_{host_, events_};
 
   // The other interfaces.

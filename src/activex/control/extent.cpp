@@ -22,7 +22,9 @@ Long Extent::PixelsPerInch() const {
 Long Extent::ToPixels(Long himetric) const { return ::MulDiv(himetric, PixelsPerInch(), kHimetricPerInch); }
 Long Extent::ToHimetric(Long pixels) const { return ::MulDiv(pixels, kHimetricPerInch, PixelsPerInch()); }
 
-::SIZE Extent::Pixels() const { return {ToPixels(himetric_.cx), ToPixels(himetric_.cy)}; }
+::SIZE Extent::PixelsOf(SIZEL himetric) const { return {ToPixels(himetric.cx), ToPixels(himetric.cy)}; }
+
+::SIZE Extent::Pixels() const { return PixelsOf(himetric_); }
 
 HRESULT Extent::Get(DWORD aspect, SIZEL* size) const {
   if (!size) return E_POINTER;

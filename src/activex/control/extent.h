@@ -10,6 +10,7 @@ class PlaceListener {
  public:
   virtual void Entered() = 0;  // there is a window now, at its place
   virtual void SizeMayHaveChanged() = 0;
+  virtual void SizeLoaded(SIZEL himetric) = 0;  // from a saved form
 
  protected:
   ~PlaceListener() = default;
@@ -30,6 +31,7 @@ class Extent {
   void SetHimetric(SIZEL size) { himetric_ = wished_ = size; }
   HRESULT Get(DWORD aspect, SIZEL* size) const;  // for callers
   ::SIZE Pixels() const;
+  ::SIZE PixelsOf(SIZEL himetric) const;
   // Leaves the exact size alone when it is this many pixels already. One that comes to as many pixels as what
   // SetHimetric was told last is exactly that again, so that a way over other monitors changes nothing.
   void SetPixels(::SIZE size);

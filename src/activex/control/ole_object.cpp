@@ -178,6 +178,8 @@ HRESULT OleObjectFace::SetExtent(DWORD aspect, SIZEL* size) {
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
   return Call([&] {
+    const SIZEL before = extent_.Himetric();
+    if (size->cx != before.cx || size->cy != before.cy) persist_.SetDirty(true);
     extent_.SetHimetric(*size);
     listener_.SizeMayHaveChanged();
     return S_OK;

@@ -13,7 +13,7 @@ class Site;
 
 class OleObjectFace final : public Face<IOleObject> {
  public:
-  OleObjectFace(FaceOwner& owner, Site& site, Extent& extent, InPlace& in_place, const Persist& persist,
+  OleObjectFace(FaceOwner& owner, Site& site, Extent& extent, InPlace& in_place, Persist& persist,
                 PlaceListener& listener)
       : Face(owner),
         site_(site),
@@ -57,7 +57,7 @@ class OleObjectFace final : public Face<IOleObject> {
   Site& site_;
   Extent& extent_;
   InPlace& in_place_;
-  const Persist& persist_;
+  Persist& persist_;
   PlaceListener& listener_;
   ComPtr<IOleAdviseHolder> advises_;
   bool closing_ = false;

@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "activex/com/guid.h"
+#include "activex/control/extent.h"
 #include "activex/control/ole_bag.h"
 #include "control/saved_bag.h"
+#include "control/saved_extent.h"
 
 namespace marklet::activex {
 namespace {
@@ -99,20 +101,29 @@ HRESULT Persist::LoadFrom(IStream& stream) {
   result = Read(stream, *rest, bytes);
   SavedBag bag;
   state = bag.Read(std::move(bytes));
+  // The size comes before the values, among which AutoSize measures in it and has the last word.
+  if (const auto extent = ReadExtent(bag)) place_.SizeLoaded({extent->width, extent->height});
   return Load(bag, FAILED(result) ? result : ResultOf(state));
 }
 
 HRESULT Persist::Save(PropertyBag& bag) { return marklet_.WriteProperties(bag) ? S_OK : E_OUTOFMEMORY; }
 
+HRESULT Persist::SaveWithExtent(SavedBag& bag) {
+  const HRESULT result = Save(bag);
+  const SIZEL size = extent_.Himetric();
+  WriteExtent(bag, {size.cx, size.cy});
+  return result;
+}
+
 HRESULT Persist::SaveTo(IStream& stream) {
   SavedBag bag;
-  const HRESULT result = Save(bag);
+  const HRESULT result = SaveWithExtent(bag);
   return FAILED(result) ? result : WriteAll(stream, bag.Bytes());
 }
 
 HRESULT Persist::Measure(ULONGLONG& size) {
   SavedBag bag;
-  const HRESULT result = Save(bag);
+  const HRESULT result = SaveWithExtent(bag);
   size = bag.Bytes().size();
   return result;
 }

@@ -6,9 +6,15 @@
 #include "control/marklet.h"
 #include "host/property_bag.h"
 
+namespace marklet {
+class SavedBag;
+}
+
 namespace marklet::activex {
 
+class Extent;
 class HostFont;
+class PlaceListener;
 
 // Hears when the values are in the container's keeping.
 class SaveListener {
@@ -22,7 +28,8 @@ class SaveListener {
 // What the three interfaces share.
 class Persist {
  public:
-  Persist(Marklet& marklet, SaveListener& listener) : marklet_(marklet), listener_(listener) {}
+  Persist(Marklet& marklet, const Extent& extent, PlaceListener& place, SaveListener& listener)
+      : marklet_(marklet), extent_(extent), place_(place), listener_(listener) {}
 
   // A control that has been loaded isn't wiped out: E_UNEXPECTED.
   HRESULT InitNew();
@@ -35,7 +42,7 @@ class Persist {
   // Gives the values to a bag.
   HRESULT Save(PropertyBag& bag);
 
-  // The bytes of a stream and of a storage's stream.
+  // The bytes of a stream and of a storage's stream, which hold the control's size too.
   HRESULT LoadFrom(IStream& stream);
   HRESULT SaveTo(IStream& stream);
   HRESULT Measure(ULONGLONG& size);
@@ -47,7 +54,11 @@ class Persist {
   void SavedAt(unsigned changes);
 
  private:
+  HRESULT SaveWithExtent(SavedBag& bag);
+
   Marklet& marklet_;
+  const Extent& extent_;
+  PlaceListener& place_;
   SaveListener& listener_;
   unsigned changes_ = 0, saved_ = 0;
   bool begun_ = false, loaded_ = false;

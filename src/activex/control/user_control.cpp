@@ -101,6 +101,15 @@ void OleUserControl::FitFont() {
   font_->PutPixelsPerInch(is_screen ? 0 : last_resolution_);
 }
 
+void OleUserControl::SizeLoaded(SIZEL himetric) {
+  const ::SIZE wanted = extent_.PixelsOf(himetric);
+  if (window_.Handle()) in_place_.RequestSize(wanted);
+  const ::SIZE now = Size();
+  // Exact, where the window has as many pixels.
+  if (!window_.Handle() || (now.cx == wanted.cx && now.cy == wanted.cy)) extent_.SetHimetric(himetric);
+  SizeMayHaveChanged();
+}
+
 void OleUserControl::Resized() {
   last_size_ = Size();
   extent_.SetPixels(last_size_);

@@ -64,6 +64,8 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   void Entered() override;
   // Raises Resize when the size, or the resolution, is another than at the last one.
   void SizeMayHaveChanged() override;
+  // The container of an active control has the last word on that too.
+  void SizeLoaded(SIZEL himetric) override;
   bool TakesMouse() override;
   void FocusChanged(bool got) override;
   // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
