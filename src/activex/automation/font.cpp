@@ -102,7 +102,51 @@ struct WithObject {
   void operator()(StdFont* font) const { delete font; }
 };
 
+// The handle of an object, which makes its fonts as it sees fit and keeps this one for as long.
+class ObjectHandle final : public FontHandle {
+ public:
+  ObjectHandle(IFont& object, ::HFONT font)
+      : FontHandle(Wrap(font)), object_(&object), is_kept_(SUCCEEDED(object.AddRefHfont(font))) {}
+  ~ObjectHandle() override {
+    if (is_kept_) object_->ReleaseHfont(win32::NativeAs<::HFONT>(Get()));
+  }
+  bool IsKept() const { return is_kept_; }
+  IFont& Object() const { return *object_.Get(); }
+
+ private:
+  const ComPtr<IFont> object_;
+  const bool is_kept_;
+};
+
+// The font has the object's own handle then. Where the object has none it goes on with one of ours.
+void TakeHandle(IFont& from, StdFont& to) {
+  ::HFONT handle = nullptr;
+  ::LOGFONTW description = {};
+  if (FAILED(from.get_hFont(&handle)) || !handle ||
+      ::GetObjectW(handle, sizeof description, &description) != sizeof description)
+    return;
+  auto* const kept = new ObjectHandle(from, handle);
+  LocalRef shared(kept);
+  if (kept->IsKept()) to.PutHandle(std::move(shared), description.lfHeight);
+}
+
+// Whether a font still has the handle that it had from an object. Two sizes may look like the same one.
+bool SameObjectHandle(const StdFont& before, const StdFont& now) {
+  const auto* const handle = dynamic_cast<const ObjectHandle*>(before.Handle());
+  return !handle || handle->Get() == now.hFont();
+}
+
+// A copy of the object that the font has its handle from, unless that object has become another one since.
+ComPtr<IFont> CopyOfObject(const StdFont& font) {
+  const auto* const handle = dynamic_cast<const ObjectHandle*>(font.Handle());
+  ComPtr<IFont> copy;
+  if (!handle || FAILED(handle->Object().Clone(copy.GetAddressOf())) || !copy) return nullptr;
+  const FontRef its_font = FontFromObject(copy.Get());
+  return its_font && SameFont(*its_font, font) ? copy : nullptr;
+}
+
 ComPtr<IFont> MakeObject(const StdFont& font) {
+  if (const ComPtr<IFont> copy = CopyOfObject(font)) return copy;
   std::wstring name = Wide(font.Name());
   FONTDESC description = {};
   description.cbSizeofstruct = sizeof description;
@@ -131,6 +175,7 @@ FontRef FontFromObject(IUnknown* object) {
     return nullptr;
   auto font = std::make_unique<StdFont>();
   for (const Member& member : kMembers) member.read(*source.Get(), *font);
+  TakeHandle(*source.Get(), *font);
   return {font.release(), WithObject{source}};
 }
 
@@ -151,8 +196,10 @@ class FontLink final : public ComObject<IPropertyNotifySink> {
       if (!font || writing_) return S_OK;
       for (const Member& member : kMembers)
         if (id == member.id || id == DISPID_UNKNOWN || id == DISPID_FONT_CHANGED) member.read(object_, *font);
+      TakeHandle(object_, *font);
       const StdFont before = std::exchange(known_, *font);
-      if (listener_ && !SameFont(before, *font)) listener_->FontChanged();
+      if (listener_ && !(SameFont(before, *font) && SameObjectHandle(before, *font)))
+        listener_->FontChanged();
       return S_OK;
     });
   }

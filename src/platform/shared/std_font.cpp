@@ -14,13 +14,13 @@
 namespace marklet {
 namespace {
 
-struct Handle final : LocalCounted {
-  explicit Handle(HFONT its_font) : font(its_font) {}
-  ~Handle() override {
+class OwnHandle final : public FontHandle {
+ public:
+  explicit OwnHandle(HFONT font) : FontHandle(font) {}
+  ~OwnHandle() override {
     const UnrecordedScope own_call;
-    DeleteObject(font);
+    DeleteObject(Get());
   }
-  const HFONT font;
 };
 
 // The fonts of one name and charset: a short list, since a form has few sizes and styles of a typeface. Both
@@ -66,7 +66,7 @@ class Family final : public LocalCounted {
     const HFONT font = CreateFontIndirectW(record);
     if (font == nullptr) return {};
     if (fonts_.size() == kMostStyles) fonts_.pop_back();
-    fonts_.push_back({style, LocalRef(new Handle(font))});
+    fonts_.push_back({style, LocalRef(new OwnHandle(font))});
     return fonts_.back().handle;
   }
 
@@ -140,26 +140,31 @@ void StdFont::PutPixelsPerInch(Long pixels_per_inch) {
 void StdFont::PutBold(bool bold) { PutWeight(bold ? 700 : 400); }
 
 void StdFont::PutWeight(Long weight) {
+  if (weight == style_.weight) return;
   style_.weight = weight;
   handle_ = {};
 }
 
 void StdFont::PutItalic(bool italic) {
+  if (italic == style_.italic) return;
   style_.italic = italic;
   handle_ = {};
 }
 
 void StdFont::PutUnderline(bool underline) {
+  if (underline == style_.underline) return;
   style_.underline = underline;
   handle_ = {};
 }
 
 void StdFont::PutStrikethrough(bool strikethrough) {
+  if (strikethrough == style_.strikethrough) return;
   style_.strikethrough = strikethrough;
   handle_ = {};
 }
 
 void StdFont::PutCharset(std::uint8_t charset) {
+  if (charset == Charset()) return;
   family_ = FamilyOf(Name(), charset);
   handle_ = {};
 }
@@ -168,8 +173,12 @@ HFONT StdFont::hFont() const {
   if (handle_.Get() == nullptr) {
     handle_ = In(family_).Find(style_);
   }
-  const auto* handle = static_cast<const Handle*>(handle_.Get());
-  return handle != nullptr ? handle->font : nullptr;
+  return Handle() != nullptr ? Handle()->Get() : nullptr;
+}
+
+void StdFont::PutHandle(LocalRef font_handle, Long height) {
+  style_.height = height;
+  handle_ = std::move(font_handle);
 }
 
 }  // namespace marklet

@@ -11,6 +11,18 @@
 
 namespace marklet {
 
+// A handle that fonts share. It ends with the last of them.
+class FontHandle : public LocalCounted {
+ public:
+  HFONT Get() const { return font_; }
+
+ protected:
+  explicit FontHandle(HFONT font) : font_(font) {}
+
+ private:
+  const HFONT font_;
+};
+
 // A font by its eight properties, with a handle to select. Shared by reference, as its users expect: whoever
 // holds the same object sees every change; a copy is a font of its own. Handles come from a cache of this
 // thread: setting a property and reading hFont again is cheap when that combination has been used before.
@@ -44,6 +56,12 @@ class StdFont {
   // and its properties stay, and selected in a context until it is selected out. Null only when the platform
   // can't make any font.
   HFONT hFont() const;
+  // What it belongs to; null before the first hFont after a change.
+  const FontHandle* Handle() const { return static_cast<const FontHandle*>(handle_.Get()); }
+  // Another handle for the properties as they stand, one that was made elsewhere, and its height as a
+  // LOGFONTW has it. This font and its copies have that handle until one of their properties becomes another
+  // one, and the height until their size is set.
+  void PutHandle(LocalRef font_handle, Long height);
 
   // What tells the handles of a typeface apart.
   struct Style {
@@ -62,7 +80,7 @@ class StdFont {
   Long size_ = 82500;  // in ten-thousandths of a point
   Long pixels_per_inch_ = 0;
   Style style_;
-  // Empty when a property has changed since the last look-up.
+  // A FontHandle. Empty when a property has changed since the last look-up.
   mutable LocalRef handle_;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/shared/std_font.h"
 
 #include <limits>
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -44,6 +45,71 @@ TEST(StdFont, KeepsWhatIsPut) {
   EXPECT_EQ(font.Size(), 12.5);
   EXPECT_TRUE(font.Italic() && font.Underline() && font.Strikethrough());
   EXPECT_EQ(font.Charset(), 204);
+}
+
+// Handles from elsewhere: which one a font has, and how long it is kept.
+class ForeignHandle final : public FontHandle {
+ public:
+  ForeignHandle(HFONT font, bool& is_there) : FontHandle(font), is_there_(is_there) { is_there_ = true; }
+  ~ForeignHandle() override { is_there_ = false; }
+
+ private:
+  bool& is_there_;
+};
+
+TEST(StdFont, HasTheHandleThatIsPutUntilAPropertyBecomesAnotherOne) {
+  using Change = void (*)(StdFont&);
+  const Change changes[] = {
+      [](StdFont& font) { font.PutName(u"Verdana"); },    [](StdFont& font) { font.PutSize(11); },
+      [](StdFont& font) { font.PutBold(true); },          [](StdFont& font) { font.PutWeight(401); },
+      [](StdFont& font) { font.PutItalic(true); },        [](StdFont& font) { font.PutUnderline(true); },
+      [](StdFont& font) { font.PutStrikethrough(true); }, [](StdFont& font) { font.PutCharset(204); }};
+  for (const Change change : changes) {
+    const StdFont other;
+    bool is_there = false;
+    StdFont font;
+    font.PutHandle(LocalRef(new ForeignHandle(other.hFont(), is_there)), -11);
+    font.PutName(font.Name());
+    font.PutBold(font.Bold());
+    font.PutItalic(false);
+    font.PutUnderline(false);
+    font.PutStrikethrough(false);
+    font.PutCharset(0);
+    EXPECT_EQ(font.hFont(), other.hFont()) << "what was put before is no change";
+    EXPECT_TRUE(is_there);
+    change(font);
+    EXPECT_FALSE(is_there);
+    EXPECT_NE(font.hFont(), nullptr);
+  }
+}
+
+TEST(StdFont, SharesTheHandleThatIsPutWithItsCopies) {
+  const StdFont other;
+  bool is_there = false;
+  auto font = std::make_unique<StdFont>();
+  font->PutHandle(LocalRef(new ForeignHandle(other.hFont(), is_there)), -11);
+  StdFont copy = *font;
+  font.reset();
+  EXPECT_TRUE(is_there);
+  EXPECT_EQ(copy.hFont(), other.hFont());
+  copy = StdFont();
+  EXPECT_FALSE(is_there);
+}
+
+TEST(StdFont, KeepsTheHeightThatIsPutUntilTheSizeIsSet) {
+  const Screen screen(96);
+  StdFont font, bold;
+  bold.PutSize(24);
+  bold.PutBold(true);
+  font.PutSize(11);
+  bool is_there = false;
+  StdFont as_high;
+  as_high.PutSize(24);
+  font.PutHandle(LocalRef(new ForeignHandle(as_high.hFont(), is_there)), -32);
+  font.PutBold(true);
+  EXPECT_EQ(font.hFont(), bold.hFont()) << "32 pixels are 24 points";
+  font.PutSize(11);
+  EXPECT_NE(font.hFont(), bold.hFont());
 }
 
 TEST(StdFont, IsBoldAboveAWeightOf550) {
