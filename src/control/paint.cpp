@@ -19,13 +19,15 @@ void Marklet::RedrawNow() {
 
 void Marklet::PaintControl(HDC dc) {
   IgnoreErrors([&] {
-    const HDC target = dc != nullptr ? dc : host_.hDC();
     const Long width = RoundHalfEven(host_.ScaleWidth());
     const Long height = RoundHalfEven(host_.ScaleHeight());
     if (state_.UsesSystemColors && CheckSystemColors()) state_.BackBuffer.reset();
     if (!state_.BackBuffer) IgnoreErrors([&] { BuildPicture(width, height); });
-    // Whatever the field holds by now: a setter called from inside the building leaves a newer picture.
-    if (const auto picture = state_.BackBuffer) picture->PaintTo(target, 0, 0, -1, -1, 0, 0, SRCCOPY);
+    // Whatever the field and the host hold by now: a setter called from inside the building leaves a newer
+    // picture, and the host may have taken the window away.
+    const auto picture = state_.BackBuffer;
+    const HDC target = dc != nullptr ? dc : host_.hDC();
+    if (picture) picture->PaintTo(target, 0, 0, -1, -1, 0, 0, SRCCOPY);
   });
 }
 

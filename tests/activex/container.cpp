@@ -123,6 +123,7 @@ class SiteObject final
   }
   HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer** container) override {
     *container = nullptr;
+    Read("container");
     if (!Has(SiteInterface::Container)) return E_NOINTERFACE;
     return Give(static_cast<IOleContainer*>(this), reinterpret_cast<void**>(container));
   }
@@ -193,12 +194,16 @@ class SiteObject final
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
+    if (!container_.on_read || std::wstring(names[0]) != L"BackColor") return E_NOTIMPL;
+    Read("member");
+    *id = DISPID_AMBIENT_BACKCOLOR;
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
                                    UINT*) override {
     const AmbientValues& values = container_.ambients;
+    Read("ambient " + std::to_string(id));
     VariantInit(result);
     switch (id) {
       case DISPID_AMBIENT_USERMODE:
@@ -239,6 +244,9 @@ class SiteObject final
   HRESULT Note(const std::string& call) {
     container_.Note(call);
     return S_OK;
+  }
+  void Read(const std::string& what) {
+    if (container_.on_read) container_.on_read(what);
   }
   static HRESULT GiveBool(bool value, VARIANT* result) {
     result->vt = VT_BOOL;

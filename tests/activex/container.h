@@ -65,6 +65,9 @@ class Container {
   std::vector<std::string> log;
   // Called from inside the named call of the control.
   std::function<void(const std::string& call)> on_call;
+  // Called from inside each read of what stays out of the log: "ambient -709", "container", "member". With it
+  // the container shows its background colour as a member, too.
+  std::function<void(const std::string& what)> on_read;
 
   // A new control in this site: site, InitNew, extent, in the usual order.
   void Host();

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <utility>
 
 #include "activex/com/module.h"
 #include "activex/control/pointer.h"
@@ -230,13 +231,17 @@ LRESULT ControlWindow::Default(UINT message, WPARAM wparam, LPARAM lparam) {
   return window_ ? ::DefWindowProcW(window_, message, wparam, lparam) : 0;
 }
 
+// The container may do anything while the picture is built: have another paint message answered, or destroy
+// the window, whose context may by then be another window's.
 LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   const ::HWND window = window_;
-  paint_context_ = ::BeginPaint(window, &paint);
+  const ::HDC context = ::BeginPaint(window, &paint);
+  const ::HDC outer_context = std::exchange(paint_context_, context);
   marklet_.PaintControl(nullptr);
-  if (paint_context_) ::SelectObject(paint_context_, ::GetStockObject(SYSTEM_FONT));
-  paint_context_ = nullptr;
+  if (window_ != window) return 0;
+  paint_context_ = outer_context;
+  if (context) ::SelectObject(context, ::GetStockObject(SYSTEM_FONT));
   ::EndPaint(window, &paint);
   return 0;
 }
@@ -318,6 +323,7 @@ LRESULT ControlWindow::OnFocus(UINT message, WPARAM wparam, LPARAM lparam) {
 // The window is gone, by our hand or with its parent.
 LRESULT ControlWindow::OnLast(UINT message, WPARAM wparam, LPARAM lparam) {
   ReleaseContext();
+  paint_context_ = nullptr;
   const ::HWND window = window_;
   window_ = nullptr;
   pressed_ = 0;
