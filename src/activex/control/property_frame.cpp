@@ -1,5 +1,6 @@
 #include "activex/control/property_frame.h"
 
+#include <memory>
 #include <vector>
 
 namespace marklet::activex {
@@ -18,9 +19,9 @@ std::vector<CLSID> PagesThere(IUnknown& object) {
   CAUUID named = {};
   if (FAILED(object.QueryInterface(IID_PPV_ARGS(source.GetAddressOf()))) || FAILED(source->GetPages(&named)))
     return there;
+  const std::unique_ptr<CLSID, decltype(&::CoTaskMemFree)> owner(named.pElems, &::CoTaskMemFree);
   for (ULONG i = 0; i < named.cElems; ++i)
     if (CanBeCreated(named.pElems[i])) there.push_back(named.pElems[i]);
-  ::CoTaskMemFree(named.pElems);
   return there;
 }
 
