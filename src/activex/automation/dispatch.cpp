@@ -1,12 +1,15 @@
 // Late-bound calls.
 #include "activex/automation/dispatch.h"
 
+#include <iterator>
+
 #include "activex/automation/error_report.h"
 #include "activex/automation/type_info.h"
 #include "activex/automation/value_conversion.h"
 #include "activex/com/boundary.h"
 #include "activex/com/guid.h"
 #include "activex/com/text.h"
+#include "control/property_table.h"
 
 namespace marklet::activex {
 namespace {
@@ -85,11 +88,11 @@ const VARIANT* FindPassed(const DISPPARAMS& parameters, UINT number, UINT& index
 HRESULT InvokeLoadIconImage(const Call& call) {
   if ((call.flags & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
   const DISPPARAMS& parameters = call.parameters;
-  if (parameters.cArgs != LoadIconImageFromFileRow().arguments.size() ||
+  if (parameters.cArgs != std::size(property_table::kLoadArguments) ||
       parameters.cNamedArgs > parameters.cArgs)
     return DISP_E_BADPARAMCOUNT;
-  Value texts[2];
-  for (UINT number = 0; number < 2; ++number) {
+  Value texts[std::size(property_table::kLoadArguments)];
+  for (UINT number = 0; number < std::size(texts); ++number) {
     UINT index = 0;
     const VARIANT* passed = FindPassed(parameters, number, index);
     if (!passed) return BadArgument(call, DISP_E_PARAMNOTFOUND, 0);

@@ -1,4 +1,5 @@
 // The slots of `_Marklet`, built once from the property table.
+#include <algorithm>
 #include <iterator>
 #include <string>
 #include <type_traits>
@@ -58,6 +59,11 @@ HRESULT STDMETHODCALLTYPE PutSlot(DispatchFace* face, Native value) {
   }));
 }
 
+// The slot takes what the method's row names.
+static_assert(std::size(property_table::kLoadArguments) == 2 &&
+              std::ranges::all_of(property_table::kLoadArguments, [](const Argument& argument) {
+                return argument.type == ArgumentType::String;
+              }));
 HRESULT STDMETHODCALLTYPE LoadIconImageSlot(DispatchFace* face, BSTR file, BSTR key, VARIANT_BOOL* result) {
   if (!result) return E_POINTER;
   *result = VARIANT_FALSE;
