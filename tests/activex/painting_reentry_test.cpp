@@ -8,6 +8,7 @@
 
 #include "activex/container.h"
 #include "activex/saving.h"
+#include "platform/system_colours.h"
 
 namespace ocx_test {
 namespace {
@@ -35,7 +36,7 @@ class OtherColours {
   OtherColours& operator=(const OtherColours&) = delete;
 
  private:
-  static constexpr int kElement = COLOR_BTNTEXT;
+  static constexpr int kElement = marklet::COLOR_BTNTEXT;
   static void Put(COLORREF colour) { SetSysColors(1, &kElement, &colour); }
   COLORREF former_;
 };
