@@ -167,6 +167,23 @@ TEST_F(Monitors, ShowEveryFontAtTheirResolution) {
   EXPECT_NEAR(288 * 20.0 / 72 * 0.727, InkHeight(), 2);
 }
 
+// The object has a handle of its own, which is made for the screen.
+TEST_F(Monitors, ShowWhatAHostSetsOnTheFontObject) {
+  of_windows = 288;
+  Host();
+  SetExtent({10000, 5000});
+  Activate();
+  const auto object = container_.Dispatch();
+  PutNumber(object.Get(), L"ForeColor", 0x0000FF);
+  PutText(object.Get(), L"Caption", L"H");
+  Variant font, twenty;
+  ASSERT_EQ(S_OK, GetByName(object.Get(), L"Font", font));
+  twenty.vt = VT_CY;
+  twenty.cyVal.int64 = 200000;
+  ASSERT_EQ(S_OK, PutByName(font.pdispVal, L"Size", twenty));
+  EXPECT_NEAR(288 * 20.0 / 72 * 0.727, InkHeight(), 2);
+}
+
 TEST_F(Monitors, MayChangeWhileTheControlLives) {
   Host();
   Activate();

@@ -177,6 +177,7 @@ HFONT StdFont::hFont() const {
 }
 
 void StdFont::PutHandle(LocalRef font_handle, Long height) {
+  if (pixels_per_inch_ != 0) return;
   style_.height = height;
   handle_ = std::move(font_handle);
 }

@@ -60,7 +60,8 @@ class StdFont {
   const FontHandle* Handle() const { return static_cast<const FontHandle*>(handle_.Get()); }
   // Another handle for the properties as they stand, one that was made elsewhere, and its height as a
   // LOGFONTW has it. This font and its copies have that handle until one of their properties becomes another
-  // one, and the height until their size is set.
+  // one, and the height until their size is set. One made elsewhere is made for the screen: a font for
+  // another resolution goes on with its own.
   void PutHandle(LocalRef font_handle, Long height);
 
   // What tells the handles of a typeface apart.
