@@ -52,14 +52,14 @@ class Table {
   TestPicture to_{256, 256, 24}, from_{256, 256, 32};
 };
 
-TEST(AlphaBlendInMemory, GivesTheNearestOfEveryTriple) {
+TEST(SlowAlphaBlendInMemory, GivesTheNearestOfEveryTriple) {
   Table table;
   for (const std::uint8_t constant :
        {std::uint8_t{1}, std::uint8_t{128}, std::uint8_t{254}, std::uint8_t{255}})
     for (unsigned colour = 0; colour < 256; colour += 3) table.ExpectNearest(colour, constant, true);
 }
 
-TEST(AlphaBlendInMemory, GivesTheNearestAtEveryConstant) {
+TEST(SlowAlphaBlendInMemory, GivesTheNearestAtEveryConstant) {
   std::mt19937 random(5);
   Table table;
   for (unsigned constant = 0; constant < 256; ++constant)

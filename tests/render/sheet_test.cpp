@@ -110,7 +110,7 @@ TEST(Sheet, TooLargeASheetIsRefused) {
   EXPECT_THROW(RenderSheet(json, 1), RenderError);
 }
 
-TEST(Sheet, OfTheMostPixelsIsDrawnAndOfARowMoreIsRefusedInOneLine) {
+TEST(SlowSheet, OfTheMostPixelsIsDrawnAndOfARowMoreIsRefusedInOneLine) {
   const auto sheet = [](int height) {
     return R"({ "columns": 16, "margin": 0, "gap": 0, "items": [ { "size": "4096x1024" }, { "size": "1x)" +
            std::to_string(height) + R"(" } ] })";
