@@ -90,8 +90,17 @@ void StoreMousePointer(Marklet& control, const Value& value);
 
 // --- Saved forms ------------------------------------------------------------------------------------------
 
-template <auto Number>
-BagValue Fixed(Marklet&) {
+// Defaults have the types that saved forms have always given them: numbers are Long, but for two.
+template <bool Truth>
+BagValue FixedBoolean(Marklet&) {
+  return Truth;
+}
+template <Long Number>
+BagValue FixedLong(Marklet&) {
+  return Number;
+}
+template <std::int16_t Number>
+BagValue FixedShort(Marklet&) {
   return Number;
 }
 BagValue NoText(Marklet& control);
@@ -99,10 +108,6 @@ BagValue AmbientBackColor(Marklet& control);
 BagValue AmbientForeColor(Marklet& control);
 BagValue AmbientFont(Marklet& control);
 BagValue AmbientRightToLeft(Marklet& control);
-
-// Defaults have the types that saved forms have always given them.
-inline constexpr std::int16_t kShortZero = 0, kShortOne = 1;
-inline constexpr Long kZero = 0, kOne = 1, kShadowColour = static_cast<Long>(kButtonShadow);
 
 // A field that is saved and loaded as it stands.
 template <auto Field>

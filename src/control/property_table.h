@@ -11,8 +11,10 @@
 #include <span>
 #include <string_view>
 
+#include "control/enumeration_values.h"
 #include "control/properties.h"
 #include "control/property_access.h"
+#include "text/caption_style.h"
 
 namespace marklet::property_table {
 
@@ -28,7 +30,8 @@ inline constexpr PropertyRow kRows[] = {
      .category = ";Behavior",
      .get = GetField<&MarkletState::AutoSize>,
      .store = StoreField<&MarkletState::AutoSize>,
-     .saved = SavedBySetter("AutoSize", BagType::Boolean, Fixed<false>, GetField<&MarkletState::AutoSize>)},
+     .saved =
+         SavedBySetter("AutoSize", BagType::Boolean, FixedBoolean<false>, GetField<&MarkletState::AutoSize>)},
     {.name = "BackColor",
      .dispid = -501,
      .type = ValueType::Colour,
@@ -49,7 +52,7 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Indicates whether a control is transparent or opaque.",
      .get = GetField<&MarkletState::BackStyle>,
      .store = StoreField<&MarkletState::BackStyle>,
-     .saved = SavedField<&MarkletState::BackStyle>("BackStyle", BagType::I4, Fixed<kOne>)},
+     .saved = SavedField<&MarkletState::BackStyle>("BackStyle", BagType::I4, FixedLong<backOpaque>)},
     {.name = "Appearance",
      .dispid = -520,
      .type = ValueType::Choice,
@@ -59,7 +62,7 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Returns/sets whether or not an object is painted at runtime with 3-D effects.",
      .get = GetField<&MarkletState::Appearance>,
      .store = StoreAppearance,
-     .saved = SavedField<&MarkletState::Appearance>("Appearance", BagType::I4, Fixed<kShortOne>)},
+     .saved = SavedField<&MarkletState::Appearance>("Appearance", BagType::I4, FixedShort<appearance3d>)},
     {.name = "BorderStyle",
      .dispid = -504,
      .type = ValueType::Choice,
@@ -69,7 +72,7 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the border style for an object.",
      .get = GetField<&MarkletState::BorderStyle>,
      .store = StoreField<&MarkletState::BorderStyle>,
-     .saved = SavedField<&MarkletState::BorderStyle>("BorderStyle", BagType::I4, Fixed<kShortZero>)},
+     .saved = SavedField<&MarkletState::BorderStyle>("BorderStyle", BagType::I4, FixedShort<borderNone>)},
     {.name = "Caption",
      .dispid = -518,
      .type = ValueType::Text,
@@ -163,7 +166,8 @@ inline constexpr PropertyRow kRows[] = {
      .description = "Returns/sets the color used to display special effects.",
      .get = GetField<&MarkletState::EffectColor>,
      .store = StoreField<&MarkletState::EffectColor>,
-     .saved = SavedField<&MarkletState::EffectColor>("EffectColor", BagType::I4, Fixed<kShadowColour>)},
+     .saved = SavedField<&MarkletState::EffectColor>("EffectColor", BagType::I4,
+                                                     FixedLong<static_cast<Long>(kButtonShadow)>)},
     {.name = "ImageKey",
      .dispid = 0x68030064,
      .type = ValueType::Text,
@@ -194,7 +198,7 @@ inline constexpr PropertyRow kRows[] = {
              "access key.",
      .get = GetField<&MarkletState::UseMnemonic>,
      .store = StoreUseMnemonic,
-     .saved = SavedField<&MarkletState::UseMnemonic>("UseMnemonic", BagType::Boolean, Fixed<true>)},
+     .saved = SavedField<&MarkletState::UseMnemonic>("UseMnemonic", BagType::Boolean, FixedBoolean<true>)},
     // The announced name has a small t.
     {.name = "UniToolTipText",
      .dispid = 0x6803005F,
@@ -215,7 +219,7 @@ inline constexpr PropertyRow kRows[] = {
      .description = "Returns/sets the type of effect to be applied to a control's text.",
      .get = GetField<&MarkletState::TextEffect>,
      .store = StoreField<&MarkletState::TextEffect>,
-     .saved = SavedField<&MarkletState::TextEffect>("TextEffect", BagType::I4, Fixed<kZero>)},
+     .saved = SavedField<&MarkletState::TextEffect>("TextEffect", BagType::I4, FixedLong<effectNone>)},
     {.name = "Enabled",
      .dispid = -514,
      .type = ValueType::Boolean,
@@ -224,7 +228,7 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Returns/sets a value that determines whether an object can respond to user-generated events.",
      .get = GetEnabled,
      .store = StoreEnabled,
-     .saved = SavedBySetter("Enabled", BagType::Boolean, Fixed<true>, GetEnabled)},
+     .saved = SavedBySetter("Enabled", BagType::Boolean, FixedBoolean<true>, GetEnabled)},
     {.name = "WordWrap",
      .dispid = 0x6803005B,
      .type = ValueType::Boolean,
@@ -234,7 +238,7 @@ inline constexpr PropertyRow kRows[] = {
              "the control.",
      .get = GetField<&MarkletState::WordWrap>,
      .store = StoreField<&MarkletState::WordWrap>,
-     .saved = SavedField<&MarkletState::WordWrap>("WordWrap", BagType::Boolean, Fixed<true>)},
+     .saved = SavedField<&MarkletState::WordWrap>("WordWrap", BagType::Boolean, FixedBoolean<true>)},
     {.name = "ImageAlignment",
      .dispid = 0x6803005A,
      .type = ValueType::Choice,
@@ -244,8 +248,8 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the alignment of the control's image.",
      .get = GetField<&MarkletState::ImageAlignment>,
      .store = StoreField<&MarkletState::ImageAlignment>,
-     .saved =
-         SavedBySetter("ImageAlignment", BagType::I4, Fixed<kZero>, GetField<&MarkletState::ImageAlignment>)},
+     .saved = SavedBySetter("ImageAlignment", BagType::I4, FixedLong<alignLeft>,
+                            GetField<&MarkletState::ImageAlignment>)},
     {.name = "ImageSize",
      .dispid = 0x68030059,
      .type = ValueType::Choice,
@@ -255,7 +259,7 @@ inline constexpr PropertyRow kRows[] = {
      .help = "Returns/sets the size of the image when rendered in the control.",
      .get = GetField<&MarkletState::ImageSize>,
      .store = StoreImageSize,
-     .saved = SavedBySetter("ImageSize", BagType::I4, Fixed<kZero>, GetField<&MarkletState::ImageSize>)},
+     .saved = SavedBySetter("ImageSize", BagType::I4, FixedLong<0>, GetField<&MarkletState::ImageSize>)},
     {.name = "hwnd",
      .dispid = 0x68030058,
      .type = ValueType::Number,
@@ -286,7 +290,7 @@ inline constexpr PropertyRow kHiddenRows[] = {
      .announced = "Padding",
      .get = GetField<&MarkletState::Padding>,
      .store = StoreField<&MarkletState::Padding>,
-     .saved = SavedField<&MarkletState::Padding>("Padding", BagType::I4, Fixed<kShortZero>)},
+     .saved = SavedField<&MarkletState::Padding>("Padding", BagType::I4, FixedShort<borderNone>)},
     {.name = "RightToLeft",
      .dispid = 0x68030061,
      .type = ValueType::Boolean,
@@ -304,7 +308,8 @@ inline constexpr PropertyRow kHiddenRows[] = {
      .announced = "Alignment",
      .get = GetField<&MarkletState::Alignment>,
      .store = StoreField<&MarkletState::Alignment>,
-     .saved = NeverWritten(SavedField<&MarkletState::Alignment>("Alignment", BagType::I4, Fixed<kZero>))},
+     .saved =
+         NeverWritten(SavedField<&MarkletState::Alignment>("Alignment", BagType::I4, FixedLong<alignLeft>))},
     {.name = "VerticalAlignment",
      .dispid = 0x6803005D,
      .type = ValueType::Choice,
@@ -313,7 +318,8 @@ inline constexpr PropertyRow kHiddenRows[] = {
      .announced = "VerticalAlignment",
      .get = GetField<&MarkletState::VerticalAlignment>,
      .store = StoreField<&MarkletState::VerticalAlignment>,
-     .saved = SavedField<&MarkletState::VerticalAlignment>("VerticalAlignment", BagType::I4, Fixed<kZero>)},
+     .saved = SavedField<&MarkletState::VerticalAlignment>("VerticalAlignment", BagType::I4,
+                                                           FixedLong<verticalTop>)},
 };
 
 // --- The method -------------------------------------------------------------------------------------------
