@@ -58,7 +58,7 @@ struct CaptionPen {
   // Draws in another colour from here on, and in the one before it again.
   void OpenColour(COLORREF colour);
   void CloseColour();
-  // The empty string measured, and LineStart moved to where right-aligned lines start.
+  // The empty string measured (0 by 0), and LineStart moved to where right-aligned lines start.
   SIZE StartLineAtRight();
 
  private:

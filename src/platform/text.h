@@ -41,8 +41,8 @@ int SetBkMode(HDC dc, int mode);
 // Where text at a point stands to it: the sum of TA_ constants. Returns the former value, 0 on failure.
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);
 
-// Width and height of a string in one line. "&" is an ordinary character. An empty string is 0 wide and as
-// high as any other.
+// Width and height of a string in one line. "&" is an ordinary character. All strings of a font are equally
+// high but the empty one, which is 0 by 0.
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size);
 // The same for the first `count` bytes of a text in the system code page; `count` past its end is cut to its
 // end.

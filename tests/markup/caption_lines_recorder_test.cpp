@@ -158,19 +158,20 @@ TEST_F(MarkupCaption, OutlinesEachRightJustifiedLineInRed) {
   rect_ = {10, 5, 200, 300};
   style_.Alignment = 1;
   Draw(u"<b></b>one two");
-  const Long empty = canvas_.Measure(*style_.Font, u"").cy, height = Height(u"one");
+  const Long height = Height(u"one");
   EXPECT_EQ(Lines("CreatePen"), (std::vector<std::string>(2, "CreatePen(1,#FF0000)")));
-  // From the lower left corner up, across, down and back; as wide as the right edge is far.
+  // From the lower left corner up, across, down and back; as wide as the right edge is far and as high as an
+  // empty string, so that the lower edge runs above the upper one.
   std::vector<std::string> expected;
   for (const Long y : {5, 5 + height}) {
     const auto point = [](const char* call, Long x, Long at) {
       return std::string(call) + "(" + std::to_string(x) + "," + std::to_string(at) + ")";
     };
-    expected.push_back(point("MoveToEx", 200, y + empty - 1));
+    expected.push_back(point("MoveToEx", 200, y - 1));
     expected.push_back(point("LineTo", 200, y));
     expected.push_back(point("LineTo", 399, y));
-    expected.push_back(point("LineTo", 399, y + empty - 1));
-    expected.push_back(point("LineTo", 200, y + empty - 1));
+    expected.push_back(point("LineTo", 399, y - 1));
+    expected.push_back(point("LineTo", 200, y - 1));
   }
   std::vector<std::string> drawn;
   for (const std::string& line : lines_)

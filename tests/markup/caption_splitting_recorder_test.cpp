@@ -63,7 +63,9 @@ TEST_F(MarkupSplit, EndsWhenNothingIsLeft) {
   ASSERT_EQ(runs_.size(), kWord.size() + 1);
   for (std::size_t at = 0; at < kWord.size(); ++at)
     EXPECT_EQ(runs_[at].rect.top, static_cast<Long>(at) * Step());
+  // What is left is measured as nothing, so that the word's last line is only as high as its last letter.
   EXPECT_EQ(runs_.back().text, "x");
+  EXPECT_EQ(runs_.back().rect.top, static_cast<Long>(kWord.size()) * Step() + Height(u"x"));
 }
 
 TEST_F(MarkupSplit, CutsAtTheRightEdgeAndOutlinesOneLineWhenRightJustified) {
@@ -77,8 +79,7 @@ TEST_F(MarkupSplit, CutsAtTheRightEdgeAndOutlinesOneLineWhenRightJustified) {
     EXPECT_EQ(runs_[std::size_t(at)].rect.top, 10 + at * Step());
   }
   EXPECT_EQ(Lines("CreatePen").size(), 1u);
-  EXPECT_EQ(Lines("MoveToEx").front(),
-            "MoveToEx(200," + std::to_string(10 + 2 * Step() + Height(u"") - 1) + ")");
+  EXPECT_EQ(Lines("MoveToEx").front(), "MoveToEx(200," + std::to_string(10 + 2 * Step() - 1) + ")");
 }
 
 TEST_F(MarkupSplit, MeasuresEachPieceAndThenWhatIsLeft) {

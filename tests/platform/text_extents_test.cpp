@@ -33,11 +33,18 @@ TEST_F(TextExtents, AreTheSumsOfTheirCharacters) {
 TEST_F(TextExtents, HaveOneHeightWhateverTheText) {
   const Long height = picture_.Extent(u"x").cy;
   EXPECT_GT(height, 13 * 3 / 4);
-  for (const std::u16string_view text : {u"", u"gjpqy", u"\u00C5", u"\u4E2D", u"a longer text"})
+  for (const std::u16string_view text : {u"gjpqy", u"\u00C5", u"\u4E2D", u"a longer text"})
     EXPECT_EQ(picture_.Extent(text).cy, height);
 }
 
-TEST_F(TextExtents, OfNothingAreNotWide) { EXPECT_EQ(WidthOf(u""), 0); }
+TEST_F(TextExtents, OfNothingAreNothing) {
+  SIZE size = {7, 7};
+  ASSERT_TRUE(GetTextExtentPoint32W(picture_.Context(), {}, size));
+  EXPECT_EQ(size, (SIZE{0, 0}));
+  size = {7, 7};
+  ASSERT_TRUE(GetTextExtentPoint32A(picture_.Context(), {}, 0, size));
+  EXPECT_EQ(size, (SIZE{0, 0}));
+}
 
 TEST_F(TextExtents, OfAFaceNameEndAtItsNul) {
   const SIZE tahoma = picture_.Extent(u"Total");
@@ -88,7 +95,7 @@ TEST_F(TextExtents, OfBytesEndAtTheCountOrTheText) {
   ASSERT_TRUE(GetTextExtentPoint32A(picture_.Context(), "Total", kMax, size));
   EXPECT_EQ(size, picture_.Extent(u"Total"));
   ASSERT_TRUE(GetTextExtentPoint32A(picture_.Context(), "Total", -1, size));
-  EXPECT_EQ(size.cx, 0);
+  EXPECT_EQ(size, (SIZE{0, 0}));
 }
 
 TEST_F(TextExtents, OfACharacterAreItsThreeSpacings) {

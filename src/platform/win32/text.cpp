@@ -131,7 +131,8 @@ std::uint32_t SetTextAlign(HDC dc, std::uint32_t align) {
 }
 
 bool GetTextExtentPoint32W(HDC dc, std::u16string_view text, SIZE& size) {
-  if (!text.empty() && text.size() <= kPlainUnits) return PlainExtent(Native(dc), text, size);
+  if (text.empty()) text = u"";  // not null, which the platform needn't take
+  if (text.size() <= kPlainUnits) return PlainExtent(Native(dc), text, size);
   std::int64_t width = 0;
   TEXTMETRICW metrics{};
   if (!WidthOf(Native(dc), text, width) || !GetTextMetricsW(Native(dc), &metrics)) return false;

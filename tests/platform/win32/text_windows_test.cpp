@@ -159,12 +159,17 @@ TEST_F(WindowsText, BackgroundModesComeBackAsTheyWereSet) {
   EXPECT_EQ(SetBkMode(dc_, 2), 2) << "mode 0 leaves no trace";
 }
 
-TEST_F(WindowsText, AnEmptyStringIsAsHighAsAnyOther) {
-  EXPECT_EQ(Extent(u""), (SIZE{0, Extent(u"x").cy}));
-  EXPECT_EQ(Extent({}), (SIZE{0, Extent(u"x").cy}));
-  SIZE size;
+TEST_F(WindowsText, AnEmptyStringIsWhatThePlatformSays) {
+  ::SIZE platform = {7, 7};
+  ASSERT_TRUE(::GetTextExtentPoint32W(win32::Native(dc_), L"", 0, &platform));
+  for (const std::u16string_view text : {std::u16string_view(u""), std::u16string_view()}) {
+    SIZE size = {7, 7};
+    EXPECT_TRUE(GetTextExtentPoint32W(dc_, text, size));
+    EXPECT_EQ(size, (SIZE{platform.cx, platform.cy}));
+  }
+  SIZE size = {7, 7};
   EXPECT_TRUE(GetTextExtentPoint32A(dc_, "xyz", 0, size));
-  EXPECT_EQ(size, Extent(u""));
+  EXPECT_EQ(size, (SIZE{platform.cx, platform.cy}));
 }
 
 TEST_F(WindowsText, ByteTextIsMeasuredInTheSystemCodePageUpToItsEnd) {

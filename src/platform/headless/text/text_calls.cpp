@@ -22,6 +22,10 @@ constexpr std::uint32_t kOptionOpaque = 2, kOptionClipped = 4;
 
 bool MeasureLine(HDC dc, std::u16string_view text, SIZE& size) {
   if (dc == nullptr) return false;
+  if (text.empty()) {
+    size = {};
+    return true;
+  }
   headless::Font& font = dc->SelectedFont();
   size = {Saturated(WidthOf(font, {text})), font.RealFace().Height()};
   return true;
