@@ -1,5 +1,8 @@
 // What registration writes, and that removal leaves nothing.
 #include <map>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "activex/server.h"
 
@@ -62,6 +65,7 @@ void ExpectRegistered(HKEY hive) {
   expect(key + L"\\MiscStatus\\1|", L"139665");
   expect(key + L"\\ToolboxBitmap32|", ServerPath() + L", 101");
   expect(key + L"\\TypeLib|", L"{8F6B874C-6DE0-4902-A016-DBCDD8F272C1}");
+  expect(key + L"\\Verb\\1|", L"&Properties...,0,2");
   expect(key + L"\\Version|", L"3.0");
   EXPECT_TRUE(values.count(key + L"\\Control"));
   EXPECT_TRUE(values.count(key + L"\\Implemented Categories\\{40FC6ED4-2438-11CF-A3DB-080036F12502}"));
@@ -138,6 +142,35 @@ TEST_F(Registration, LetsTheSystemFindClassAndTypeLibrary) {
     ComPtr<ITypeLib> library;
     EXPECT_EQ(S_OK, LoadRegTypeLib(kLibraryId, 3, 0, locale, library.GetAddressOf())) << "locale " << locale;
   }
+}
+
+using VerbRow = std::tuple<LONG, std::wstring, DWORD, DWORD>;
+
+std::vector<VerbRow> Take(IEnumOLEVERB& from) {
+  std::vector<VerbRow> rows;
+  OLEVERB verb = {};
+  while (from.Next(1, &verb, nullptr) == S_OK) {
+    rows.emplace_back(verb.lVerb, verb.lpszVerbName, verb.fuFlags, verb.grfAttribs);
+    CoTaskMemFree(verb.lpszVerbName);
+  }
+  return rows;
+}
+
+// A container may ask the system for the verbs of an object that it hasn't loaded.
+TEST_F(Registration, ListsTheVerbsThatTheControlLists) {
+  ASSERT_EQ(S_OK, Server::Get().Register());
+  ComPtr<IOleObject> control;
+  ASSERT_EQ(S_OK,
+            CoCreateInstance(kClassId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(control.GetAddressOf())));
+  ComPtr<IEnumOLEVERB> own, registered;
+  ASSERT_EQ(S_OK, control->EnumVerbs(own.GetAddressOf()));
+  ASSERT_EQ(S_OK, OleRegEnumVerbs(kClassId, registered.GetAddressOf()));
+  const std::vector<VerbRow> rows = Take(*own.Get());
+  EXPECT_FALSE(rows.empty());
+  EXPECT_EQ(rows, Take(*registered.Get()));
+  control.Reset();
+  ASSERT_EQ(S_OK, Server::Get().Unregister());
+  EXPECT_EQ(REGDB_E_CLASSNOTREG, OleRegEnumVerbs(kClassId, registered.GetAddressOf()));
 }
 
 TEST_F(Registration, ShowsToolboxesABitmap) {

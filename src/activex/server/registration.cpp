@@ -41,6 +41,11 @@ constexpr wchar_t kProgrammableCategory[] = L"{40FC6ED5-2438-11CF-A3DB-080036F12
 constexpr wchar_t kSafeForScriptingCategory[] = L"{7DD95801-9882-11CF-9FA9-00AA006C42C4}";
 constexpr wchar_t kSafeForInitializingCategory[] = L"{7DD95802-9882-11CF-9FA9-00AA006C42C4}";
 
+// Name, flags of the menu entry, attributes: as the system reads the verbs of a class.
+std::wstring VerbText(const Verb& verb) {
+  return Wide(verb.name) + L"," + std::to_wstring(verb.menu_flags) + L"," + std::to_wstring(verb.attributes);
+}
+
 void AddClassRows(const Names& names, const std::wstring& module, std::vector<Row>& rows) {
   const std::wstring& key = names.class_key;
   rows.insert(rows.end(), {
@@ -59,6 +64,8 @@ void AddClassRows(const Names& names, const std::wstring& module, std::vector<Ro
   for (const wchar_t* category :
        {kControlCategory, kProgrammableCategory, kSafeForScriptingCategory, kSafeForInitializingCategory})
     rows.push_back({key + L"\\Implemented Categories\\" + category, L"", L""});
+  for (const Verb& verb : kVerbs)
+    rows.push_back({key + L"\\Verb\\" + std::to_wstring(verb.number), L"", VerbText(verb)});
   rows.push_back({names.prog_id, L"", names.prog_id});
   rows.push_back({names.prog_id + L"\\CLSID", L"", Wide(library::kClass.guid)});
 }
