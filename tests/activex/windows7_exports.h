@@ -19,7 +19,8 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " BeginPath BitBlt CloseEnhMetaFile CloseMetaFile CreateBitmap CreateCompatibleDC CreateDIBSection"
      " CreateEnhMetaFileW CreateFontIndirectW CreateMetaFileW CreatePatternBrush CreatePen"
      " CreateRectRgnIndirect CreateSolidBrush DeleteDC DeleteEnhMetaFile DeleteMetaFile DeleteObject"
-     " EndPath ExtTextOutW FlattenPath GdiFlush GetBitmapDimensionEx GetBkMode GetCharABCWidthsA GetClipBox"
+     " EndPath EnumFontFamiliesA ExtTextOutW FlattenPath GdiFlush GetBitmapDimensionEx GetBkMode "
+     "GetCharABCWidthsA GetClipBox"
      " GetCurrentObject GetDeviceCaps GetGraphicsMode GetLayout GetObjectType GetObjectW GetPath "
      "GetStockObject GetTextAlign"
      " GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW GetWorldTransform "
@@ -29,18 +30,22 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SetBrushOrgEx SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
      " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
     {"kernel32.dll", 0,
-     " AcquireSRWLockExclusive AddVectoredExceptionHandler CloseHandle CompareStringOrdinal CreateEventA"
+     " AcquireSRWLockExclusive AcquireSRWLockShared AddVectoredExceptionHandler CloseHandle "
+     "CompareStringOrdinal CreateEventA"
      " CreateFileW CreateSemaphoreA DeleteCriticalSection DuplicateHandle EnterCriticalSection"
      " FormatMessageA FormatMessageW FreeLibrary GetCurrentProcess GetCurrentProcessId GetCurrentThread"
      " GetCurrentThreadId GetFileSizeEx GetFileType GetHandleInformation GetLastError GetModuleFileNameW"
      " GetModuleHandleA GetModuleHandleW GetProcAddress GetProcessAffinityMask GetSystemDirectoryW"
      " GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 GetVersionExA GlobalAlloc"
-     " GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsDBCSLeadByteEx IsDebuggerPresent"
+     " GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsBadCodePtr IsDBCSLeadByteEx "
+     "IsDebuggerPresent"
      " LeaveCriticalSection LoadLibraryA LoadLibraryW LocalFree lstrcmpiW lstrcpyW lstrlenW MulDiv"
      " MultiByteToWideChar OpenProcess OutputDebugStringA RaiseException ReadFile ReleaseSemaphore"
-     " ReleaseSRWLockExclusive RemoveVectoredExceptionHandler ResetEvent ResumeThread SetEvent SetLastError"
+     " ReleaseSRWLockExclusive ReleaseSRWLockShared RemoveVectoredExceptionHandler ResetEvent ResumeThread "
+     "SetEvent SetLastError"
      " SetProcessAffinityMask SetThreadContext SetThreadPriority Sleep SuspendThread TlsAlloc TlsGetValue"
-     " TlsSetValue TryEnterCriticalSection VirtualProtect VirtualQuery WaitForMultipleObjects"
+     " TlsSetValue TryEnterCriticalSection VirtualAlloc VirtualFree VirtualProtect VirtualQuery "
+     "WaitForMultipleObjects"
      " WaitForSingleObject WideCharToMultiByte "},
     {"kernel32.dll", 64,
      " __C_specific_handler RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "},
@@ -63,14 +68,20 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
      " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
     {"user32.dll", 0,
-     " BeginPaint CharLowerBuffW CharUpperBuffW CreateAcceleratorTableW CreateIconIndirect"
+     " BeginPaint CallNextHookEx CallWindowProcA CallWindowProcW CharLowerBuffW CharUpperBuffW "
+     "CreateAcceleratorTableW CreateIconIndirect"
      " CreateWindowExW DefWindowProcA DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow"
-     " DrawEdge DrawTextW EnableWindow EndPaint EqualRect FillRect GetActiveWindow GetAncestor GetCapture"
-     " GetClassInfoExW GetClientRect GetDC GetKeyState GetSysColor GetWindowLongW GetWindowRect"
-     " IntersectRect LoadCursorW MapWindowPoints MessageBoxW MonitorFromWindow OffsetRect PtInRect"
-     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetWindowLongW"
-     " SetWindowPos SetWindowRgn ShowWindow UnregisterClassW VkKeyScanW "},
-    {"user32.dll", 64, " GetWindowLongPtrW SetWindowLongPtrW "},
+     " DrawEdge DrawTextW EnableWindow EndPaint EnumWindows EqualRect FillRect GetActiveWindow GetAncestor "
+     "GetCapture"
+     " GetClassInfoExW GetClientRect GetDC GetDesktopWindow GetKeyState GetSysColor GetWindowLongW "
+     "GetWindowRect GetWindowThreadProcessId"
+     " IntersectRect IsWindow IsWindowUnicode KillTimer LoadCursorW MapWindowPoints MessageBoxW "
+     "MonitorFromWindow OffsetRect PtInRect"
+     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetTimer SetWindowLongW"
+     " SetWindowPos SetWindowRgn SetWindowsHookExA SetWindowsHookExW ShowWindow UnhookWindowsHookEx "
+     "UnregisterClassW VkKeyScanW "},
+    {"user32.dll", 32, " GetWindowLongA SetWindowLongA "},
+    {"user32.dll", 64, " GetWindowLongPtrA GetWindowLongPtrW SetWindowLongPtrA SetWindowLongPtrW "},
 };
 
 }  // namespace ocx_test

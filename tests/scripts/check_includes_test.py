@@ -20,7 +20,9 @@ RIGHT = {
     "src/control/library.h": '#include "host/a.h"\n',
     "src/activex/com/a.h": '#include "platform/win32/sdk.h"\n#include "control/library.h"\n',
     "src/activex/automation/a.h": '#include "activex/com/a.h"\n#include "control/a.h"\n',
-    "src/activex/control/a.h": '#include "activex/automation/a.h"\n#include <commctrl.h>\n#ifdef _WIN64\n#endif\n',
+    "src/plumbing/a.h": '#include "platform/win32/sdk.h"\n#include "base/a.h"\n#ifdef _WIN64\n#endif\n',
+    "src/base/a.h": "#include <vector>\n",
+    "src/activex/control/a.h": '#include "activex/automation/a.h"\n#include "plumbing/a.h"\n#include <commctrl.h>\n#ifdef _WIN64\n#endif\n',
     "src/activex/server/a.cpp": '#include "activex/control/a.h"\n#include "activex/com/a.h"\n',
     "src/activex/type_library/a.cpp": '#include "activex/com/a.h"\n#include "control/a.h"\n',
     "tests/support/a.h": "",
@@ -70,6 +72,10 @@ MISTAKES = {
         "src/activex/com/a.h": '#include "control/marklet.h"\n', "src/control/marklet.h": ""}),
     "automation in the type library's generator": (rules.check_directions, "src/activex/type_library/a.cpp", {
         "src/activex/type_library/a.cpp": '#include "activex/automation/a.h"\n', "src/activex/automation/a.h": ""}),
+    "the hosting layer in the plumbing": (rules.check_directions, "src/plumbing/a.cpp", {
+        "src/plumbing/a.cpp": '#include "activex/com/a.h"\n', "src/activex/com/a.h": ""}),
+    "the logic in the plumbing": (rules.check_directions, "src/plumbing/a.cpp", {
+        "src/plumbing/a.cpp": '#include "control/a.h"\n', "src/control/a.h": ""}),
     "a file beside the rooms of activex": (rules.check_directions, "src/activex/a.cpp", {"src/activex/a.cpp": ""}),
     "what the platforms share in the seam": (rules.check_directions, "src/platform/a.h", {
         "src/platform/a.h": '#include "platform/shared/std_font.h"\n', "src/platform/shared/std_font.h": ""}),

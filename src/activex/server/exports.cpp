@@ -5,6 +5,7 @@
 #include "activex/control/window.h"
 #include "activex/server/class_factory.h"
 #include "activex/server/registration.h"
+#include "plumbing/unloading.h"
 
 using namespace marklet::activex;
 
@@ -19,7 +20,11 @@ STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
   });
 }
 
-STDAPI DllCanUnloadNow() { return ModuleIsUnused() ? marklet::activex::S_OK : marklet::activex::S_FALSE; }
+// A window that was subclassed may outlive the control that did it.
+STDAPI DllCanUnloadNow() {
+  const bool unused = ModuleIsUnused() && !marklet::plumbing::ThunksNeedModule();
+  return unused ? marklet::activex::S_OK : marklet::activex::S_FALSE;
+}
 
 STDAPI DllRegisterServer() {
   return Guarded([] { return RegisterServer(RegistrationScope::Machine); });
@@ -41,8 +46,12 @@ STDAPI DllInstall(BOOL install, PCWSTR command_line) {
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* process_ends) {
   // Thread notifications stay on: the per-thread values end with them.
   if (reason == DLL_PROCESS_ATTACH) SetModuleInstance(instance);
-  // The system keeps the classes of modules that have gone.
-  if (reason == DLL_PROCESS_DETACH && !process_ends) UnregisterWindowClass();
+  if (reason == DLL_THREAD_DETACH) marklet::plumbing::EndThunksOfThread();
+  if (reason == DLL_PROCESS_DETACH && !process_ends) {
+    marklet::plumbing::EndAllThunks();
+    // The system keeps the classes of modules that have gone.
+    UnregisterWindowClass();
+  }
   return TRUE;
 }
 
