@@ -2,8 +2,9 @@
 //
 // A call that can be recorded begins with
 //   if (Refused(Operation::kFillRect, dc, rect, brush)) return false;
-// with its arguments in order; those that only carry results, pictures, icons and keys are left out. Without
-// a recorder this costs one test. A new operation needs a row in operations.cpp, or that doesn't compile.
+// with its arguments in order; those that only carry results, pictures, icons, keys and themes are left out.
+// Without a recorder this costs one test. A new operation needs a row in operations.cpp, or that doesn't
+// compile.
 #pragma once
 
 #include <cstdint>
@@ -64,6 +65,10 @@ enum class Operation : std::uint8_t {
   kRegOpenKeyExA,
   kRegQueryValueExA,
   kRegCloseKey,
+  // theme.h
+  kOpenThemeData,
+  kGetCurrentThemeName,
+  kCloseThemeData,
   // system.h
   kGetSysColor,
   kMessageBoxW,

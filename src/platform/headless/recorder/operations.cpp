@@ -11,6 +11,7 @@
 #include "platform/icon.h"
 #include "platform/registry.h"
 #include "platform/system.h"
+#include "platform/theme.h"
 #include "platform/uniscribe.h"
 
 namespace marklet::headless {
@@ -54,7 +55,7 @@ consteval std::string_view FormFor(Function* function, std::string_view form) {
 }
 
 // Enumerator, name and function of a row are one word. A replay makes AGAIN what it can; what works on a
-// picture, an icon or a key, which a recording doesn't hold, is made ONCE, by the program.
+// picture, an icon, a key or a theme, which a recording doesn't hold, is made ONCE, by the program.
 #define ONCE(name, form) \
   OperationRow { Operation::k##name, #name, FormFor(name, form), nullptr }
 #define AGAIN(name, form) \
@@ -103,6 +104,9 @@ constexpr std::array<OperationRow, static_cast<std::size_t>(Operation::kCount)> 
     ONCE(RegOpenKeyExA, "xb"),
     ONCE(RegQueryValueExA, "bd"),
     ONCE(RegCloseKey, ""),
+    ONCE(OpenThemeData, "t"),
+    ONCE(GetCurrentThemeName, ""),
+    ONCE(CloseThemeData, ""),
     AGAIN(GetSysColor, "d"),
     AGAIN(MessageBoxW, "ttx"),
 };

@@ -1,9 +1,9 @@
 // Logs the platform calls of this thread and can make any of them fail.
 //
 // While a Recorder lives, every call that the program makes of those in operations.cpp (drawing, text,
-// pictures, icons, the registry, colours and boxes) adds one line, "Name(arguments)", in call order; calls
-// that the platform makes of itself do not. Contexts, pictures, icons and keys are left out; of the
-// arguments,
+// pictures, icons, the registry, themes, colours and boxes) adds one line, "Name(arguments)", in call order;
+// calls that the platform makes of itself do not. Contexts, pictures, icons, keys and themes are left out; of
+// the arguments,
 //   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and
 //   lone surrogates, objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where
 //   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB) or null, flags and raster operations 0x.., other
