@@ -6,16 +6,12 @@
 
 #include "base/rounding.h"
 #include "platform/gdi.h"
+#include "platform/shared/resolved_colour.h"
 #include "platform/system.h"
 #include "platform/system_colours.h"
 
 namespace marklet {
 namespace {
-
-COLORREF Resolved(OLE_COLOR colour) {
-  const bool is_system_colour = (colour & 0xFFFFFF00u) == kSystemColour;
-  return is_system_colour ? GetSysColor(static_cast<int>(colour & 0xFFu)) : colour;
-}
 
 // Each share is truncated on its own, so that a mix of two equal channels can come out 1 darker.
 unsigned MixChannel(unsigned a, unsigned b, int weight) {
@@ -77,7 +73,7 @@ void ForEachBand(Long begin, Long end, Fill fill) {
 }  // namespace
 
 COLORREF BlendColours(OLE_COLOR first, OLE_COLOR second, int weight, bool swap) {
-  COLORREF a = Resolved(first), b = Resolved(second);
+  COLORREF a = ResolvedColour(first), b = ResolvedColour(second);
   if (swap) std::swap(a, b);
   return MakeRgb(MixChannel(RedOf(a), RedOf(b), weight), MixChannel(GreenOf(a), GreenOf(b), weight),
                  MixChannel(BlueOf(a), BlueOf(b), weight));
@@ -85,8 +81,8 @@ COLORREF BlendColours(OLE_COLOR first, OLE_COLOR second, int weight, bool swap) 
 
 void GradientRect(HDC dc, OLE_COLOR first, OLE_COLOR second, Long x, Long y, Long width, Long height,
                   bool horizontal) {
-  GradientFillRect(dc, {x, y, WrapAdd(x, width), WrapAdd(y, height)}, Resolved(first), Resolved(second),
-                   horizontal ? GradientMode::Horizontal : GradientMode::Vertical);
+  GradientFillRect(dc, {x, y, WrapAdd(x, width), WrapAdd(y, height)}, ResolvedColour(first),
+                   ResolvedColour(second), horizontal ? GradientMode::Horizontal : GradientMode::Vertical);
 }
 
 void GradientFillRect(HDC dc, const RECT& rect, COLORREF first, COLORREF second, GradientMode mode) {

@@ -18,6 +18,7 @@
 #include "host/property_bag.h"
 #include "host/user_control.h"
 #include "imagelist/image_collection.h"
+#include "imagelist/owner_theme.h"
 #include "imagelist/supports_alpha_image.h"
 #include "platform/types.h"
 
@@ -90,6 +91,9 @@ class Marklet : public ISupportsAlphaImage {
   void DeleteIconImage(std::u16string_view key) override;
   std::shared_ptr<ImageCollection> GetIconByteCollection() const override { return state_.Images; }
   std::u16string GetFriendlyString() const override { return u"label"; }
+
+  // The colours of the desktop's scheme. The control itself draws with none of them.
+  ThemeColours GetThemeColors() { return OwnerThemeColours(host_); }
 
   // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null.
   void PaintControl(HDC dc);

@@ -7,7 +7,7 @@
 #include "host/property_bag.h"
 #include "host/user_control.h"
 #include "imagelist/owned_images.h"
-#include "theme/theme_colours.h"
+#include "imagelist/owner_theme.h"
 
 namespace marklet {
 
@@ -28,8 +28,8 @@ class InternalAlphaImageList {
   ImageRef LoadImageIntoList(std::u16string_view file, std::u16string_view key);
   // The list itself.
   ImagesRef IconCollection() const { return images_; }
-  // The colours of the desktop's scheme for the page's strip: black, as long as schemes have no colours here.
-  static ThemeColours ThemeColors() { return {}; }
+  // The colours of the desktop's scheme for the page's strip.
+  ThemeColours ThemeColors() { return OwnerThemeColours(host_); }
   // The file of the image added last.
   const std::u16string& FileName() const { return file_name_; }
 

@@ -7,6 +7,7 @@
 
 #include "imagelist/supports_alpha_image.h"
 #include "images/png_pictures.h"
+#include "platform/system.h"
 #include "support/fake_host.h"
 #include "support/memory_bag.h"
 #include "support/temporary_folder.h"
@@ -138,8 +139,12 @@ TEST_F(AlphaImageList, ReadingReplacesTheListWhole) {
   EXPECT_EQ(list.IconCollection()->Count(), 0);
 }
 
-TEST_F(AlphaImageList, HasNoThemeColoursYet) {
-  EXPECT_EQ(list.ThemeColors(), ThemeColours{}) << "44 times black";
+TEST_F(AlphaImageList, HasTheThemeColoursOfItsDesktop) {
+  const testing::FixedSystem system(5, 1);
+  Configuration().system_colours[COLOR_BTNFACE] = 0x123456;
+  const ThemeColours colours = list.ThemeColors();
+  EXPECT_EQ(colours, OwnerThemeColours(host));
+  EXPECT_EQ(colours[0], 0x123456u) << "computed: no scheme looks like that";
 }
 
 TEST(SupportsAlphaImage, DoesNothingOfItsOwn) {
