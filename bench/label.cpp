@@ -26,7 +26,7 @@ void Label::Draw(std::u16string_view caption) {
   const HDC dc = surface_.hDC();
   const HGDIOBJ old_font = SelectObject(dc, style_.Font->hFont());
   SetTextAlign(dc, 0);
-  SetBkMode(dc, 1);
+  SetBkMode(dc, TRANSPARENT);
   style_.TextHeight = 0;
   RECT rect = {0, 0, surface_.Width(), surface_.Height()};
   DrawMarkupCaption(dc, caption, rect, style_);

@@ -81,7 +81,8 @@ void Marklet::DrawCaption(HDC dc, RECT rect) {
   IgnoreErrors([&] { font = host_.Font(); });
   HFONT font_handle = nullptr;
   IgnoreErrors([&] { font_handle = font ? font->hFont() : nullptr; });
-  // TRANSPARENT gives the platform's mode 1 and OPAQUE its mode 2.
+  // The platform counts the same modes from 1.
+  static_assert(TRANSPARENT == backTransparent + 1 && OPAQUE == backOpaque + 1);
   const int mode = WrapAdd(state_.BackStyle, 1);
   const HGDIOBJ old_font = SelectObject(dc, font_handle);
   SetTextAlign(dc, 0);

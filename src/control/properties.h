@@ -42,9 +42,11 @@ template <class Target>
 class Given {
  public:
   constexpr Given() = default;
+  // NOLINTBEGIN(google-explicit-constructor): in a row it is written as the pointer
   constexpr Given(Target* target) : target_(target), there_(true) {}
   constexpr Given(std::nullptr_t) {}
   constexpr operator Target*() const { return target_; }
+  // NOLINTEND(google-explicit-constructor)
   constexpr Target* operator->() const { return target_; }
   consteval bool IsThere() const { return there_; }
 

@@ -35,8 +35,9 @@ Long PixelsPerInch(HDC dc);
 COLORREF SetTextColor(HDC dc, COLORREF colour);
 COLORREF GetTextColor(HDC dc);
 COLORREF SetBkColor(HDC dc, COLORREF colour);
-// Background modes 1 (none) and 2 (a box behind the text in the background colour). Any other value, 0 among
-// them, is taken as given and draws no box. Returns the former mode, 0 on failure.
+// Background modes: none, and a box behind the text in the background colour.
+constexpr int TRANSPARENT = 1, OPAQUE = 2;
+// Any other mode, 0 among them, is taken as given and draws no box. Returns the former mode, 0 on failure.
 int SetBkMode(HDC dc, int mode);
 // Where text at a point stands to it: the sum of TA_ constants. Returns the former value, 0 on failure.
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);

@@ -230,7 +230,7 @@ TEST(CDib24, AlphaPaintMixesByTheConstant) {
 
 TEST(CDib24, TextDrawnOnItsContextReachesItsPixels) {
   const auto surface = Surface(40, 30, MakeRgb(255, 255, 255));
-  SetBkMode(surface->hDC(), 1);
+  SetBkMode(surface->hDC(), TRANSPARENT);
   TextOutW(surface->hDC(), 2, 2, u"W");
   EXPECT_NE(Colours(*surface), std::vector<COLORREF>(std::size_t{40} * 30, MakeRgb(255, 255, 255)));
 }

@@ -16,7 +16,7 @@ class Canvas {
     bitmap_ = CreateDIBSection(dc_, width, height, 24, bits_);
     old_bitmap_ = SelectObject(dc_, bitmap_);
     old_font_ = SelectObject(dc_, StdFont().hFont());
-    SetBkMode(dc_, 1);
+    SetBkMode(dc_, TRANSPARENT);
   }
   ~Canvas() {
     SelectObject(dc_, old_font_);

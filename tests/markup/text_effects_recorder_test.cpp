@@ -133,7 +133,7 @@ TEST_F(TextEffectLayers, DrawEachTokenOfAMarkupCaptionOnItsOwn) {
 
 TEST_F(TextEffectLayers, ShowAllOnAnOpaqueControl) {
   // The paint code has asked for a box behind the text; each layer takes it away again.
-  SetBkMode(canvas_.dc(), 2);
+  SetBkMode(canvas_.dc(), OPAQUE);
   for (const ExpectedEffect& effect : ExpectedEffects()) {
     SCOPED_TRACE(effect.effect);
     style_.TextEffect = effect.effect;
@@ -149,7 +149,7 @@ TEST_F(TextEffectLayers, ShowAllOnAnOpaqueControl) {
 }
 
 TEST_F(TextEffectLayers, ShowTheEarlierLayersOnAnOpaqueControl) {
-  SetBkMode(canvas_.dc(), 2);
+  SetBkMode(canvas_.dc(), OPAQUE);
   style_.ForeColor = MakeRgb(0, 0, 0xFF);
   style_.EffectColor = MakeRgb(0xFF, 0, 0);
   style_.TextEffect = effectStroke;

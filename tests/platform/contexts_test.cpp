@@ -102,8 +102,8 @@ TEST(Handles, OfAnotherKindAreNoBitmaps) {
 TEST(Modes, ReturnTheirFormerValue) {
   TestPicture picture(4, 4);
   const HDC dc = picture.Context();
-  EXPECT_EQ(SetBkMode(dc, 1), 2);
-  EXPECT_EQ(SetBkMode(dc, 2), 1);
+  EXPECT_EQ(SetBkMode(dc, TRANSPARENT), 2);
+  EXPECT_EQ(SetBkMode(dc, OPAQUE), 1);
   EXPECT_EQ(SetTextColor(dc, 0x123456), 0x000000u);
   EXPECT_EQ(GetTextColor(dc), 0x123456u);
   EXPECT_EQ(SetTextColor(dc, 0), 0x123456u);
@@ -117,7 +117,7 @@ TEST(Modes, WithoutAContextFail) {
   SIZE size{3, 4};
   ABC widths;
   RECT rect{0, 0, 10, 10};
-  EXPECT_EQ(SetBkMode(nullptr, 1), 0);
+  EXPECT_EQ(SetBkMode(nullptr, TRANSPARENT), 0);
   EXPECT_EQ(SetTextColor(nullptr, 0), CLR_INVALID);
   EXPECT_EQ(GetTextColor(nullptr), CLR_INVALID);
   EXPECT_EQ(SetBkColor(nullptr, 0), CLR_INVALID);

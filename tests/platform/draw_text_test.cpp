@@ -12,14 +12,8 @@ constexpr Long kWidth = 240, kHeight = 120;
 class TextBoxes : public testing::Test {
  protected:
   TextBoxes() {
-    for (TestPicture* picture : {&picture_, &expected_}) {
-      picture->Fill(0xFF);
-      LOGFONTW record;
-      record.lfHeight = -13;
-      record.lfFaceName = u"Tahoma";
-      picture->UseFont(record);
-      SetBkMode(picture->Context(), 1);
-    }
+    picture_.LayOutPaper();
+    expected_.LayOutPaper();
     height_ = picture_.Extent(u"x").cy;
   }
 
@@ -42,14 +36,24 @@ class TextBoxes : public testing::Test {
     EXPECT_NE(InkOf(expected_, kPaper), RECT{});
     EXPECT_EQ(picture_.Colours(), expected_.Colours());
   }
+  // Broken into two lines that are placed by their own widths.
+  void ExpectCentredAndRightLines(std::u16string_view text, Long width, std::u16string_view first,
+                                  std::u16string_view second) {
+    for (const std::uint32_t flag : {DT_CENTER, DT_RIGHT}) {
+      picture_.Fill(0xFF);
+      expected_.Fill(0xFF);
+      Draw(text, {20, 10, 20 + width, 110}, DT_WORDBREAK | flag);
+      const auto x = [&](std::u16string_view line) {
+        return flag == DT_RIGHT ? 20 + width - WidthOf(line) : (40 + width - WidthOf(line)) / 2;
+      };
+      Expect(x(first), 10, first);
+      Expect(x(second), 10 + height_, second);
+      ExpectSame();
+    }
+  }
   Long Baseline(std::u16string_view text) {
     TestPicture scratch(kWidth, kHeight);
-    scratch.Fill(0xFF);
-    LOGFONTW record;
-    record.lfHeight = -13;
-    record.lfFaceName = u"Tahoma";
-    scratch.UseFont(record);
-    SetBkMode(scratch.Context(), 1);
+    scratch.LayOutPaper();
     TextOutW(scratch.Context(), 0, 0, text);
     return InkOf(scratch, kPaper).bottom;
   }
@@ -175,18 +179,7 @@ TEST_F(TextBoxes, BreaksBeforeAWordThatIsOnePixelTooWide) {
 }
 
 TEST_F(TextBoxes, LeavesTheBlankAtABreakOutOfCentredAndRightLines) {
-  const Long width = WidthOf(u"alpha beta") - 1;
-  for (const std::uint32_t flag : {DT_CENTER, DT_RIGHT}) {
-    picture_.Fill(0xFF);
-    expected_.Fill(0xFF);
-    Draw(u"alpha beta", {20, 10, 20 + width, 110}, DT_WORDBREAK | flag);
-    const auto x = [&](std::u16string_view line) {
-      return flag == DT_RIGHT ? 20 + width - WidthOf(line) : (40 + width - WidthOf(line)) / 2;
-    };
-    Expect(x(u"alpha"), 10, u"alpha");
-    Expect(x(u"beta"), 10 + height_, u"beta");
-    ExpectSame();
-  }
+  ExpectCentredAndRightLines(u"alpha beta", WidthOf(u"alpha beta") - 1, u"alpha", u"beta");
 }
 
 TEST_F(TextBoxes, KeepsAWordWholeThatIsWiderThanTheRectangle) {
@@ -240,18 +233,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 TEST_F(TextBoxes, DropsOnlyTheLastOfTheBlanksThatFitInCentredAndRightLines) {
-  const Long width = WidthOf(u"alpha   be");
-  for (const std::uint32_t flag : {DT_CENTER, DT_RIGHT}) {
-    picture_.Fill(0xFF);
-    expected_.Fill(0xFF);
-    Draw(u"alpha   beta", {20, 10, 20 + width, 110}, DT_WORDBREAK | flag);
-    const auto x = [&](std::u16string_view line) {
-      return flag == DT_RIGHT ? 20 + width - WidthOf(line) : (40 + width - WidthOf(line)) / 2;
-    };
-    Expect(x(u"alpha  "), 10, u"alpha  ");
-    Expect(x(u"beta"), 10 + height_, u"beta");
-    ExpectSame();
-  }
+  ExpectCentredAndRightLines(u"alpha   beta", WidthOf(u"alpha   be"), u"alpha  ", u"beta");
 }
 
 TEST_F(TextBoxes, BreaksNothingButBlanksWhereNoCharacterFits) {
@@ -384,7 +366,7 @@ TEST_F(TextBoxes, OfBytesDrawsTheirCharacters) {
 }
 
 TEST_F(TextBoxes, StandOnTheirBackgroundLineByLine) {
-  SetBkMode(picture_.Context(), 2);
+  SetBkMode(picture_.Context(), OPAQUE);
   SetBkColor(picture_.Context(), 0x00FF00);
   SetTextColor(picture_.Context(), 0x00FF00);
   Draw(u"Hill\nill", {20, 10, 200, 80}, DT_NOCLIP);

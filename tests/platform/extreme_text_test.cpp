@@ -60,7 +60,7 @@ TEST_F(ExtremeText, OfTheLargestSizeStillGrows) {
 
 TEST_F(ExtremeText, ThatCoversThePictureFillsIt) {
   UseSize(20000);
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   SetTextColor(Context(), 0x0000FF);
   const SIZE extent = picture_.Extent(u"I");
   // The middle of a bar of a hundred pixels and more.

@@ -73,6 +73,18 @@ class TestPicture {
     const HGDIOBJ former = SelectObject(dc_, fonts_.back());
     if (former_font_ == nullptr) former_font_ = former;
   }
+  void UseTahoma(Long pixels) {
+    LOGFONTW record;
+    record.lfHeight = -pixels;
+    record.lfFaceName = u"Tahoma";
+    UseFont(record);
+  }
+  // White, and ready for small text without a box.
+  void LayOutPaper() {
+    Fill(0xFF);
+    UseTahoma(13);
+    SetBkMode(dc_, TRANSPARENT);
+  }
 
   SIZE Extent(std::u16string_view text) const {
     SIZE size;

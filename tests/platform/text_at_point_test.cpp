@@ -13,12 +13,7 @@ class TextAtPoint : public testing::TestWithParam<int> {
  protected:
   TextAtPoint() {
     for (TestPicture* picture : {&picture_, &expected_}) {
-      picture->Fill(0xFF);
-      LOGFONTW record;
-      record.lfHeight = -13;
-      record.lfFaceName = u"Tahoma";
-      picture->UseFont(record);
-      SetBkMode(picture->Context(), 1);
+      picture->LayOutPaper();
       SetTextColor(picture->Context(), 0x204080);
     }
     size_ = picture_.Extent(u"Total");
@@ -28,6 +23,27 @@ class TextAtPoint : public testing::TestWithParam<int> {
     TextOutW(expected_.Context(), x, y, u"Total");
     EXPECT_NE(InkOf(expected_, kPaper), RECT{});
     EXPECT_EQ(picture_.Colours(), expected_.Colours());
+  }
+
+  // Draws "Total" with this and without; the ink without.
+  RECT DrawWith(bool LOGFONTW::*style) {
+    LOGFONTW record;
+    record.lfHeight = -13;
+    record.lfFaceName = u"Tahoma";
+    record.*style = true;
+    picture_.UseFont(record);
+    TextOutW(Context(), 20, 10, u"Total");
+    TextOutW(expected_.Context(), 20, 10, u"Total");
+    return InkOf(expected_, kPaper);
+  }
+  // Whether one of the rows from `top` to before `bottom` is of ink as wide as "Total".
+  bool HasBarBetween(Long top, Long bottom) const {
+    for (Long y = top; y < bottom; ++y) {
+      Long covered = 0;
+      for (Long x = 20; x < 20 + size_.cx; ++x) covered += picture_.Pixel(x, y) == 0x204080;
+      if (covered == size_.cx) return true;
+    }
+    return false;
   }
 
   TestPicture picture_{120, 60, GetParam()}, expected_{120, 60, GetParam()};
@@ -74,10 +90,7 @@ TEST_P(TextAtPoint, MovesItsPixelsWithIt) {
 }
 
 TEST_P(TextAtPoint, HasTheTextColourWhereItCovers) {
-  LOGFONTW record;
-  record.lfHeight = -32;
-  record.lfFaceName = u"Tahoma";
-  picture_.UseFont(record);
+  picture_.UseTahoma(32);
   SetTextColor(Context(), 0x0000FF);
   TextOutW(Context(), 20, 10, u"HH");
   bool full = false;
@@ -90,7 +103,7 @@ TEST_P(TextAtPoint, HasTheTextColourWhereItCovers) {
 }
 
 TEST_P(TextAtPoint, StandsOnABoxInTheBackgroundColourInModeTwo) {
-  SetBkMode(Context(), 2);
+  SetBkMode(Context(), OPAQUE);
   SetBkColor(Context(), 0x00FF00);
   SetTextColor(Context(), 0x00FF00);
   const SIZE size = picture_.Extent(u"Hill");  // whose letters stay inside their widths
@@ -99,7 +112,7 @@ TEST_P(TextAtPoint, StandsOnABoxInTheBackgroundColourInModeTwo) {
 }
 
 TEST_P(TextAtPoint, StandsOnNoBoxInModeZero) {
-  SetBkMode(Context(), 2);
+  SetBkMode(Context(), OPAQUE);
   SetBkColor(Context(), 0x00FF00);
   SetBkMode(Context(), 0);
   EXPECT_TRUE(TextOutW(Context(), 20, 10, u"Total"));
@@ -111,12 +124,7 @@ TEST_P(TextAtPoint, IsCutAtTheEdgesOfThePicture) {
     for (const Long y : {-9, -2, 50, 58}) EXPECT_TRUE(TextOutW(Context(), x, y, u"Total"));
   // A piece of the same text on a larger picture.
   TestPicture larger(320, 260, GetParam());
-  larger.Fill(0xFF);
-  LOGFONTW record;
-  record.lfHeight = -13;
-  record.lfFaceName = u"Tahoma";
-  larger.UseFont(record);
-  SetBkMode(larger.Context(), 1);
+  larger.LayOutPaper();
   SetTextColor(larger.Context(), 0x204080);
   for (const Long x : {-10, -3, 100, 118})
     for (const Long y : {-9, -2, 50, 58}) TextOutW(larger.Context(), 100 + x, 100 + y, u"Total");
@@ -159,43 +167,17 @@ TEST_P(TextAtPoint, LeavesTheContextsModesAlone) {
   TextOutW(Context(), 20, 10, u"Total");
   EXPECT_EQ(GetTextColor(Context()), 0x204080u);
   EXPECT_EQ(SetTextAlign(Context(), 0), 0u);
-  EXPECT_EQ(SetBkMode(Context(), 1), 1);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 1);
 }
 
 TEST_P(TextAtPoint, UnderlinedHasABarBelowTheBaseline) {
-  LOGFONTW record;
-  record.lfHeight = -13;
-  record.lfFaceName = u"Tahoma";
-  record.lfUnderline = true;
-  picture_.UseFont(record);
-  TextOutW(Context(), 20, 10, u"Total");
-  TextOutW(expected_.Context(), 20, 10, u"Total");
-  const Long baseline = InkOf(expected_, kPaper).bottom;
-  bool barred = false;
-  for (Long y = baseline; y < 10 + size_.cy; ++y) {
-    Long covered = 0;
-    for (Long x = 20; x < 20 + size_.cx; ++x) covered += picture_.Pixel(x, y) == 0x204080;
-    barred |= covered == size_.cx;
-  }
-  EXPECT_TRUE(barred);
+  const RECT letters = DrawWith(&LOGFONTW::lfUnderline);
+  EXPECT_TRUE(HasBarBetween(letters.bottom, 10 + size_.cy));
 }
 
 TEST_P(TextAtPoint, StruckOutHasABarThroughItsLetters) {
-  LOGFONTW record;
-  record.lfHeight = -13;
-  record.lfFaceName = u"Tahoma";
-  record.lfStrikeOut = true;
-  picture_.UseFont(record);
-  TextOutW(Context(), 20, 10, u"Total");
-  TextOutW(expected_.Context(), 20, 10, u"Total");
-  const RECT letters = InkOf(expected_, kPaper);
-  bool barred = false;
-  for (Long y = letters.top + 1; y < letters.bottom; ++y) {
-    Long covered = 0;
-    for (Long x = 20; x < 20 + size_.cx; ++x) covered += picture_.Pixel(x, y) == 0x204080;
-    barred |= covered == size_.cx;
-  }
-  EXPECT_TRUE(barred);
+  const RECT letters = DrawWith(&LOGFONTW::lfStrikeOut);
+  EXPECT_TRUE(HasBarBetween(letters.top + 1, letters.bottom));
 }
 
 }  // namespace

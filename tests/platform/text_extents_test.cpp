@@ -120,7 +120,7 @@ TEST_F(TextExtents, OfABlankHaveABlackBoxOfOnePixel) {
 // outlines.
 TEST_F(TextExtents, SpacingsTellWhereTheInkLies) {
   picture_.Fill(0xFF);
-  SetBkMode(picture_.Context(), 1);
+  SetBkMode(picture_.Context(), TRANSPARENT);
   for (const char letter : {'H', 'l', 'W'}) {
     picture_.Fill(0xFF);
     const auto character = static_cast<char16_t>(letter);

@@ -179,7 +179,7 @@ TEST(CaptionStyle, IsEmptyAtFirstButForTheColourOfTheText) {
 }
 
 TEST_F(EmitTextRunTest, LeavesNoBoxBehindTheTextOfAnOpaqueContext) {
-  SetBkMode(canvas_.dc(), 2);
+  SetBkMode(canvas_.dc(), OPAQUE);
   SetBkColor(canvas_.dc(), MakeRgb(255, 255, 0));
   Emit(u"Total");
   EXPECT_NE(InkOf(canvas_), RECT{});

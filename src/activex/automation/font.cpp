@@ -146,7 +146,7 @@ ComPtr<IFont> CopyOfObject(const StdFont& font) {
 }
 
 ComPtr<IFont> MakeObject(const StdFont& font) {
-  if (const ComPtr<IFont> copy = CopyOfObject(font)) return copy;
+  if (ComPtr<IFont> copy = CopyOfObject(font)) return copy;
   std::wstring name = Wide(font.Name());
   FONTDESC description = {};
   description.cbSizeofstruct = sizeof description;

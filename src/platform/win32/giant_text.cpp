@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "platform/text.h"
 #include "platform/win32/saved_state.h"
 
 namespace marklet::win32 {
@@ -90,7 +91,7 @@ bool FillGiantText(::HDC dc, int x, int y, std::u16string_view text, const ::REC
   const ::HFONT other = GetTextMetricsW(dc, &metrics) ? OutlineFont(dc, metrics.tmHeight) : nullptr;
   if (!other) return false;
   const ::HGDIOBJ font = ::SelectObject(dc, other);
-  const int mode = ::SetBkMode(dc, kTransparentMode);
+  const int mode = ::SetBkMode(dc, TRANSPARENT);
   TEXTMETRICW taken{};
   GetTextMetricsW(dc, &taken);
   std::vector<Contour> contours = OutlinesOf(dc, text);

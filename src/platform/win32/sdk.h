@@ -3,7 +3,7 @@
 // This is the only way to windows.h. It works whether our own headers come before or after it. Inside
 // namespace marklet our HDC, RECT and the rest hide the platform's, which are then spelt ::HDC, ::RECT; so
 // are its functions. What was a macro and is gone is there as a typed constant in namespace marklet (types.h,
-// uniscribe.h) or, below, in this platform's own.
+// text.h, uniscribe.h).
 #pragma once
 
 #ifndef WIN32_LEAN_AND_MEAN
@@ -15,11 +15,5 @@
 #include <windows.h>
 // usp10.h needs windows.h first.
 #include <usp10.h>
-
-// Their macros are gone, and other rooms use the names.
-namespace marklet::win32 {
-constexpr int kTransparentMode = TRANSPARENT;
-constexpr int kOpaqueMode = OPAQUE;
-}  // namespace marklet::win32
 
 #include "platform/win32/undefine.h"

@@ -18,10 +18,8 @@ namespace {
 using win32::ClipTo;
 using win32::DrawLongText;
 using win32::DrawRun;
-using win32::kOpaqueMode;
 using win32::kPlainHeight;
 using win32::kPlainUnits;
-using win32::kTransparentMode;
 using win32::MetricsOf;
 using win32::Native;
 using win32::Near;
@@ -106,7 +104,7 @@ HFONT CreateFontIndirectW(const LOGFONTW& record) {
 Long PixelsPerInch(HDC dc) {
   if (Configuration().pixels_per_inch) return *Configuration().pixels_per_inch;
   if (dc) return GetDeviceCaps(Native(dc), LOGPIXELSY);
-  // Windows holds the screen's resolution fast from sign-in to sign-out.
+  // The screen's resolution is the same from sign-in to sign-out.
   static const Long screen = ScreenPixelsPerInch();
   return screen;
 }
@@ -119,10 +117,10 @@ COLORREF SetBkColor(HDC dc, COLORREF colour) { return ::SetBkColor(Native(dc), c
 
 int SetBkMode(HDC dc, int mode) {
   int former = ::SetBkMode(Native(dc), mode);
-  const bool named = mode == kTransparentMode || mode == kOpaqueMode;
+  const bool named = mode == TRANSPARENT || mode == OPAQUE;
   // A platform that refuses a mode it has no name for gets the one that looks the same.
-  if (former == 0 && !named) former = ::SetBkMode(Native(dc), kTransparentMode);
-  return former == kTransparentMode || former == kOpaqueMode ? former : 0;
+  if (former == 0 && !named) former = ::SetBkMode(Native(dc), TRANSPARENT);
+  return former == TRANSPARENT || former == OPAQUE ? former : 0;
 }
 
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/text.h"
 #include "platform/win32/giant_text.h"
 
 namespace marklet::win32 {
@@ -23,7 +24,7 @@ int Measure(::HDC dc, std::u16string_view piece, Ends& ends) {
 }
 
 void FillBox(::HDC dc, const ::RECT& box) {
-  if (::GetBkMode(dc) == kOpaqueMode) ::ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &box, nullptr, 0, nullptr);
+  if (::GetBkMode(dc) == OPAQUE) ::ExtTextOutW(dc, 0, 0, ETO_OPAQUE, &box, nullptr, 0, nullptr);
 }
 
 // Draws those characters of a piece in a giant font that the clip shows.

@@ -38,7 +38,7 @@ class Glyphs : public testing::Test {
   void Prepare(const LOGFONTW& record) {
     picture_.Fill(0xFF);
     picture_.UseFont(record);
-    SetBkMode(picture_.Context(), 1);
+    SetBkMode(picture_.Context(), TRANSPARENT);
   }
   // How dark the text is in all.
   std::int64_t InkIn(const std::vector<COLORREF>& colours) {
@@ -99,7 +99,7 @@ TEST_F(Glyphs, OfEveryDepthAreTheSame) {
   TestPicture deep(240, 40, 32);
   deep.Fill(0xFF);
   deep.UseFont(Record());
-  SetBkMode(deep.Context(), 1);
+  SetBkMode(deep.Context(), TRANSPARENT);
   TextOutW(deep.Context(), 10, 5, u"Total \u05E9\u05DC \u4E2D");
   EXPECT_EQ(deep.Colours(), three_bytes);
   EXPECT_EQ(deep.At(10, 10)[3], 0xFF) << "text leaves alpha alone";

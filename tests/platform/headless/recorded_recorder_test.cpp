@@ -30,12 +30,12 @@ TEST_F(Recorded, CallsAreLinesInTheirOrder) {
 }
 
 TEST_F(Recorded, CallsBeforeAndAfterTheRecorderLeaveNoLines) {
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   {
     const Recorder recorder;
     EXPECT_EQ(recorder.Lines(), Lines{});
   }
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   const Recorder recorder;
   EXPECT_EQ(recorder.Lines(), Lines{});
 }
@@ -43,7 +43,7 @@ TEST_F(Recorded, CallsBeforeAndAfterTheRecorderLeaveNoLines) {
 TEST_F(Recorded, CallsOfOneKindCanBePicked) {
   const Recorder recorder;
   SetTextColor(Context(), 0x000001);
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   SetTextColor(Context(), 0x010000);
   EXPECT_EQ(recorder.Lines("SetTextColor"), (Lines{"SetTextColor(#010000)", "SetTextColor(#000001)"}));
   EXPECT_EQ(recorder.Lines("LineTo"), Lines{});
@@ -52,16 +52,16 @@ TEST_F(Recorded, CallsOfOneKindCanBePicked) {
 
 TEST_F(Recorded, CallsAreForgottenOnClear) {
   Recorder recorder;
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   recorder.Clear();
-  SetBkMode(Context(), 2);
+  SetBkMode(Context(), OPAQUE);
   EXPECT_EQ(recorder.Lines(), Lines{"SetBkMode(2)"});
 }
 
 TEST_F(Recorded, ARecorderIsAloneOnItsThread) {
   const Recorder recorder;
   EXPECT_THROW(Recorder(), std::logic_error);
-  SetBkMode(Context(), 1);
+  SetBkMode(Context(), TRANSPARENT);
   EXPECT_EQ(recorder.Lines(), Lines{"SetBkMode(1)"});
 }
 
@@ -254,7 +254,7 @@ TEST_F(Refused, CallsFailAsTheirContractsSay) {
   EXPECT_EQ(SetTextColor(Context(), 0x123456), CLR_INVALID);
   EXPECT_EQ(GetTextColor(Context()), CLR_INVALID);
   EXPECT_EQ(SetBkColor(Context(), 0), CLR_INVALID);
-  EXPECT_EQ(SetBkMode(Context(), 1), 0);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 0);
   EXPECT_EQ(SetTextAlign(Context(), 0), 0u);
   EXPECT_FALSE(GetTextExtentPoint32W(Context(), u"x", size));
   EXPECT_FALSE(GetTextExtentPoint32A(Context(), "x", 1, size));
@@ -276,12 +276,12 @@ TEST_F(Refused, CallsFailAsTheirContractsSay) {
 
 TEST_F(Refused, CallsFailAfterTheGoodOnes) {
   recorder_.Fail("SetBkMode", 2);
-  EXPECT_EQ(SetBkMode(Context(), 1), 2);
-  EXPECT_EQ(SetBkMode(Context(), 2), 1);
-  EXPECT_EQ(SetBkMode(Context(), 1), 0);
-  EXPECT_EQ(SetBkMode(Context(), 1), 0);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 2);
+  EXPECT_EQ(SetBkMode(Context(), OPAQUE), 1);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 0);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 0);
   recorder_.FailNothing();
-  EXPECT_EQ(SetBkMode(Context(), 1), 2);
+  EXPECT_EQ(SetBkMode(Context(), TRANSPARENT), 2);
 }
 
 TEST_F(Refused, CallsMustHaveANameThatExists) {

@@ -1,13 +1,10 @@
 // Outlines filled by our own means against the platform's glyphs, at a size where both can draw.
 #include "platform/win32/giant_text.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <vector>
 
-#include "platform/gdi.h"
-#include "platform/text.h"
+#include "platform/test_picture.h"
 #include "platform/win32/handles.h"
 
 namespace marklet::win32 {
@@ -19,45 +16,27 @@ class GiantText : public testing::Test {
   static constexpr COLORREF kInk = 0x0000FF;
 
   GiantText() {
-    dc_ = CreateCompatibleDC(nullptr);
-    bitmap_ = CreateDIBSection(dc_, kWidth, kHeight, 32, bits_);
-    former_bitmap_ = SelectObject(dc_, bitmap_);
     LOGFONTW record;
     record.lfHeight = -600;
     record.lfFaceName = u"Arial";
-    font_ = CreateFontIndirectW(record);
-    former_font_ = SelectObject(dc_, font_);
-    SetBkMode(dc_, 1);
+    picture_.UseFont(record);
+    SetBkMode(dc_, TRANSPARENT);
     SetTextColor(dc_, kInk);
-  }
-  ~GiantText() override {
-    SelectObject(dc_, former_font_);
-    SelectObject(dc_, former_bitmap_);
-    DeleteObject(font_);
-    DeleteObject(bitmap_);
-    DeleteDC(dc_);
   }
 
   // Red above one half, pixel by pixel from the top.
   std::vector<bool> TakeInk() {
-    GdiFlush();
     std::vector<bool> ink;
-    for (Long y = kHeight - 1; y >= 0; --y)
-      for (Long x = 0; x < kWidth; ++x) ink.push_back(bits_[(y * kWidth + x) * 4 + 2] > 127);
-    std::fill_n(bits_, kWidth * kHeight * 4, std::uint8_t{0});
+    for (const COLORREF colour : picture_.Colours()) ink.push_back((colour & 0xFF) > 127);
+    picture_.Fill(0);
     return ink;
   }
   bool Fill(int x, int y, std::u16string_view text, const RECT& clip) {
     return FillGiantText(Native(dc_), x, y, text, Native(clip));
   }
 
-  HDC dc_;
-
- private:
-  HBITMAP bitmap_;
-  HFONT font_;
-  HGDIOBJ former_bitmap_, former_font_;
-  std::uint8_t* bits_ = nullptr;
+  TestPicture picture_{kWidth, kHeight, 32};
+  const HDC dc_ = picture_.Context();
 };
 
 std::ptrdiff_t Count(const std::vector<bool>& ink) { return std::count(ink.begin(), ink.end(), true); }
@@ -104,9 +83,9 @@ TEST_F(GiantText, IsTheSameInsideAnyClip) {
 TEST_F(GiantText, LeavesTheContextAsItWas) {
   const HBRUSH brush = CreateSolidBrush(0x00FF00);
   const HGDIOBJ former = SelectObject(dc_, brush);
-  SetBkMode(dc_, 2);
+  SetBkMode(dc_, OPAQUE);
   Fill(0, 0, u"g", kAll);
-  EXPECT_EQ(SetBkMode(dc_, 1), 2);
+  EXPECT_EQ(SetBkMode(dc_, TRANSPARENT), 2);
   EXPECT_EQ(SelectObject(dc_, former), brush);
   EXPECT_EQ(GetTextColor(dc_), kInk);
   DeleteObject(brush);

@@ -1,14 +1,11 @@
 // The layout that takes over from the platform for long texts: on short ones both can be seen.
 #include "platform/win32/long_text.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 #include <vector>
 
-#include "platform/gdi.h"
-#include "platform/text.h"
+#include "platform/test_picture.h"
 #include "platform/win32/handles.h"
 
 namespace marklet::win32 {
@@ -16,42 +13,18 @@ namespace {
 
 constexpr Long kWidth = 200, kHeight = 80;
 
-class Canvas {
+class Canvas : public TestPicture {
  public:
-  Canvas() {
-    dc_ = CreateCompatibleDC(nullptr);
-    bitmap_ = CreateDIBSection(dc_, kWidth, kHeight, 24, bits_);
-    former_bitmap_ = SelectObject(dc_, bitmap_);
-    LOGFONTW record;
-    record.lfHeight = -13;
-    record.lfFaceName = u"Tahoma";
-    font_ = CreateFontIndirectW(record);
-    former_font_ = SelectObject(dc_, font_);
-    SetBkMode(dc_, 1);
-    SetTextColor(dc_, 0xFFFFFF);
+  Canvas() : TestPicture(kWidth, kHeight) {
+    UseTahoma(13);
+    SetBkMode(Context(), TRANSPARENT);
+    SetTextColor(Context(), 0xFFFFFF);
   }
-  ~Canvas() {
-    SelectObject(dc_, former_font_);
-    SelectObject(dc_, former_bitmap_);
-    DeleteObject(font_);
-    DeleteObject(bitmap_);
-    DeleteDC(dc_);
-  }
-  HDC Context() const { return dc_; }
-  std::vector<std::uint8_t> TakePixels() {
-    GdiFlush();
-    const std::size_t size = std::size_t{3} * kWidth * kHeight;
-    std::vector<std::uint8_t> pixels(bits_, bits_ + size);
-    std::fill(bits_, bits_ + size, std::uint8_t{0});
+  std::vector<COLORREF> TakePixels() {
+    std::vector<COLORREF> pixels = Colours();
+    Fill(0);
     return pixels;
   }
-
- private:
-  HDC dc_;
-  HBITMAP bitmap_;
-  HFONT font_;
-  HGDIOBJ former_bitmap_, former_font_;
-  std::uint8_t* bits_ = nullptr;
 };
 
 std::u16string RandomText(std::mt19937& random, std::u16string_view alphabet) {

@@ -26,7 +26,7 @@ class WindowsText : public testing::Test {
     bitmap_ = CreateDIBSection(dc_, kWidth, kHeight, 24, bits_);
     former_bitmap_ = SelectObject(dc_, bitmap_);
     UseFont(-13);
-    SetBkMode(dc_, 1);
+    SetBkMode(dc_, TRANSPARENT);
     SetBkColor(dc_, kBox);
     SetTextColor(dc_, kInk);
     Clear();
@@ -119,7 +119,7 @@ TEST_F(WindowsText, NullContextsAreRefusedQuietly) {
   EXPECT_EQ(SetTextColor(nullptr, 0), CLR_INVALID);
   EXPECT_EQ(GetTextColor(nullptr), CLR_INVALID);
   EXPECT_EQ(SetBkColor(nullptr, 0), CLR_INVALID);
-  EXPECT_EQ(SetBkMode(nullptr, 1), 0);
+  EXPECT_EQ(SetBkMode(nullptr, TRANSPARENT), 0);
   EXPECT_EQ(SetBkMode(nullptr, 0), 0);
   EXPECT_EQ(SetTextAlign(nullptr, 0), 0u);
   EXPECT_FALSE(GetTextExtentPoint32W(nullptr, u"x", size));
@@ -136,12 +136,12 @@ TEST_F(WindowsText, NullContextsAreRefusedQuietly) {
 }
 
 TEST_F(WindowsText, BackgroundModeZeroDrawsNoBox) {
-  SetBkMode(dc_, 2);
+  SetBkMode(dc_, OPAQUE);
   TextOutW(dc_, 0, 0, u"Text");
   EXPECT_GT(Count(kBox, kAll), 0) << "mode 2 does";
   for (const int mode : {0, 1, 7, -1}) {
     Clear();
-    SetBkMode(dc_, 2);
+    SetBkMode(dc_, OPAQUE);
     EXPECT_EQ(SetBkMode(dc_, mode), 2) << mode;
     TextOutW(dc_, 0, 0, u"Text");
     EXPECT_EQ(Count(kBox, kAll), 0) << mode;
@@ -150,13 +150,13 @@ TEST_F(WindowsText, BackgroundModeZeroDrawsNoBox) {
 }
 
 TEST_F(WindowsText, BackgroundModesComeBackAsTheyWereSet) {
-  SetBkMode(dc_, 2);
-  EXPECT_EQ(SetBkMode(dc_, 1), 2);
-  EXPECT_EQ(SetBkMode(dc_, 2), 1);
+  SetBkMode(dc_, OPAQUE);
+  EXPECT_EQ(SetBkMode(dc_, TRANSPARENT), 2);
+  EXPECT_EQ(SetBkMode(dc_, OPAQUE), 1);
   SetBkMode(dc_, 0);
-  const int former = SetBkMode(dc_, 2);
+  const int former = SetBkMode(dc_, OPAQUE);
   EXPECT_TRUE(former == 0 || former == 1) << former;
-  EXPECT_EQ(SetBkMode(dc_, 2), 2) << "mode 0 leaves no trace";
+  EXPECT_EQ(SetBkMode(dc_, OPAQUE), 2) << "mode 0 leaves no trace";
 }
 
 TEST_F(WindowsText, AnEmptyStringIsWhatThePlatformSays) {
@@ -368,7 +368,7 @@ TEST_F(WindowsText, GiantGlyphsShowWhereTheyCoverTheSurface) {
   DrawTextW(dc_, u"I", rect, DT_SINGLELINE);
   EXPECT_EQ(At(150, 30), kInk);
   Clear();
-  SetBkMode(dc_, 2);
+  SetBkMode(dc_, OPAQUE);
   rect = {0, -extent.cy / 2, extent.cx, extent.cy};
   DrawTextW(dc_, u"  ", rect, DT_SINGLELINE | DT_NOCLIP);
   EXPECT_EQ(At(0, 0), kBox) << "mode 2 fills behind giants too";
