@@ -8,23 +8,14 @@
 #include "markup/caption_pen.h"
 #include "markup/saturate.h"
 #include "platform/gdi.h"
-#include "platform/system.h"
 #include "text/emit_text_run.h"
 #include "text/shaping.h"
+#include "text/string_helpers.h"
 
 namespace marklet {
 namespace {
 
-// A character's code in the system code page, as the spacing query wants it; two bytes make one code.
-std::optional<unsigned> AnsiCode(char16_t ch) {
-  const std::string bytes = WideCharToMultiByte(CP_ACP, {&ch, 1});
-  if (bytes.empty()) return std::nullopt;
-  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
-  return bytes.size() == 2 ? byte(0) << 8 | byte(1) : byte(0);
-}
-
 bool QuerySpacing(const CaptionPen& pen, char16_t ch, ABC& widths) {
-  if (ch < 0x80) return GetCharABCWidthsA(pen.dc, ch, widths);
   const std::optional<unsigned> code = AnsiCode(ch);
   return code && GetCharABCWidthsA(pen.dc, *code, widths);
 }

@@ -47,6 +47,14 @@ bool IsUnicodeText(std::u16string_view text) {
 
 bool IsBasicLatinRange(std::u16string_view text) { return !AnyUnitFrom(text, kFirstBeyondLatin); }
 
+std::optional<unsigned> AnsiCode(char16_t ch) {
+  if (ch < 0x80) return ch;
+  const std::string bytes = WideCharToMultiByte(CP_ACP, {&ch, 1});
+  if (bytes.empty()) return std::nullopt;
+  const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[at]); };
+  return bytes.size() == 2 ? byte(0) << 8 | byte(1) : byte(0);
+}
+
 std::u16string FindAccessKey(std::u16string_view text) {
   const std::size_t mark = text.find(u'&');
   if (mark == text.npos || mark + 1 == text.size()) return {};

@@ -2,6 +2,7 @@
 // trim.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ std::u16string Utf8Encode(std::u16string_view text);
 // negative.
 bool IsUnicodeText(std::u16string_view text);
 bool IsBasicLatinRange(std::u16string_view text);
+
+// A character's code in the system code page; two bytes make one code. Nothing when it has none.
+std::optional<unsigned> AnsiCode(char16_t ch);
 
 // The character after the first "&" that has one, as a string; empty without one.
 std::u16string FindAccessKey(std::u16string_view text);

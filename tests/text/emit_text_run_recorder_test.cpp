@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/rounding.h"
 #include "markup/canvas.h"
 #include "platform/headless/recorder/recorder.h"
 #include "platform/uniscribe.h"
@@ -93,7 +94,12 @@ class RouteTable : public EmitTextRunCalls {
       EXPECT_TRUE(recorder_.Lines("DrawTextW").empty());
       return Route::Shaping;
     }
-    return recorder_.Lines("DrawTextW").empty() ? Route::Manual : Route::DrawTextW;
+    if (recorder_.Lines("DrawTextW").empty()) {
+      EXPECT_FALSE(recorder_.Lines("TextOutW").empty());
+      return Route::Manual;
+    }
+    EXPECT_TRUE(recorder_.Lines("TextOutW").empty());
+    return Route::DrawTextW;
   }
 };
 
@@ -248,6 +254,43 @@ TEST_F(EmitTextRunCalls, AnEffectOfAnyOtherNumberDrawsNothing) {
   for (const Long effect : {6, 7, -1}) {
     style_.TextEffect = effect;
     EXPECT_EQ(Emitted(kPlain), (Lines{"SetBkMode(0)", "SetTextColor(#010203)"})) << effect;
+  }
+}
+
+// ---- The manual route ----
+
+TEST_F(EmitTextRunCalls, TheManualRouteAsksForAnArabicLocaleOnce) {
+  Play(kWindows98, false);
+  ConfiguredLocales() = {1025};
+  EXPECT_EQ(Emitted(kPlain), (Lines{"SetBkMode(0)", "SetTextColor(#010203)", "IsValidLocale(1025,0x1)",
+                                    "GetTextExtentPoint32W(\"Total\")", "TextOutW(4,10,\"Total\")"}));
+  EXPECT_EQ(Emitted(kPlain).size(), 4u);
+}
+
+TEST_F(EmitTextRunCalls, TheManualRouteCentresAndFlushesRightAsTheStyleSays) {
+  Play(kWindows98, false);
+  const Long width = MeasureString(canvas_.dc(), kPlain).cx;
+  const auto drawn = [&](Long alignment, Long vertical) {
+    style_.Alignment = alignment;
+    style_.VerticalAlignment = vertical;
+    return Emitted(kPlain).back();
+  };
+  const auto line = [](Long x, Long y) {
+    return "TextOutW(" + std::to_string(x) + "," + std::to_string(y) + ",\"Total\")";
+  };
+  EXPECT_EQ(drawn(1, 0), line(4 + 204 - width, 10));
+  EXPECT_EQ(drawn(2, 0), line(RoundHalfEven(4 + 100 - width / 4.0), 10)) << "a quarter of the width";
+  EXPECT_EQ(drawn(0, 2), line(4, 50)) << "the text hangs below the middle";
+}
+
+TEST_F(EmitTextRunCalls, OnTheManualRouteBottomAndJustifiedAreAsTopAndLeft) {
+  Play(kWindows98, false);
+  for (const Long alignment : {0, 3}) {
+    for (const Long vertical : {0, 3}) {
+      style_.Alignment = alignment;
+      style_.VerticalAlignment = vertical;
+      EXPECT_EQ(Emitted(kPlain).back(), "TextOutW(4,10,\"Total\")");
+    }
   }
 }
 

@@ -116,6 +116,21 @@ TEST(IsBasicLatinRange, EndsBelow591) {
   EXPECT_TRUE(IsBasicLatinRange(u"\x8000\xFFFF"));
 }
 
+// On a machine whose code page is Windows-1252.
+TEST(AnsiCode, IsTheCodeInTheSystemCodePage) {
+  EXPECT_EQ(AnsiCode(u'\0'), 0u);
+  EXPECT_EQ(AnsiCode(u'\r'), 13u);
+  EXPECT_EQ(AnsiCode(u'A'), 65u);
+  EXPECT_EQ(AnsiCode(u'\u007F'), 127u);
+  EXPECT_EQ(AnsiCode(u'\u00E9'), 0xE9u);
+  EXPECT_EQ(AnsiCode(u'\u20AC'), 0x80u);
+}
+
+TEST(AnsiCode, OfACharacterThatTheCodePageLacksIsThatOfItsReplacement) {
+  for (const char16_t ch : {u'\u4E2D', u'\u05D0', char16_t{0xD800}, char16_t{0xFFFF}})
+    EXPECT_EQ(AnsiCode(ch), static_cast<unsigned>('?')) << static_cast<unsigned>(ch);
+}
+
 TEST(FindAccessKey, IsTheCharacterAfterTheFirstMark) {
   EXPECT_EQ(FindAccessKey(u"Save &As"), u"A");
   EXPECT_EQ(FindAccessKey(u"Save &as"), u"a");

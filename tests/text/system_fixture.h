@@ -5,8 +5,10 @@
 
 #include <ostream>
 
+#include "platform/locale.h"
 #include "platform/shared/os_tests.h"
 #include "platform/system.h"
+#include "text/manual_text.h"
 #include "text/shaping.h"
 
 namespace marklet {
@@ -47,8 +49,10 @@ class SystemTest : public testing::Test {
  private:
   static void Restore() {
     Configuration() = {};
+    ConfiguredLocales().reset();
     ForgetOsTests();
     ForgetUniscribe();
+    ForgetArabicLocale();
   }
 };
 

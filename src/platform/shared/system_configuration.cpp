@@ -1,3 +1,4 @@
+#include "platform/locale.h"
 #include "platform/system.h"
 
 namespace marklet {
@@ -5,6 +6,11 @@ namespace marklet {
 SystemConfiguration& Configuration() {
   thread_local SystemConfiguration configuration;
   return configuration;
+}
+
+std::optional<std::vector<std::uint32_t>>& ConfiguredLocales() {
+  thread_local std::optional<std::vector<std::uint32_t>> locales;
+  return locales;
 }
 
 }  // namespace marklet

@@ -1,7 +1,7 @@
 // Removes the macros of the Windows headers that collide with names of ours. Included by sdk.h and sdk_ole.h
 // after the platform's headers; each may define some again, so that there is no guard.
 
-// Constants that types.h, system_colours.h and uniscribe.h give as typed values.
+// Constants that types.h, system_colours.h, locale.h and uniscribe.h give as typed values.
 #undef RGB
 #undef CLR_INVALID
 #undef SRCCOPY
@@ -51,6 +51,7 @@
 #undef S_OK
 #undef S_FALSE
 #undef SIC_COMPLEX
+#undef LCID_INSTALLED
 
 // Enumerators and names of the control and of other rooms.
 #undef TRANSPARENT

@@ -72,6 +72,8 @@ enum class Operation : std::uint8_t {
   // system.h
   kGetSysColor,
   kMessageBoxW,
+  // locale.h
+  kIsValidLocale,
   kCount,
 };
 

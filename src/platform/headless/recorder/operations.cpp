@@ -9,6 +9,7 @@
 #include "platform/headless/recorder/player.h"
 #include "platform/host_picture.h"
 #include "platform/icon.h"
+#include "platform/locale.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "platform/theme.h"
@@ -109,6 +110,7 @@ constexpr std::array<OperationRow, static_cast<std::size_t>(Operation::kCount)> 
     ONCE(CloseThemeData, ""),
     AGAIN(GetSysColor, "d"),
     AGAIN(MessageBoxW, "ttx"),
+    AGAIN(IsValidLocale, "dx"),
 };
 
 #undef AGAIN
