@@ -1,6 +1,7 @@
 // The control as an owner of images.
 #include "base/ignore_errors.h"
 #include "control/marklet.h"
+#include "imagelist/key_rules.h"
 #include "imagelist/owned_images.h"
 
 namespace marklet {
@@ -8,8 +9,6 @@ namespace {
 
 // File names are tested by their bytes: 5 is three characters, two to a character.
 constexpr std::size_t kShortestFileBytes = 5;
-
-bool StartsWithDigit(std::u16string_view key) { return key.front() >= u'0' && key.front() <= u'9'; }
 
 }  // namespace
 

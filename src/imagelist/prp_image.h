@@ -37,7 +37,7 @@ class prpImage {
 
   // The page's events.
   void SelectionChanged();
-  void ApplyChanges();
+  void ApplyChanges();               // after one that the designer asks for, the view counts as unchanged
   void KeyChanged();                 // txtKey
   void Browse();                     // Command1
   void StripPressed(float x_twips);  // Picture2; from its left edge
@@ -51,16 +51,30 @@ class prpImage {
   void PaintStrip(HDC dc) const;
 
  private:
-  struct Owner;
+  // What an object is to the page: one or the other, or neither.
+  struct Owner {
+    explicit Owner(std::shared_ptr<PageObject> of);
+    std::shared_ptr<PageObject> object;
+    ISupportsAlphaImage* images = nullptr;
+    InternalAlphaImageList* hidden = nullptr;
+  };
 
   Owner FindOwner();
   std::u16string GetKeyFromPage();
-  ImageRef AddIcon(PageObject& object, ISupportsAlphaImage& owner, std::u16string_view key);
-  void ShowImages(const ImageCollection& images, SIZE size, const ThemeColours& colours);
+  void AddImage();
+  static ImageRef AddIcon(const Owner& owner, std::u16string_view file, std::u16string_view key);
+  void Enable(PageButton button, bool enabled);
+  void PutKeyText(std::u16string_view text);
+
+  // The strip, in prp_image_strip.cpp.
+  std::shared_ptr<CDib24> ClearStrip();
+  void ShowOwner(const Owner& owner, const CDib24& strip);
+  void ShowImages(const ImageCollection& images, const CDib24& strip, const ThemeColours& colours);
+  void Select(const CIconBytes& image);
 
   ImagePageView& view_;
   State state_;
-  std::shared_ptr<CDib24> strip_;
+  std::shared_ptr<CDib24> strip_;  // its picture; shared with the paint that is at it
 };
 
 }  // namespace marklet

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/blanks.h"
 #include "platform/shared/os_tests.h"
 #include "platform/win32/handles.h"
 
@@ -52,9 +53,7 @@ LONG* SideOf(::RECT& rect, Long side) { return side >= 0 && side < 4 ? &(rect.*k
 
 std::u16string TextToFirstNul(std::u16string_view text) {
   if (const std::size_t nul = text.find(u'\0'); nul != text.npos) return std::u16string(text.substr(0, nul));
-  const std::size_t first = text.find_first_not_of(u' ');
-  if (first == text.npos) return {};
-  return std::u16string(text.substr(first, text.find_last_not_of(u' ') - first + 1));
+  return std::u16string(TrimBlanks(text));
 }
 
 // --- The window -------------------------------------------------------------------------------------------

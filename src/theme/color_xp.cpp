@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "base/blanks.h"
 #include "base/ignore_errors.h"
 #include "platform/shared/os_tests.h"
 #include "platform/shared/resolved_colour.h"
@@ -25,12 +26,6 @@ void RemoveAll(std::u16string& text, std::u16string_view piece) {
   for (std::size_t at = 0; (at = text.find(piece, at)) != std::u16string::npos;) text.erase(at, piece.size());
 }
 
-std::u16string_view WithoutBlanksAround(std::u16string_view text) {
-  const std::size_t first = text.find_first_not_of(u' ');
-  if (first == std::u16string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(u' ') - first + 1);
-}
-
 void CleanUp(std::u16string& scheme) {
   Capitalise(scheme);
   RemoveAll(scheme, u"(LARGE)");
@@ -47,7 +42,7 @@ bool IsOnScreen(const Scheme& scheme) {
 void CColorXP::ComputeColours(std::u16string& scheme, bool menu_style, HWND window) {
   IgnoreErrors([&] { CleanUp(scheme); });
   const bool themed = ReplaceByTheme(scheme, window);
-  if (!WriteScheme(WithoutBlanksAround(scheme), menu_style)) ComputeFromSystem(themed, menu_style);
+  if (!WriteScheme(TrimBlanks(scheme), menu_style)) ComputeFromSystem(themed, menu_style);
 }
 
 // Whether the window has a visual style. Its name then counts, even when it can't be told. The system test
