@@ -1,7 +1,8 @@
 // Removes the macros of the Windows headers that collide with names of ours. Included by sdk.h and sdk_ole.h
 // after the platform's headers; each may define some again, so that there is no guard.
 
-// Constants that types.h, system_colours.h, locale.h and uniscribe.h give as typed values.
+// Constants that types.h, system_colours.h, locale.h, non_client_metrics.h and
+// uniscribe.h give as typed values.
 #undef RGB
 #undef CLR_INVALID
 #undef SRCCOPY
@@ -52,6 +53,8 @@
 #undef S_FALSE
 #undef SIC_COMPLEX
 #undef LCID_INSTALLED
+#undef SPI_GETICONTITLELOGFONT
+#undef SPI_GETNONCLIENTMETRICS
 
 // Enumerators and names of the control and of other rooms.
 #undef TRANSPARENT

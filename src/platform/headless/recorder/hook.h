@@ -74,6 +74,8 @@ enum class Operation : std::uint8_t {
   kMessageBoxW,
   // locale.h
   kIsValidLocale,
+  // non_client_metrics.h
+  kSystemParametersInfoA,
   kCount,
 };
 

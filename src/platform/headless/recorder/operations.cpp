@@ -10,6 +10,7 @@
 #include "platform/host_picture.h"
 #include "platform/icon.h"
 #include "platform/locale.h"
+#include "platform/non_client_metrics.h"
 #include "platform/registry.h"
 #include "platform/system.h"
 #include "platform/theme.h"
@@ -111,6 +112,7 @@ constexpr std::array<OperationRow, static_cast<std::size_t>(Operation::kCount)> 
     AGAIN(GetSysColor, "d"),
     AGAIN(MessageBoxW, "ttx"),
     AGAIN(IsValidLocale, "dx"),
+    ONCE(SystemParametersInfoA, "ddx"),
 };
 
 #undef AGAIN
