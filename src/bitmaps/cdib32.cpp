@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "bitmaps/alpha_rows.h"
 #include "bitmaps/pixel_loops.h"
@@ -19,6 +20,11 @@ void CDib32::CreateFromBitmap(HBITMAP bitmap) {
   BITMAP record;
   GetObjectA(bitmap, record);
   if (Create(record.bmWidth, record.bmHeight)) LoadBitmap(bitmap);
+}
+
+void CDib32::TakeBitmap(ObjectRef bitmap) {
+  not_premultiplied_ = true;
+  TakeSection(std::move(bitmap), 32);
 }
 
 void CDib32::StretchPaintTo(HDC destination, Long x, Long y, Long width, Long height,

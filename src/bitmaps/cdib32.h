@@ -28,6 +28,9 @@ class CDib32 : public Dib {
   // the bitmap can't be read.
   void CreateFromBitmap(HBITMAP bitmap);
   void CreateFromPicture(HBITMAP picture) { CreateFromBitmap(picture); }
+  // The bitmap itself as the surface, where the caller has no more use for it: pixels are held once. It must
+  // be of 32 bits and from CreateDIBSection, and selected nowhere; any other leaves the surface empty.
+  void TakeBitmap(ObjectRef bitmap);
   bool NotPremultiplied() const { return not_premultiplied_; }
 
   // Stretches the whole surface to a rectangle, averaging where the platform can. A width or height below 0

@@ -17,11 +17,32 @@ bool Dib::CreateSection(Long width, Long height, int bits_per_pixel, std::int64_
     return false;
   }
   old_bitmap_ = SelectObject(hdc_, hdib_);
+  Describe(width, height, bits_per_pixel, stride);
+  return true;
+}
+
+bool Dib::TakeSection(ObjectRef bitmap, int bits_per_pixel) {
+  ClearUp();
+  if (bitmap == nullptr) return false;
+  hdc_ = CreateCompatibleDC(nullptr);
+  if (hdc_ == nullptr) return false;
+  hdib_ = bitmap.release();
+  old_bitmap_ = SelectObject(hdc_, hdib_);
+  PixelView view;
+  if (!PixelsOf(hdc_, view) || view.bits_per_pixel != bits_per_pixel) {
+    ClearUp();
+    return false;
+  }
+  bits_ = view.bits;
+  Describe(view.width, view.height, view.bits_per_pixel, view.stride);
+  return true;
+}
+
+void Dib::Describe(Long width, Long height, int bits_per_pixel, std::int64_t stride) {
   bytes_per_scan_line_ = static_cast<Long>(stride);
   bits_per_pixel_ = bits_per_pixel;
   width_ = width;
   height_ = height;
-  return true;
 }
 
 void Dib::LoadBitmap(HBITMAP bitmap) {

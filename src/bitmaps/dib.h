@@ -48,6 +48,9 @@ class Dib {
   // New pixels, all zero, in place of any earlier ones; `stride` is only what BytesPerScanLine tells. False,
   // and empty, when they can't be made or their offsets can't be held in 32 bits.
   bool CreateSection(Long width, Long height, int bits_per_pixel, std::int64_t stride);
+  // Takes the pixels of a bitmap from CreateDIBSection over, in place of any earlier ones. False, and empty,
+  // when they are of another depth or out of reach.
+  bool TakeSection(ObjectRef bitmap, int bits_per_pixel);
   // Copies a bitmap, of this surface's size, in.
   void LoadBitmap(HBITMAP bitmap);
   // Gives the bitmap away: the caller deletes it. The surface is empty afterwards.
@@ -56,6 +59,7 @@ class Dib {
   static Long OrOwn(Long size, Long own) { return size < 0 ? own : size; }
 
  private:
+  void Describe(Long width, Long height, int bits_per_pixel, std::int64_t stride);
   void Forget();
 
   Long bytes_per_scan_line_ = 0;

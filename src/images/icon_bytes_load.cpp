@@ -125,8 +125,7 @@ void CIconBytes::LoadPng(std::u16string_view path) {
       return Complain(u"This image is not supported. PNG images must have equal width and height.",
                       u"Corvane PNG Decoder");
     auto surface = std::make_unique<CDib32>();
-    surface->CreateFromBitmap(decoder.BitmapHandle());
-    decoder.ReleaseBitmap();  // the pixels are there once more
+    surface->TakeBitmap(decoder.DetachBitmap());
     if (NormalisedSize(height) != height) surface = surface->ResampleArea(NormalisedSize(height));
     if (!surface || surface->hDC() == nullptr) return;
     const Long width = PaddedWidth(surface->Width());

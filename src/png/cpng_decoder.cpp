@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "base/rows.h"
 #include "platform/file.h"
@@ -75,10 +76,11 @@ void CPngDecoder::LoadFromMemory(Bytes file) {
   fields_.IdatBytes = {};
 }
 
-void CPngDecoder::ReleaseBitmap() {
-  if (bitmap_) DeleteObject(bitmap_);
-  bitmap_ = nullptr;
+void CPngDecoder::ReleaseBitmap() { DetachBitmap().reset(); }
+
+ObjectRef CPngDecoder::DetachBitmap() {
   bits_ = nullptr;
+  return ObjectRef(std::exchange(bitmap_, nullptr));
 }
 
 void CPngDecoder::Decode(Bytes file) {

@@ -42,6 +42,8 @@ class CPngDecoder {
   // The decoder's own until it ends or ReleaseBitmap is called.
   HBITMAP BitmapHandle() const { return bitmap_; }
   void ReleaseBitmap();
+  // Gives the bitmap away; there is none in here afterwards.
+  ObjectRef DetachBitmap();
 
  private:
   using Bytes = std::span<std::uint8_t>;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bitmaps/alpha_pixels.h"
@@ -58,6 +59,28 @@ TEST(CDib32Handles, CreateFromBitmapReadsTheSizeAndCopiesThroughAContextOfItsOwn
                    "SelectObject(bitmap(5x3x32))", "CreateCompatibleDC()", "SelectObject(bitmap(5x3x24))",
                    "BitBlt(0,0,5,3,0,0,0xCC0020)", "SelectObject(bitmap(1x1x1))", "DeleteDC()"}));
   DeleteObject(bitmap);
+}
+
+TEST(CDib32Handles, TakeBitmapSelectsTheBitmapAndDeletesItAtTheEnd) {
+  for (const char* failing : {"", "CreateCompatibleDC", "SelectObject", "PixelsOf"}) {
+    std::uint8_t* bits = nullptr;
+    ObjectRef bitmap(CreateDIBSection(nullptr, 5, 3, 32, bits));
+    Recorder recorder;
+    if (*failing) recorder.Fail(failing);
+    CDib32 surface;
+    surface.TakeBitmap(std::move(bitmap));
+    EXPECT_EQ(surface.Bits(), *failing ? nullptr : bits) << failing;
+    EXPECT_EQ(recorder.Lines("CreateDIBSection"), Lines{});
+    surface.ClearUp();
+    EXPECT_EQ(recorder.Lines("DeleteObject"), Lines{"DeleteObject(bitmap(5x3x32))"}) << failing;
+  }
+}
+
+TEST(CDib32Handles, ResampleNearestToBothSizes0CreatesNoSurface) {
+  const auto source = AlphaSurface(3, 3);
+  Recorder recorder;
+  EXPECT_EQ(source->ResampleNearest(0, 0), nullptr);
+  EXPECT_EQ(recorder.Lines(), Lines{});
 }
 
 TEST(CDib32Handles, CreateFromBitmapFailsQuietly) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "bitmaps/alpha_pixels.h"
 #include "bitmaps/pixel_context.h"
@@ -176,6 +177,33 @@ TEST(CDib32, CreateFromNoBitmapIsEmpty) {
   const auto surface = AlphaSurface(2, 2);
   surface->CreateFromBitmap(nullptr);
   ExpectEmpty(*surface);
+}
+
+TEST(CDib32, TakeBitmapMakesTheBitmapItselfTheSurface) {
+  std::uint8_t* bits = nullptr;
+  ObjectRef bitmap(CreateDIBSection(nullptr, 5, 3, 32, bits));
+  for (int i = 0; i < 5 * 3 * 4; ++i) bits[i] = static_cast<std::uint8_t>(i * 7 + 1);
+  const auto surface = AlphaSurface(9, 9);
+  surface->Premultiply();
+  surface->TakeBitmap(std::move(bitmap));
+  EXPECT_EQ(surface->Width(), 5);
+  EXPECT_EQ(surface->Height(), 3);
+  EXPECT_EQ(surface->BytesPerScanLine(), 20);
+  EXPECT_TRUE(surface->NotPremultiplied());
+  ASSERT_EQ(surface->Bits(), bits) << "no copy";
+  for (int i = 0; i < 5 * 3 * 4; ++i) EXPECT_EQ(bits[i], static_cast<std::uint8_t>(i * 7 + 1));
+  surface->Clear(kGrey);
+  GdiFlush();
+  EXPECT_EQ(PixelsOf(*surface), Pixels(15, Pixel{11, 10, 9, 0})) << "its context draws on the pixels";
+}
+
+TEST(CDib32, TakingNoBitmapOrOneOfAnotherDepthLeavesNothing) {
+  std::uint8_t* bits = nullptr;
+  for (const int depth : {0, 24}) {
+    const auto surface = AlphaSurface(2, 2);
+    surface->TakeBitmap(ObjectRef(depth == 0 ? nullptr : CreateDIBSection(nullptr, 5, 3, depth, bits)));
+    ExpectEmpty(*surface);
+  }
 }
 
 TEST(CDib32, ClearFillsTheWholeSurfaceWithAlphaZero) {

@@ -1,0 +1,50 @@
+// What an image takes of memory while it is loaded.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <string>
+#include <vector>
+
+#include "images/icon_bytes.h"
+#include "png/png_files.h"
+#include "support/temporary_folder.h"
+#if defined(__SANITIZE_ADDRESS__)
+#include "png/heap_watch.h"
+#endif
+
+namespace marklet {
+namespace {
+
+// Beside a large picture's own: a piece of its rows, the entry that stays, buffers of the file.
+constexpr std::size_t kBesides = 600u << 10;
+
+// A file far smaller than its pixels.
+std::vector<std::uint8_t> FlatPng(std::uint32_t size) {
+  const std::vector<std::uint8_t> rows(size * (std::size_t{size} * 4 + 1), 0);
+  uLongf length = compressBound(rows.size());
+  std::vector<std::uint8_t> stream(length);
+  compress2(stream.data(), &length, rows.data(), rows.size(), 6);
+  stream.resize(length);
+  return png::test::File({size, size, 8, 6}, stream);
+}
+
+TEST(LoadingMemory, HoldsThePixelsOfAPngOnce) {
+#if defined(__SANITIZE_ADDRESS__)
+  constexpr std::uint32_t kSize = 900;
+  constexpr std::size_t kPixels = std::size_t{kSize} * kSize * 4;
+  const std::vector<std::uint8_t> file = FlatPng(kSize);
+  const testing::TemporaryFolder folder;
+  folder.Write("large.png", std::string(file.begin(), file.end()));
+  CIconBytes image;
+  const std::size_t peak =
+      png::test::PeakOfHeap([&] { image.LoadFromFile(folder.Path("large.png").u16string()); });
+  EXPECT_TRUE(image.HasImage256());
+  EXPECT_GT(peak, kPixels);
+  EXPECT_LE(peak, file.size() + kPixels + kBesides);
+#else
+  GTEST_SKIP() << "only the address sanitizer tells what is allocated";
+#endif
+}
+
+}  // namespace
+}  // namespace marklet
