@@ -293,7 +293,8 @@ TEST_F(AlphaPaintTest, OnThePlatformsRouteTheFormulaHolds) {
       for (int c = 0; c < 3; ++c) {
         const double exact = pixels[i][static_cast<std::size_t>(c)] * constant / 255.0 +
                              channel(before[i], c) * (1 - covered / 255);
-        ASSERT_NEAR(channel(after[i], c), exact, 1.5);
+        // To nearest, but where both are below whole a platform may round each product on its own.
+        ASSERT_NEAR(channel(after[i], c), exact, constant % 255 == 0 || pixels[i][3] == 255 ? 0.5 : 1.5);
       }
     }
   }

@@ -277,6 +277,18 @@ TEST(ResampleArea, OfABlockOfColour200AndAlpha128GivesColour100AndAlpha128) {
             (Pixels{{100, 100, 100, 128}}));
 }
 
+// By whole blocks, which weigh colours by alpha; by coverage they would keep their 200.
+TEST(ResampleArea, From32To16TakesBlocksOfFour) {
+  const auto source = AlphaSurface(32, 32, {200, 100, 50, 128});
+  PutPixel(*source, 0, 0, {90, 90, 90, 255});
+  const auto resampled = source->ResampleArea(16);
+  ASSERT_EQ(resampled->Width(), 16);
+  ASSERT_EQ(resampled->Height(), 16);
+  Pixels expected(256, Pixel{100, 50, 25, 128});
+  expected[0] = {(90 + 3 * 100) / 4, (90 + 3 * 50) / 4, (90 + 3 * 25) / 4, (255 + 3 * 128) / 4};
+  EXPECT_EQ(PixelsOf(*resampled), expected);
+}
+
 TEST(ResampleArea, OfAClearBlockIsAllZero) {
   EXPECT_EQ(PixelsOf(*AlphaSurface(4, 4, {9, 9, 9, 0})->ResampleArea(2)), Pixels(4, Pixel{}));
 }

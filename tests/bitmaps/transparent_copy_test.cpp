@@ -148,6 +148,21 @@ TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
   }
 }
 
+// Long enough for many pixels at a time, and near enough that what is read was just written otherwise.
+TEST_P(TransparentCopyWithin, ReadsBeforeItWritesAlongARow) {
+  Random random(16);
+  for (const Long shift : {1, 2, 3, 5, 15, 16, 17, 40, -1, -3, -16, -40}) {
+    const PixelContext surface(200, 2, std::get<0>(GetParam()));
+    FillWithNoise(surface, random);
+    const Copy copy{50 + shift, 0, 100, 2, 50, 0};
+    Picture expected(surface);
+    NaiveCopy(expected, Picture(surface), copy, kKey);
+    TransparentCopy(surface.Get(), copy.x, copy.y, copy.width, copy.height, surface.Get(), copy.source_x,
+                    copy.source_y, kKey);
+    ASSERT_EQ(Picture(surface), expected) << shift;
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(DepthsAndForms, TransparentCopyWithin,
                          testing::Combine(testing::Values(24, 32), testing::ValuesIn(kProcessorForms)));
 
@@ -177,6 +192,14 @@ TEST(TransparentCopy, WithAKeyThatIsNoColourCopiesEverything) {
   FillWithNoise(*source, random, KeyColour);
   TransparentCopy(target->hDC(), 0, 0, 4, 4, source->hDC(), 0, 0, CLR_INVALID);
   EXPECT_EQ(Colours(*target), Colours(*source));
+}
+
+TEST(TransparentCopy, WhiteIsAKeyLikeAnyOther) {
+  constexpr COLORREF kWhite = MakeRgb(255, 255, 255);
+  const auto source = Surface(3, 1, kRed), target = Surface(3, 1, kGrey);
+  PutColour(*source, 1, 0, kWhite);
+  TransparentCopy(target->hDC(), 0, 0, 3, 1, source->hDC(), 0, 0, kWhite);
+  EXPECT_EQ(Colours(*target), (std::vector<COLORREF>{kRed, kGrey, kRed}));
 }
 
 TEST(TransparentCopy, OnlyTheExactKeyIsTransparent) {

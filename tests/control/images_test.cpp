@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "bitmaps/cdib24.h"
 #include "images/image_sizes.h"
@@ -171,6 +172,26 @@ TEST(LoadIconImageFromFile, MakesTheListWhenThereIsNone) {
   EXPECT_TRUE(hosted.State().Images);
 }
 
+TEST(LoadIconImageFromFile, TheHostMayTakeTheImageAwayWhenItHearsOfIt) {
+  for (const bool all : {false, true}) {
+    HostedControl hosted;
+    bool taken = false;
+    hosted.host.on_property_changed = [&](std::string_view) {
+      if (std::exchange(taken, true)) return;
+      if (all)
+        hosted.State().Images.reset();
+      else
+        hosted.control.DeleteIconImage(u"key");
+    };
+    EXPECT_FALSE(hosted.control.LoadIconImageFromFile(u"no such file.bmp", u"key")) << "it isn't there";
+    EXPECT_TRUE(taken);
+    EXPECT_EQ(hosted.State().Images == nullptr, all);
+    if (!all) {
+      EXPECT_EQ(hosted.State().Images->Count(), 0);
+    }
+  }
+}
+
 TEST(LoadIconImageFromFile, ShowsTheImageAtTheNextRepaint) {
   const testing::TemporaryFolder folder;
   const auto png = pictures::Png(16, [](int, int) { return 0xFF203040u; });
@@ -244,7 +265,7 @@ TEST_F(PaintedImages, OfASizeOutOfRangeAre16Pixels) {
   }
 }
 
-TEST_F(PaintedImages, ChangeWithThePointer) {
+TEST_F(PaintedImages, AreThoseOfTheHoverKeyInAPictureBuiltWhileThePointerIsInside) {
   EXPECT_EQ(BoxOf(kHover).right, -1);
   hosted.State().Hover = true;
   hosted.control.RedrawNow();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "markup/drawn_runs.h"
 #include "platform/headless/recorder/recorder.h"
 #include "platform/system.h"
 #include "platform/text.h"
@@ -266,6 +267,29 @@ TEST_F(PaintCalls, TheEffectAndItsColourReachTheLayers) {
   hosted.State().TextEffect = 5;  // hollow: the face takes the background's colour
   const Log hollow = ColoursOf(Redraw());
   EXPECT_EQ(std::count(hollow.begin(), hollow.end(), "#D0E0F0"), 1);
+}
+
+TEST_F(PaintCalls, TheEffectOfADisabledControlDiffersInTheFaceAlone) {
+  Caption(u"x");
+  hosted.State().BackColor = 0x8000000F;
+  for (const Long effect : {1, 3, 4}) {  // stroke, emboss, engrave: faces of the text's colour
+    hosted.State().TextEffect = effect;
+    std::vector<DrawnRun> layers[2];
+    for (const bool enabled : {false, true}) {
+      hosted.host.enabled = enabled;
+      const Recorder recorder;
+      hosted.control.RedrawNow();
+      layers[enabled] = DrawnRuns(recorder);
+      ASSERT_GE(layers[enabled].size(), 5u);
+      EXPECT_EQ(layers[enabled].back().colour, enabled ? "#FF0000" : "#808080") << "the face";
+      layers[enabled].pop_back();
+    }
+    ASSERT_EQ(layers[0].size(), layers[1].size());
+    for (std::size_t i = 0; i < layers[0].size(); ++i) {
+      EXPECT_EQ(layers[0][i].colour, layers[1][i].colour) << effect << ", layer " << i;
+      EXPECT_EQ(layers[0][i].rect, layers[1][i].rect) << effect << ", layer " << i;
+    }
+  }
 }
 
 TEST_F(PaintCalls, ColoursThatAreNoneBecomeMinusOneAndAreDrawnAsGiven) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 #include <new>
 #include <string>
@@ -503,6 +504,54 @@ TEST(Persistence, ATextInThePlaceOfACellIsNoCell) {
   EXPECT_TRUE(hosted.control.ReadProperties(bag));
   EXPECT_EQ(hosted.State().Images->Item(1)->GetBytes(0, 4), ByteArray());
   EXPECT_EQ(hosted.State().Caption, u"text") << "where it is one";
+}
+
+TEST(Persistence, AKeyOfAnotherTypeLeavesItsImageWithoutAName) {
+  MemoryBag bag;
+  bag.Put("NumOfIconBytes", Long{2});
+  bag.Put("IcoBytesKey_1", OneDimension({1, 2, 3}));
+  bag.Put("IconBytesJ0K4_1", OneDimension({1, 2}));
+  bag.Put("IcoBytesKey_2", std::u16string(u"b"));
+  bag.Put("IconBytesJ0K4_2", OneDimension({3, 4}));
+  HostedControl hosted;
+  EXPECT_TRUE(hosted.control.ReadProperties(bag)) << "that is no failure";
+  ASSERT_EQ(hosted.State().Images->Count(), 2);
+  EXPECT_EQ(hosted.State().Images->Item(1)->Key(), u"");
+  EXPECT_EQ(hosted.State().Images->Item(1)->GetBytes(0, 4), OneDimension({1, 2}));
+  EXPECT_EQ(hosted.State().Images->Item(2)->Key(), u"b");
+}
+
+// A bag whose writing reaches back into the control.
+struct MeddlingBag final : PropertyBag {
+  std::function<void(std::string_view)> on_write;
+  MemoryBag inner;
+  std::optional<BagValue> ReadProperty(std::string_view name, BagType type) override {
+    return inner.ReadProperty(name, type);
+  }
+  void WriteProperty(std::string_view name, const BagValue& value, const BagValue& fallback) override {
+    on_write(name);
+    inner.WriteProperty(name, value, fallback);
+  }
+};
+
+TEST(Persistence, AListEmptiedWhileItIsWrittenEndsWithTheImageAtHand) {
+  for (const bool all_at_once : {false, true}) {
+    HostedControl hosted;
+    hosted.Init();
+    for (const char16_t* key : {u"a", u"b", u"c"})
+      hosted.State().Images->Add(key, MakeImage(key, OneDimension({1, 2}), 0, 4));
+    MeddlingBag bag;
+    bag.on_write = [&](std::string_view name) {
+      if (name != "IcoBytesKey_2") return;
+      if (all_at_once) return hosted.control.DestroyIconByteCollectionData();
+      for (const char16_t* key : {u"a", u"b", u"c"}) hosted.control.DeleteIconImage(key);
+    };
+    EXPECT_TRUE(hosted.control.WriteProperties(bag));
+    EXPECT_NE(bag.inner.Find("IconBytesJ0K4_2"), nullptr) << "the image at hand is whole";
+    // Another list leaves the one that is being written as it was; the same one has nothing after it.
+    EXPECT_EQ(bag.inner.Find("IcoBytesKey_3") != nullptr, all_at_once);
+    EXPECT_EQ(hosted.State().Images->Count(), 0);
+  }
 }
 
 TEST(Persistence, ImagesKeepTheirCellsAndShapes) {

@@ -282,6 +282,19 @@ TEST_F(LoadedImage, OfAnIconOfAnotherSizeStandsInTheFirstSlotWithItsOwnBounds) {
       ASSERT_EQ(PixelAt({16, 3}, x, y), x < 18 ? Speckle(x, y) : kKey) << x << "," << y;
 }
 
+// It would go to the same entry, but has no pixels to put there.
+TEST_F(LoadedImage, OfAnIconWithAnImageOfNoHeightKeepsTheOneBeforeIt) {
+  for (const int bits : {24, 32}) {
+    image_.Reset();
+    Load("a.ico", icons::FileOf({Image{.bits = bits, .pixel = OpaqueSpeckle},
+                                 Image{.bits = bits, .pixel = Speckle, .directory_height = 0},
+                                 Image{.bits = bits, .pixel = Speckle, .directory_width = 0}}));
+    EXPECT_EQ(Stored(), (Slots{{16, bits == 32 ? 4 : 3}}));
+    EXPECT_EQ(PixelAt({16, bits == 32 ? 4 : 3}, 3, 5) & 0xFFFFFF, Speckle(3, 5));
+    EXPECT_EQ(PixelAt({16, bits == 32 ? 4 : 3}, 3, 5) >> 24, bits == 32 ? 255u : 0u);
+  }
+}
+
 TEST_F(LoadedImage, OfAnIconWithAlphaIsAsWideAsItIs) {
   Load("a.ico", icons::FileOf({Image{.width = 18, .height = 24, .bits = 32}}));
   EXPECT_EQ(BytesOf({24, 4}).bounds, (std::vector<ByteArray::Bound>{{0, 4}, {0, 18}, {0, 24}}));

@@ -1,6 +1,7 @@
 // The layers of each text effect: how many, where, in which colour and order.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "markup/canvas.h"
@@ -103,7 +104,7 @@ class TextEffectLayers : public testing::Test {
 
   const PlayedSystem system_{generation::kVista};
   Canvas canvas_{200, 60};
-  const RECT rect_ = {10, 5, 190, 55};
+  RECT rect_ = {10, 5, 190, 55};
   CaptionStyle style_;
   std::vector<std::string> lines_;
 };
@@ -183,15 +184,15 @@ TEST_F(TextEffectLayers, TakeTheTagsColourForTheFaceAlone) {
   EXPECT_EQ(runs.back().colour, "#00FF00");
 }
 
-TEST_F(TextEffectLayers, DifferOnlyInTheFaceWhenDisabled) {
+TEST_F(TextEffectLayers, FollowTheForeColourInTheFaceAlone) {
   style_.TextEffect = effectEmboss;
   const std::vector<DrawnRun> enabled = Draw(u"x");
-  style_.ForeColor = MakeRgb(1, 2, 3);  // what the paint code puts there
-  const std::vector<DrawnRun> disabled = Draw(u"x");
+  style_.ForeColor = MakeRgb(1, 2, 3);
+  const std::vector<DrawnRun> other = Draw(u"x");
   ASSERT_EQ(enabled.size(), 5u);
-  ASSERT_EQ(disabled.size(), 5u);
-  for (std::size_t at = 0; at < 4; ++at) EXPECT_EQ(enabled[at].colour, disabled[at].colour);
-  EXPECT_EQ(disabled[4].colour, "#010203");
+  ASSERT_EQ(other.size(), 5u);
+  for (std::size_t at = 0; at < 4; ++at) EXPECT_EQ(enabled[at].colour, other[at].colour);
+  EXPECT_EQ(other[4].colour, "#010203");
 }
 
 TEST_F(TextEffectLayers, AreNoneForAnUnknownEffect) {
@@ -209,12 +210,28 @@ TEST_F(TextEffectLayers, AreNoneForTheEffectCalledNone) {
   EXPECT_TRUE(recorder.Lines().empty());
 }
 
+// Each layer's text is cut at its own rectangle, which is moved with it, and at nothing else.
 TEST_F(TextEffectLayers, ReachOutsideTheRectangle) {
   style_.TextEffect = effectStroke;
-  const std::vector<DrawnRun> runs = Draw(u"x");
-  ASSERT_EQ(runs.size(), 16u);
-  EXPECT_EQ(runs[0].rect.left, rect_.left - 1);
-  EXPECT_EQ(runs[4].rect.bottom, rect_.bottom + 2);
+  style_.Font->PutSize(20);
+  SelectObject(canvas_.dc(), style_.Font->hFont());
+  for (const bool from_below : {false, true}) {
+    // Lower than the text, so that letters are cut off at the bottom, or at the top.
+    rect_ = {10, 20, 190, 40};
+    style_.VerticalAlignment = from_below ? verticalBottom : verticalTop;
+    if (from_below) rect_.top = 30;
+    if (!from_below) rect_.bottom = 30;
+    canvas_.Fill(0xFF);
+    Draw(u"MHM");
+    const auto inked = [&](Long y) {
+      PixelView view;
+      PixelsOf(canvas_.dc(), view);
+      return std::any_of(view.At(0, y), view.At(0, y) + view.width * 3,
+                         [](int byte) { return byte != 0xFF; });
+    };
+    EXPECT_TRUE(inked(from_below ? rect_.top - 1 : rect_.bottom + 1)) << from_below;
+    EXPECT_FALSE(inked(from_below ? rect_.top - 2 : rect_.bottom + 2)) << from_below;
+  }
 }
 
 TEST_F(TextEffectLayers, TakeTheirTonesFromTheBackgroundWithoutASurface) {

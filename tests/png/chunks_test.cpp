@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "png/png_files.h"
 
 namespace marklet::png::test {
@@ -300,6 +302,23 @@ TEST(Chunks, CompressedTextIsCutAtItsFirstZeroByte) {
   Append(payload, {0, 0xFF, 0xFF});
   // After the cut codes are read as zero bits: the end of the block.
   EXPECT_EQ(Walk(GoodFile(Chunk("zTXt", payload))).fields.CompressedTextBlock, std::string("K\0ab\0", 5));
+}
+
+// Twelve times the stream's highest index, and what the decoder always grants beyond its limit.
+TEST(Chunks, CompressedTextStopsAtTwelveTimesItsStream) {
+  BitWriter bits;
+  bits.Put(1, 1).Put(1, 2).Fixed('a');
+  for (int i = 0; i < 40; ++i) bits.Fixed(285).Code(0, 5);  // 258 bytes more each
+  bits.Put(7, 3);
+  const Bytes& stream = bits.bytes();
+  ASSERT_EQ(std::count(stream.begin(), stream.end(), 0), 0) << "it would be cut there";
+  Bytes payload = Text("K");
+  Append(payload, {0, 0, 0x78, 0x01});
+  Append(payload, stream);
+  const std::string text(12 * (stream.size() - 1) + 100, 'a');
+  ASSERT_LT(text.size(), 10'000u);
+  EXPECT_EQ(Walk(GoodFile(Chunk("zTXt", payload))).fields.CompressedTextBlock,
+            std::string("K\0", 2) + text + std::string(1, '\0'));
 }
 
 TEST(Chunks, CompressedTextOfAnyLengthIsHarmless) {

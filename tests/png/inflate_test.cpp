@@ -290,6 +290,40 @@ TEST(Inflate, CodesOfFifteenBitsDecode) {
   EXPECT_EQ(AtOnce(whole.bytes(), expected.size()).data, expected);
 }
 
+// A code of fifteen bits makes the decoder read ahead so far for every code. A stored block of one or two
+// bytes that ends the data counts as missing then, since two bytes of its header have been read by that time,
+// or one.
+TEST(Inflate, StoredBlockThatEndsTheDataAfterCodesOfFifteenBits) {
+  std::vector<int> lengths(257, 0);
+  lengths[256] = 1;
+  for (int i = 2; i <= 14; ++i) lengths[static_cast<std::size_t>('a' + i)] = i;
+  lengths['x'] = lengths['y'] = 15;
+  const Bytes block = DynamicBlock(lengths, {1, 1});
+  const auto codes = CanonicalCodes(lengths);
+  constexpr int kHeaderBits = 17 + 57 + 259 * 4;
+  int lost[4] = {}, kept[4] = {};
+  for (int symbols = 0; symbols < 60; ++symbols)
+    for (unsigned stored = 0; stored < 4; ++stored) {
+      BitWriter bits;
+      bits.Put(0, 1);  // not the last block
+      for (int bit = 1; bit < kHeaderBits; ++bit)
+        bits.Put(block[static_cast<std::size_t>(bit / 8)] >> bit % 8 & 1, 1);
+      for (int i = 0; i < symbols; ++i) bits.Code(codes['x'], 15);
+      bits.Code(codes[256], 1).Put(1, 1).Put(0, 2).ToByte();
+      for (const unsigned byte : {stored, 0u, ~stored & 0xFF, 0xFFu}) bits.Byte(byte);
+      for (unsigned i = 0; i < stored; ++i) bits.Byte('s');
+      const std::size_t size = static_cast<std::size_t>(symbols) + stored;
+      const Bytes data = AtOnce(bits.bytes(), size).data;
+      EXPECT_EQ(data, plain::Inflate().Run(bits.bytes(), static_cast<std::int64_t>(size)).data)
+          << symbols << " and " << stored;
+      ++(data.size() == size && stored > 0 ? kept : lost)[stored];
+    }
+  EXPECT_EQ(kept[1], 0);
+  EXPECT_GT(kept[2], 0) << "where only one byte was read ahead";
+  EXPECT_GT(lost[2], 0);
+  EXPECT_EQ(lost[3], 0);
+}
+
 // ---- matches of every distance and length ----
 
 TEST(Inflate, EveryDistanceAndLengthOverlapsRight) {
