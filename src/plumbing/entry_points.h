@@ -10,10 +10,14 @@ namespace marklet::plumbing {
 DWORD BlockProtection();
 
 // The address for the use of the block, whose fields name the window, or the parameter count, by then. 0 when
-// there is none left; so many live at once that this is a fault somewhere else.
+// there is none left (so many live at once that this is a fault somewhere else), or for more parameters than
+// can be passed on.
 Word BindWindowProcedure(Word* block);
 Word BindHookProcedure(Word* block);
 Word BindCallback(Word* block);
+
+// The address that BindCallback gave.
+Word CallbackAddress(Word* block);
 
 // Before a block is released from outside: the platform knows the address no more.
 void UnbindWindowProcedure(Word* block);

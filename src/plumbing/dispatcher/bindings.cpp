@@ -96,10 +96,16 @@ Word* BlockOfCallback(std::size_t slot) noexcept {
 
 std::size_t BindToWindow(::HWND window, Word* block) {
   const Lock lock;
-  std::size_t level = 0;
-  while (level < kLevels && bindings.windows.contains({window, level})) ++level;
-  if (level < kLevels) bindings.windows.emplace(Level{window, level}, block);
-  return level;
+  for (std::size_t level = 0; level < kLevels; ++level)
+    if (bindings.windows.emplace(Level{window, level}, block).second) return level;
+  // The window has its procedure back from those that wait for their timer.
+  for (std::size_t level = 0; level < kLevels; ++level) {
+    Word*& bound = bindings.windows.find({window, level})->second;
+    if (zData(subclass_block::kTimer, bound) == 0) continue;
+    bound = block;
+    return level;
+  }
+  return kLevels;
 }
 
 std::size_t BindToHook(Word* block) { return BindToSlot(bindings.hooks, block); }
@@ -153,7 +159,8 @@ std::vector<::HWND> BoundWindows() {
 
 bool AnythingIsBound() {
   const SharedLock lock;
-  return !bindings.windows.empty() || AnyOf(bindings.hooks) || AnyOf(bindings.callbacks);
+  return !bindings.windows.empty() || !bindings.endings.empty() || AnyOf(bindings.hooks) ||
+         AnyOf(bindings.callbacks);
 }
 
 DWORD BlockProtection() { return PAGE_READWRITE; }

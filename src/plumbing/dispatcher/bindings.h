@@ -14,6 +14,7 @@ namespace marklet::plumbing {
 constexpr std::size_t kLevels = 32;  // thunks on one window
 constexpr std::size_t kHooks = 64;   // in the process
 constexpr std::size_t kCallbacks = 64;
+constexpr std::size_t kMostParameters = 16;  // of a callback
 
 // Null when the thunk has gone.
 Word* BlockOfWindow(::HWND window, std::size_t level) noexcept;

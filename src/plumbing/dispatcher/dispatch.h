@@ -9,9 +9,9 @@ namespace marklet::plumbing {
 // A method's code may have gone with its module.
 bool CodeIsBad(Word is_bad_code_ptr, Word code) noexcept;
 
-// What the design environment says of itself. The address is 0 outside it, which is running.
-enum class Mode { Running, Stopped, Break };
-Mode AskMode(Word eb_mode) noexcept;
+// What the design environment says of itself: 0 stopped, 1 running, 2 in a break. The address is 0 outside
+// it, where everything runs.
+Long AskMode(Word eb_mode) noexcept;
 
 LRESULT RunSubclass(Word* block, ::HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 void ReleaseSubclass(Word* block) noexcept;  // with its timer, which is this thread's

@@ -30,11 +30,11 @@ class Passage {
 
   bool MayCallMethod() {
     if (Field(kShutdown) != 0) return false;
-    Mode mode = Mode::Stopped;
+    Long mode = 0;
     if (!CodeIsBad(Field(kIsBadCodePtr), Field(kMethod)) && (Field(kEbMode) == 0 || ObjectLives()))
       mode = AskMode(Field(kEbMode));
-    if (mode == Mode::Stopped) Field(kShutdown) = 1;
-    return mode == Mode::Running;
+    if (mode == 0) Field(kShutdown) = 1;
+    return mode == 1;
   }
 
   bool ObjectLives() {

@@ -69,10 +69,10 @@ class Passage {
 
   bool MayCallMethod() {
     if (Field(kState) != kRunning) return false;
-    Mode mode = Mode::Stopped;
+    Long mode = 0;
     if (!CodeIsBad(Field(kIsBadCodePtr), Field(kMethod))) mode = AskMode(Field(kEbMode));
-    if (mode == Mode::Stopped) Field(kState) = kMethodGone;
-    return mode == Mode::Running;
+    if (mode == 0) Field(kState) = kMethodGone;
+    return mode == 1;
   }
 
   void CallAll() {
@@ -130,10 +130,8 @@ bool CodeIsBad(Word is_bad_code_ptr, Word code) noexcept {
   return reinterpret_cast<BOOL(CALLBACK*)(Word)>(is_bad_code_ptr)(code) != 0;
 }
 
-Mode AskMode(Word eb_mode) noexcept {
-  if (eb_mode == 0) return Mode::Running;
-  const Long mode = reinterpret_cast<Long(CALLBACK*)()>(eb_mode)();
-  return mode == 1 ? Mode::Running : mode == 0 ? Mode::Stopped : Mode::Break;
+Long AskMode(Word eb_mode) noexcept {
+  return eb_mode == 0 ? 1 : reinterpret_cast<Long(CALLBACK*)()>(eb_mode)();
 }
 
 LRESULT RunSubclass(Word* block, ::HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
