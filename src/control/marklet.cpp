@@ -9,6 +9,7 @@ namespace marklet {
 // --- Lifecycle --------------------------------------------------------------------------------------------
 
 Marklet::Marklet(UserControl& host, MarkletEvents& events) : host_(host), events_(events) {
+  hidden_list_.InitProperties();  // a constituent begins before its control
   state_.SafeForScripting = true;
   state_.SafeForInitializing = true;
   state_.ImagePixels = 16;

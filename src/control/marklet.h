@@ -18,6 +18,7 @@
 #include "host/property_bag.h"
 #include "host/user_control.h"
 #include "imagelist/image_collection.h"
+#include "imagelist/internal_alpha_image_list.h"
 #include "imagelist/owner_theme.h"
 #include "imagelist/supports_alpha_image.h"
 #include "platform/types.h"
@@ -92,6 +93,10 @@ class Marklet : public ISupportsAlphaImage {
   std::shared_ptr<ImageCollection> GetIconByteCollection() const override { return state_.Images; }
   std::u16string GetFriendlyString() const override { return u"label"; }
 
+  // The constituent control of that name: a list without a window of its own, which no form shows or saves
+  // and nobody creates but the control. It lives in the control's host, which hears of its changes.
+  InternalAlphaImageList& InternalAlphaImageList1() { return hidden_list_; }
+
   // The colours of the desktop's scheme. The control itself draws with none of them.
   ThemeColours GetThemeColors() { return OwnerThemeColours(host_); }
 
@@ -145,6 +150,7 @@ class Marklet : public ISupportsAlphaImage {
   UserControl& host_;
   MarkletEvents& events_;
   MarkletState state_;
+  InternalAlphaImageList hidden_list_{host_};
 };
 
 }  // namespace marklet

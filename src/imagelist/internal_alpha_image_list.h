@@ -1,4 +1,5 @@
-// InternalAlphaImageList: the hidden control that holds images for controls without a list of their own.
+// InternalAlphaImageList: the hidden control that holds images for controls without a list of their own. It
+// is created as a constituent of another control, which is its host, and never by itself.
 #pragma once
 
 #include <string>

@@ -144,6 +144,13 @@ TEST_F(Registration, LetsTheSystemFindClassAndTypeLibrary) {
   }
 }
 
+// The list is a part of the control: nobody else makes one.
+TEST_F(Registration, HasNoClassForTheHiddenListOfImages) {
+  ASSERT_EQ(S_OK, Server::Get().Register());
+  CLSID class_id = {};
+  EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromProgID(L"zvsMarklet.InternalAlphaImageList", &class_id));
+}
+
 using VerbRow = std::tuple<LONG, std::wstring, DWORD, DWORD>;
 
 std::vector<VerbRow> Take(IEnumOLEVERB& from) {

@@ -338,6 +338,52 @@ TEST(ImageOwner, DestroyingLeavesANewEmptyList) {
   EXPECT_TRUE(hosted.host.log.empty());
 }
 
+// --- The hidden list --------------------------------------------------------------------------------------
+
+TEST(HiddenList, IsThereAndEmptyFromTheStart) {
+  HostedControl hosted;
+  ASSERT_NE(hosted.control.InternalAlphaImageList1().IconCollection(), nullptr);
+  EXPECT_EQ(hosted.control.InternalAlphaImageList1().IconCollection()->Count(), 0);
+  EXPECT_TRUE(hosted.host.log.empty());
+}
+
+TEST(HiddenList, IsAnotherThanTheControlsOwn) {
+  const testing::TemporaryFolder folder;
+  const auto png = pictures::Png(16, [](int, int) { return 0xFF203040u; });
+  folder.Write("a.png", std::string(png.begin(), png.end()));
+  const std::u16string file = folder.Path("a.png").u16string();
+  HostedControl hosted;
+  InternalAlphaImageList& list = hosted.control.InternalAlphaImageList1();
+  ASSERT_TRUE(hosted.control.LoadIconImageFromFile(file, u"own"));
+  list.LoadImageIntoList(file, u"hidden");
+  EXPECT_EQ(list.GetIcoBytes(u"own"), nullptr);
+  EXPECT_EQ(hosted.State().Images->Item(u"hidden"), nullptr);
+  EXPECT_EQ(hosted.host.TakeLog(), (Log{"PropertyChanged()", "PropertyChanged()"}))
+      << "the host hears of both";
+  hosted.control.DestroyIconByteCollectionData();
+  EXPECT_EQ(list.IconCollection()->Count(), 1);
+}
+
+TEST(HiddenList, StandsInNoSavedForm) {
+  HostedControl hosted;
+  hosted.Init();
+  testing::MemoryBag without, with;
+  ASSERT_TRUE(hosted.control.WriteProperties(without));
+  hosted.control.InternalAlphaImageList1().LoadImageIntoList(u"no such file.bmp", u"hidden");
+  ASSERT_TRUE(hosted.control.WriteProperties(with));
+  ASSERT_EQ(with.entries.size(), without.entries.size());
+  for (std::size_t i = 0; i < with.entries.size(); ++i)
+    EXPECT_EQ(with.entries[i].name, without.entries[i].name);
+  ASSERT_TRUE(hosted.control.ReadProperties(with));
+  EXPECT_NE(hosted.control.InternalAlphaImageList1().GetIcoBytes(u"hidden"), nullptr)
+      << "nor does a form empty it";
+}
+
+TEST(HiddenList, HasTheThemeColoursOfItsControl) {
+  HostedControl hosted;
+  EXPECT_EQ(hosted.control.InternalAlphaImageList1().ThemeColors(), hosted.control.GetThemeColors());
+}
+
 TEST(ImageOwner, CallsItselfALabel) {
   HostedControl hosted;
   EXPECT_EQ(hosted.control.GetFriendlyString(), u"label");
