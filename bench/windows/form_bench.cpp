@@ -1,6 +1,5 @@
 // A form of a thousand controls in the system's own container, beside as many plain STATIC windows with the
-// same text: form_bench SERVER RESULTS.json. Times are of the wall clock, since much of the work is the
-// window system's.
+// same text: form_bench SERVER RESULTS.json.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "platform/win32/sdk_ole.h"
 #include "support/gdi_handles.h"
+#include "windows/report.h"
 
 #include <psapi.h>
 
@@ -20,26 +20,6 @@ constexpr int kRepetitions = 5;
 constexpr wchar_t kText[] = L"Total: 12 of 40";
 constexpr CLSID kClass = {0x2C94FDA3, 0xAB60, 0x4E3F, {0x85, 0xFD, 0xA5, 0xAE, 0xC6, 0x54, 0x3F, 0x3F}};
 constexpr DISPID kCaption = -518;
-
-double Now() {
-  LARGE_INTEGER count, frequency;
-  QueryPerformanceCounter(&count);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(count.QuadPart) * 1e9 / static_cast<double>(frequency.QuadPart);
-}
-
-template <typename Work>
-double TimeOf(Work&& work) {
-  const double start = Now();
-  work();
-  return Now() - start;
-}
-
-void Require(bool well, const char* what) {
-  if (well) return;
-  std::fprintf(stderr, "form_bench: %s\n", what);
-  ExitProcess(1);
-}
 
 template <typename Function>
 Function EntryOf(HMODULE library, const char* name) {
@@ -141,7 +121,7 @@ ComPtr<IDispatch> AddControl(Libraries& libraries, Form& form) {
 
 struct Footprint {
   double bytes, gdi;
-  static Footprint Now() {
+  static Footprint Take() {
     PROCESS_MEMORY_COUNTERS memory = {};
     memory.cb = sizeof memory;
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
@@ -149,47 +129,27 @@ struct Footprint {
   }
 };
 
-// Results in the shape that the other benchmarks have.
-class Report {
- public:
-  void Add(const std::string& name, double nanoseconds) { Line(name, nanoseconds, ""); }
-  void Add(const std::string& name, const Footprint& before, const Footprint& after) {
-    char counters[160];
-    std::snprintf(counters, sizeof counters, ", \"bytes\": %.0f, \"gdi\": %.3f",
-                  (after.bytes - before.bytes) / kCount, (after.gdi - before.gdi) / kCount);
-    Line(name, 0, counters);
-  }
-  bool Write(const wchar_t* path) const {
-    FILE* const file = _wfopen(path, L"wb");
-    if (!file) return false;
-    std::fprintf(file, "{\"benchmarks\": [\n%s\n]}\n", text_.c_str());
-    return std::fclose(file) == 0;
-  }
-
- private:
-  void Line(const std::string& name, double nanoseconds, const std::string& counters) {
-    char times[96];
-    std::snprintf(times, sizeof times, "\"cpu_time\": %.0f, \"time_unit\": \"ns\"", nanoseconds);
-    if (!text_.empty()) text_ += ",\n";
-    text_ += "{\"run_name\": \"" + name + "\", \"run_type\": \"iteration\", " + times + counters + "}";
-  }
-  std::string text_;
-};
+void AddFootprint(Report& report, const std::string& name, const Footprint& before, const Footprint& after) {
+  char counters[160];
+  std::snprintf(counters, sizeof counters, ", \"bytes\": %.0f, \"gdi\": %.3f",
+                (after.bytes - before.bytes) / kCount, (after.gdi - before.gdi) / kCount);
+  report.Add(name, 0, counters);
+}
 
 void MeasureWindows(Report& report, const std::string& name, const wchar_t* window_class,
                     const wchar_t* text) {
-  const Footprint before = Footprint::Now();
+  const Footprint before = Footprint::Take();
   Form form;
   report.Add("form/" + name + "/show", TimeOf([&] {
                for (int i = 0; i < kCount; ++i) form.Add(window_class, text);
                form.Paint();
              }));
   report.Add("form/" + name + "/repaint", TimeOf([&] { form.Repaint(); }));
-  report.Add("form/" + name + "/footprint", before, Footprint::Now());
+  AddFootprint(report, "form/" + name + "/footprint", before, Footprint::Take());
 }
 
 void MeasureControls(Report& report, Libraries& libraries) {
-  const Footprint before = Footprint::Now();
+  const Footprint before = Footprint::Take();
   Form form;
   std::vector<ComPtr<IDispatch>> controls;
   report.Add("form/marklet/show", TimeOf([&] {
@@ -197,7 +157,7 @@ void MeasureControls(Report& report, Libraries& libraries) {
                form.Paint();
              }));
   report.Add("form/marklet/repaint", TimeOf([&] { form.Repaint(); }));
-  report.Add("form/marklet/footprint", before, Footprint::Now());
+  AddFootprint(report, "form/marklet/footprint", before, Footprint::Take());
 
   ComPtr<IStream> stream;
   CreateStreamOnHGlobal(nullptr, TRUE, stream.GetAddressOf());
