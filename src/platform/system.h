@@ -45,8 +45,8 @@ bool OleTranslateColor(OLE_COLOR colour, COLORREF& result);
 // A library by name, loaded until the program ends; null when there is none. A real handle is above 32.
 HMODULE LoadLibraryA(std::string_view name);
 
-// Text to bytes in a code page (CP_ACP, CP_UTF8 or 1252), what can't be told replaced. A lone surrogate
-// becomes the bytes of U+FFFD in UTF-8. Empty for an empty text or on failure. The text may hold NULs.
+// Text to bytes in a code page by its number, what can't be told replaced. A lone surrogate becomes the bytes
+// of U+FFFD in UTF-8. Empty for an empty text, an unknown page or on failure. The text may hold NULs.
 std::string WideCharToMultiByte(std::uint32_t code_page, std::u16string_view text);
 // Bytes to text; invalid UTF-8 becomes U+FFFD. Empty for no bytes or on failure.
 std::u16string MultiByteToWideChar(std::uint32_t code_page, std::string_view bytes);

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/code_page_samples.h"
 #include "platform/system.h"
 
 namespace marklet {
@@ -106,6 +107,28 @@ TEST(SystemCodePage, PutsAQuestionMarkForWhatItLacks) {
 TEST(CodePages, Windows1252IsThereByItsNumber) {
   EXPECT_EQ(WideCharToMultiByte(1252, u"Caf\u00E9 \u20AC \u0416"), "Caf\xE9 \x80 ?");
   EXPECT_EQ(MultiByteToWideChar(1252, "Caf\xE9 \x80"), u"Caf\u00E9 \u20AC");
+}
+
+TEST(CodePages, AreThoseOfTheWorldsScripts) {
+  for (const CodePageSample& sample : kCodePageSamples) {
+    EXPECT_EQ(WideCharToMultiByte(sample.code_page, sample.text), sample.bytes) << sample.code_page;
+    EXPECT_EQ(MultiByteToWideChar(sample.code_page, sample.bytes), sample.text) << sample.code_page;
+  }
+}
+
+TEST(CodePages, OfAnyScriptPutAQuestionMarkForWhatTheyLack) {
+  EXPECT_EQ(WideCharToMultiByte(1251, u"a\u4E2Dz"), "a?z");
+  EXPECT_EQ(WideCharToMultiByte(1251, u"\U0001F600"), "??");
+  EXPECT_EQ(WideCharToMultiByte(932, u"a\xD800z"), "a?z");
+}
+
+TEST(CodePages, TakeLongTextsAndNuls) {
+  const std::u16string text = std::u16string(3000, u'\u65E5') + u'\0' + u'x';
+  const std::string bytes = WideCharToMultiByte(932, text);
+  EXPECT_EQ(bytes.size(), 6002u);
+  EXPECT_EQ(MultiByteToWideChar(932, bytes), text);
+  EXPECT_EQ(WideCharToMultiByte(932, u""), "");
+  EXPECT_EQ(MultiByteToWideChar(932, ""), u"");
 }
 
 TEST(CodePages, ThatArentThereGiveNothing) {
