@@ -39,7 +39,7 @@ COLORREF SetBkColor(HDC dc, COLORREF colour);
 constexpr int TRANSPARENT = 1, OPAQUE = 2;
 // Any other mode, 0 among them, is taken as given and draws no box. Returns the former mode, 0 on failure.
 int SetBkMode(HDC dc, int mode);
-// Where text at a point stands to it: the sum of TA_ constants. Returns the former value, 0 on failure.
+// How text stands to its point, in DrawTextW to each corner: TA_ constants. Returns the former, 0 on failure.
 std::uint32_t SetTextAlign(HDC dc, std::uint32_t align);
 
 // Width and height of a string in one line. "&" is an ordinary character. All strings of a font are equally

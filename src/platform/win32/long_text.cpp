@@ -1,5 +1,6 @@
 #include "platform/win32/long_text.h"
 
+#include "platform/shared/aligned_corner.h"
 #include "platform/shared/text_layout.h"
 #include "platform/win32/saved_state.h"
 #include "platform/win32/text_run.h"
@@ -27,8 +28,10 @@ class ContextDevice final : public LineDevice {
     const std::int64_t width = WidthOf(line);
     return {width - right, width - left};
   }
-  void DrawLine(std::u16string_view line, std::int64_t x, std::int64_t y, std::int64_t /*width*/) override {
-    DrawRun(dc_, x, y, line, rtl_);
+  void DrawLine(std::u16string_view line, std::int64_t x, std::int64_t y, std::int64_t width) override {
+    const LineCorner corner =
+        AlignedCorner(GetTextAlign(dc_), Near(x), Near(y), {width, metrics_.tmHeight, metrics_.tmAscent});
+    DrawRun(dc_, corner.x, corner.y, line, rtl_);
   }
   void DrawBar(std::int64_t left, std::int64_t right, std::int64_t y) override {
     const ::RECT bar = Native(RECT{Near(left), Near(y), Near(right), Near(y + 1)});

@@ -55,6 +55,14 @@
 #undef LCID_INSTALLED
 #undef SPI_GETICONTITLELOGFONT
 #undef SPI_GETNONCLIENTMETRICS
+#undef SSA_TAB
+#undef SSA_CLIP
+#undef SSA_FIT
+#undef SSA_FALLBACK
+#undef SSA_BREAK
+#undef SSA_GLYPHS
+#undef SSA_RTL
+#undef SSA_HOTKEY
 
 // Enumerators and names of the control and of other rooms.
 #undef TRANSPARENT

@@ -1,21 +1,280 @@
 #include "platform/uniscribe.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
 
+#include "platform/shared/aligned_corner.h"
+#include "platform/shared/script_window.h"
 #include "platform/win32/handles.h"
+#include "platform/win32/saved_state.h"
 #include "platform/win32/system_function.h"
+#include "platform/win32/text_run.h"
 
 namespace marklet {
+namespace {
 
-// Never linked: the import library names gdi32.dll, where only newer systems have this function.
+using win32::Native;
+using win32::Near;
+
+// Never linked: the import library names gdi32.dll, where only newer systems have these functions.
+template <typename Function>
+Function* Usp10(const char* name) {
+  return win32::SystemFunction<Function*>(L"usp10.dll", name);
+}
+
+struct Functions {
+  decltype(&::ScriptStringAnalyse) analyse = Usp10<decltype(::ScriptStringAnalyse)>("ScriptStringAnalyse");
+  decltype(&::ScriptStringFree) free = Usp10<decltype(::ScriptStringFree)>("ScriptStringFree");
+  decltype(&::ScriptString_pcOutChars) out_chars =
+      Usp10<decltype(::ScriptString_pcOutChars)>("ScriptString_pcOutChars");
+  decltype(&::ScriptString_pSize) size = Usp10<decltype(::ScriptString_pSize)>("ScriptString_pSize");
+  decltype(&::ScriptString_pLogAttr) attributes =
+      Usp10<decltype(::ScriptString_pLogAttr)>("ScriptString_pLogAttr");
+  decltype(&::ScriptStringOut) out = Usp10<decltype(::ScriptStringOut)>("ScriptStringOut");
+
+  bool Complete() const { return analyse && free && out_chars && size && attributes && out; }
+};
+
+const Functions& Platform() {
+  static const Functions functions;
+  return functions;
+}
+
+struct Freed {
+  using pointer = ::SCRIPT_STRING_ANALYSIS;
+  void operator()(pointer analysis) const { Platform().free(&analysis); }
+};
+using NativeAnalysis = std::unique_ptr<void, Freed>;
+
+constexpr char16_t kNoWidth = 0x200B;
+
+bool IsMarkFromTheRight(char16_t c) {
+  return (c >= 0x0591 && c <= 0x05BD) || c == 0x05BF || c == 0x05C1 || c == 0x05C2 || c == 0x05C4 ||
+         c == 0x05C5 || c == 0x05C7 || (c >= 0x0610 && c <= 0x061A) || (c >= 0x064B && c <= 0x065F) ||
+         c == 0x0670 || (c >= 0x06D6 && c <= 0x06ED) || (c >= 0x08D3 && c <= 0x08FF) || c == 0xFB1E;
+}
+
+bool IsFromTheRight(char16_t c) {
+  return (c >= 0x0590 && c <= 0x08FF) || (c >= 0xFB1D && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFC);
+}
+
+// A NUL would be drawn as the missing character. A Hebrew or Arabic mark in front of its letters, with
+// nothing to stand on, brings Wine's script processor down with some fonts.
+std::u16string Drawable(std::u16string_view text) {
+  std::u16string result(text);
+  char16_t former = 0;
+  for (char16_t& c : result) {
+    if (c == 0 || (IsMarkFromTheRight(c) && !IsFromTheRight(former))) c = kNoWidth;
+    former = c;
+  }
+  return result;
+}
+
+}  // namespace
+
+struct ScriptStringHandle {
+ public:
+  ScriptStringHandle(::HDC dc, std::uint32_t flags, Long width, const SCRIPT_CONTROL& control,
+                     const SCRIPT_STATE& state, const SCRIPT_TABDEF& tabs)
+      : dc_(dc), flags_(flags), width_(width), control_(control), state_(state), tabs_(tabs) {}
+
+  // False when the platform fails; then the object is of no use.
+  bool Analyse(std::u16string_view text);
+
+  const Long& OutChars() const { return fitting_; }
+  const SIZE* Size();
+  const std::uint8_t* LogAttrs();
+  bool Draw(Long x, Long y, std::uint32_t options, const RECT* clip, Long first_selected, Long past_selected,
+            bool disabled);
+
+ private:
+  NativeAnalysis Analysed(std::size_t units, std::uint32_t flags) const;
+  bool Fits(std::size_t units) const;
+  bool FindFit(std::u16string_view text);
+  Long SearchFit() const;
+  std::size_t ClusterStart(std::size_t unit) const;
+  bool MakeDrawn();
+  bool DrawGiant(const LineCorner& corner, std::uint32_t options, const RECT* clip) const;
+  bool DrawNative(const LineCorner& corner, std::uint32_t options, const RECT* clip, Long first_selected,
+                  Long past_selected, bool disabled) const;
+
+  const ::HDC dc_;
+  const std::uint32_t flags_;
+  const Long width_;
+  const SCRIPT_CONTROL control_;
+  const SCRIPT_STATE state_;
+  const SCRIPT_TABDEF tabs_;
+  std::u16string text_;      // as far as it was looked at
+  NativeAnalysis analysis_;  // of that
+  NativeAnalysis drawn_;     // of what is drawn when that isn't all; once it is needed
+  Long fitting_ = 0;
+  SIZE size_;
+};
+
+NativeAnalysis ScriptStringHandle::Analysed(std::size_t units, std::uint32_t flags) const {
+  auto control = std::bit_cast<::SCRIPT_CONTROL>(control_);
+  auto state = std::bit_cast<::SCRIPT_STATE>(state_);
+  // What the flag stands for, for who knows only the record.
+  if (flags & SSA_RTL) state.uBidiLevel = 1;
+  ::SCRIPT_TABDEF tabs{tabs_.cTabStops, tabs_.iScale, const_cast<int*>(tabs_.pTabStops), tabs_.iTabOrigin};
+  ::SCRIPT_STRING_ANALYSIS analysis = nullptr;
+  // How many glyphs there are is the platform's to reckon; -1 says that the text is Unicode.
+  const HRESULT result = Platform().analyse(dc_, text_.data(), static_cast<int>(units), 0, -1, flags, width_,
+                                            &control, &state, nullptr, &tabs, nullptr, &analysis);
+  return NativeAnalysis(SUCCEEDED(result) ? analysis : nullptr);
+}
+
+bool ScriptStringHandle::Analyse(std::u16string_view text) {
+  if (flags_ & SSA_CLIP) return FindFit(text);
+  text_ = Drawable(text);
+  fitting_ = static_cast<Long>(text_.size());
+  analysis_ = Analysed(text_.size(), flags_);
+  return analysis_ != nullptr;
+}
+
+bool ScriptStringHandle::FindFit(std::u16string_view text) {
+  ScriptWindow window(text, width_, win32::MetricsOf(dc_).tmHeight);
+  for (;; window.Grow()) {
+    text_ = Drawable(window.Text());
+    analysis_ = Analysed(text_.size(), flags_);
+    const int* const out = analysis_ ? Platform().out_chars(analysis_.get()) : nullptr;
+    const ::SIZE* const size = analysis_ ? Platform().size(analysis_.get()) : nullptr;
+    if (!out || !size) return false;
+    fitting_ = std::clamp(*out, 0, static_cast<int>(text_.size()));
+    if (fitting_ < std::ssize(text_)) return true;
+    if (size->cx > width_) break;  // a platform that never clips
+    if (window.Whole()) return true;
+  }
+  fitting_ = SearchFit();
+  return true;
+}
+
+// Halves the range in which the longest prefix lies that fits when it stands alone. The platform's own widths
+// of characters won't do: where characters are more glyphs than they are, it writes past them.
+Long ScriptStringHandle::SearchFit() const {
+  std::size_t fitting = 0, too_long = text_.size();
+  while (too_long - fitting > 1) {
+    const std::size_t middle = ClusterStart(fitting + (too_long - fitting + 1) / 2);
+    if (middle <= fitting) break;
+    (Fits(middle) ? fitting : too_long) = middle;
+  }
+  // Between the two ends there may be one cluster of several units, or several clusters when the middle lies
+  // in a long one.
+  for (std::size_t next = fitting + 1; next < too_long; ++next)
+    if (ClusterStart(next) == next && Fits(next)) fitting = next;
+  return static_cast<Long>(fitting);
+}
+
+bool ScriptStringHandle::Fits(std::size_t units) const {
+  const NativeAnalysis prefix = Analysed(units, flags_ & ~(SSA_CLIP | SSA_FIT));
+  const ::SIZE* const size = prefix ? Platform().size(prefix.get()) : nullptr;
+  return size && size->cx <= width_;
+}
+
+// Where the cluster begins that a unit belongs to.
+std::size_t ScriptStringHandle::ClusterStart(std::size_t unit) const {
+  const SCRIPT_LOGATTR* const attributes = Platform().attributes(analysis_.get());
+  const auto continues = [&](std::size_t at) {
+    const bool inside_pair = IS_SURROGATE_PAIR(text_[at - 1], text_[at]);
+    return inside_pair || (attributes && !attributes[at].fCharStop && text_[at] != kNoWidth);
+  };
+  while (unit > 0 && unit < text_.size() && continues(unit)) --unit;
+  return unit;
+}
+
+// The line that is drawn has the cluster too that no longer fits whole.
+bool ScriptStringHandle::MakeDrawn() {
+  if (fitting_ == std::ssize(text_)) return true;
+  if (drawn_) return true;
+  std::size_t end = static_cast<std::size_t>(fitting_) + 1;
+  while (end < text_.size() && ClusterStart(end) != end) ++end;
+  drawn_ = Analysed(end, flags_ & ~(SSA_CLIP | SSA_FIT));
+  return drawn_ != nullptr;
+}
+
+const SIZE* ScriptStringHandle::Size() {
+  const ::SIZE* const size = MakeDrawn() ? Platform().size((drawn_ ? drawn_ : analysis_).get()) : nullptr;
+  if (!size) return nullptr;
+  size_ = win32::Wrap(*size);
+  return &size_;
+}
+
+const std::uint8_t* ScriptStringHandle::LogAttrs() {
+  static_assert(sizeof(SCRIPT_LOGATTR) == 1);
+  return reinterpret_cast<const std::uint8_t*>(Platform().attributes(analysis_.get()));
+}
+
+bool ScriptStringHandle::Draw(Long x, Long y, std::uint32_t options, const RECT* clip, Long first_selected,
+                              Long past_selected, bool disabled) {
+  const SIZE* const size = Size();
+  if (!size) return false;
+  const TEXTMETRICW metrics = win32::MetricsOf(dc_);
+  // The platform aligns each item of its own, one on top of the other.
+  const UINT align = GetTextAlign(dc_);
+  const LineCorner corner = AlignedCorner(align, x, y, {size->cx, size->cy, metrics.tmAscent});
+  if (metrics.tmHeight > win32::kPlainHeight) return DrawGiant(corner, options, clip);
+  ::SetTextAlign(dc_, TA_LEFT | TA_TOP);
+  const bool drawn = DrawNative(corner, options, clip, first_selected, past_selected, disabled);
+  ::SetTextAlign(dc_, align);
+  return drawn;
+}
+
+bool ScriptStringHandle::DrawNative(const LineCorner& corner, std::uint32_t options, const RECT* clip,
+                                    Long first_selected, Long past_selected, bool disabled) const {
+  const ::RECT box = clip ? Native(Near(*clip)) : ::RECT{};
+  return SUCCEEDED(Platform().out((drawn_ ? drawn_ : analysis_).get(), Near(corner.x), Near(corner.y),
+                                  options, clip ? &box : nullptr, first_selected, past_selected, disabled));
+}
+
+// The platform would make a bitmap of each glyph.
+bool ScriptStringHandle::DrawGiant(const LineCorner& corner, std::uint32_t options, const RECT* clip) const {
+  const win32::SavedState state(dc_);
+  if (clip && (options & ETO_CLIPPED)) win32::ClipTo(dc_, *clip);
+  return win32::DrawRun(dc_, corner.x, corner.y, text_, (flags_ & SSA_RTL) != 0);
+}
+
 Long ScriptIsComplex(std::u16string_view text, std::uint32_t flags) {
-  using Function = HRESULT(WINAPI*)(const WCHAR*, int, DWORD);
-  static const auto function = win32::SystemFunction<Function>(L"usp10.dll", "ScriptIsComplex");
+  static const auto function = Usp10<decltype(::ScriptIsComplex)>("ScriptIsComplex");
   constexpr std::size_t kMost = std::numeric_limits<int>::max();
   if (text.empty()) return S_FALSE;
   if (!function) return E_NOTIMPL;
-  return function(win32::Native(text.data()), static_cast<int>(std::min(text.size(), kMost)), flags);
+  return function(Native(text.data()), static_cast<int>(std::min(text.size(), kMost)), flags);
+}
+
+SCRIPT_STRING_ANALYSIS ScriptStringAnalyse(HDC dc, std::u16string_view text, std::uint32_t flags, Long width,
+                                           const SCRIPT_CONTROL& control, const SCRIPT_STATE& state,
+                                           const SCRIPT_TABDEF& tabs) {
+  if (!dc || text.empty() || !Platform().Complete()) return nullptr;
+  auto analysis = std::make_unique<ScriptStringHandle>(Native(dc), flags, width, control, state, tabs);
+  return analysis->Analyse(text) ? analysis.release() : nullptr;
+}
+
+bool ScriptStringFree(SCRIPT_STRING_ANALYSIS analysis) {
+  delete analysis;
+  return analysis != nullptr;
+}
+
+const Long* ScriptString_pcOutChars(SCRIPT_STRING_ANALYSIS analysis) {
+  return analysis ? &analysis->OutChars() : nullptr;
+}
+
+const SIZE* ScriptString_pSize(SCRIPT_STRING_ANALYSIS analysis) {
+  return analysis ? analysis->Size() : nullptr;
+}
+
+const std::uint8_t* ScriptString_pLogAttr(SCRIPT_STRING_ANALYSIS analysis) {
+  return analysis ? analysis->LogAttrs() : nullptr;
+}
+
+bool ScriptStringOut(SCRIPT_STRING_ANALYSIS analysis, Long x, Long y, std::uint32_t options, const RECT* clip,
+                     Long first_selected, Long past_selected, bool disabled) {
+  return analysis && analysis->Draw(x, y, options, clip, first_selected, past_selected, disabled);
 }
 
 }  // namespace marklet

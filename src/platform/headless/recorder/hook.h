@@ -12,6 +12,7 @@
 
 #include "platform/text.h"
 #include "platform/types.h"
+#include "platform/uniscribe.h"
 
 namespace marklet::headless {
 
@@ -53,6 +54,12 @@ enum class Operation : std::uint8_t {
   kExtTextOutW,
   // uniscribe.h
   kScriptIsComplex,
+  kScriptStringAnalyse,
+  kScriptStringFree,
+  kScriptString_pcOutChars,
+  kScriptString_pSize,
+  kScriptString_pLogAttr,
+  kScriptStringOut,
   // host_picture.h
   kLoadPicture,
   kRenderPicture,
@@ -84,10 +91,11 @@ extern constinit thread_local Recording* active_recording;  // null without a re
 
 // One argument on its way into a recording.
 struct Argument {
-  enum class Kind : std::uint8_t { kContext, kNumber, kObject, kRect, kText, kBytes, kFont };
+  enum class Kind : std::uint8_t { kContext, kNumber, kObject, kAnalysis, kRect, kText, kBytes, kFont };
 
   explicit Argument(HDC dc) : kind(Kind::kContext), handle(dc) {}
   explicit Argument(HGDIOBJ object) : kind(Kind::kObject), handle(object) {}
+  explicit Argument(SCRIPT_STRING_ANALYSIS analysis) : kind(Kind::kAnalysis), handle(analysis) {}
   explicit Argument(bool value) : kind(Kind::kNumber), number(value) {}
   explicit Argument(std::uint8_t value) : kind(Kind::kNumber), number(value) {}
   explicit Argument(std::int32_t value) : kind(Kind::kNumber), number(value) {}
@@ -134,6 +142,11 @@ inline HGDIOBJ Made(HGDIOBJ made) {
   return made;
 }
 inline HDC Made(HDC made) {
+  if (active_recording != nullptr) [[unlikely]]
+    RecordResult(made);
+  return made;
+}
+inline SCRIPT_STRING_ANALYSIS Made(SCRIPT_STRING_ANALYSIS made) {
   if (active_recording != nullptr) [[unlikely]]
     RecordResult(made);
   return made;

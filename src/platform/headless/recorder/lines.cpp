@@ -65,6 +65,8 @@ std::string ObjectText(const Description& object) {
       return "pen(" + Colour(object.colour) + ")";
     case Description::Kind::kFont:
       return FontText(object);
+    case Description::Kind::kAnalysis:
+      return "analysis(" + Quoted(object.name) + ")";
   }
   return {};
 }
@@ -78,6 +80,7 @@ std::string ArgumentText(const Recording& recording, const RecordedCall& call, c
     case 'c':
       return Colour(word.number);
     case 'o':
+    case 'a':
       return ObjectText(recording.descriptions[word.handle.description]);
     case 'r':
       return call.null_rect ? "null" : Rectangle(word.rect);

@@ -34,6 +34,7 @@ constexpr std::string_view LettersFor() {
   using Type = std::remove_cvref_t<Parameter>;
   if constexpr (std::is_same_v<Type, HDC>) return "-";
   if constexpr (std::is_same_v<Type, HGDIOBJ> || std::is_same_v<Type, LOGFONTW>) return "o";
+  if constexpr (std::is_same_v<Type, SCRIPT_STRING_ANALYSIS>) return "a";
   if constexpr (std::is_same_v<Type, RECT> || std::is_same_v<Type, const RECT*>) return "r";
   if constexpr (std::is_same_v<Type, std::u16string_view>) return "t";
   if constexpr (std::is_same_v<Type, std::string_view>) return "b";
@@ -97,6 +98,12 @@ constexpr std::array<OperationRow, static_cast<std::size_t>(Operation::kCount)> 
     AGAIN(TextOutW, "-ddt"),
     AGAIN(ExtTextOutW, "-ddxrt"),
     AGAIN(ScriptIsComplex, "tx"),
+    AGAIN(ScriptStringAnalyse, "-txd"),
+    AGAIN(ScriptStringFree, "a"),
+    AGAIN(ScriptString_pcOutChars, "a"),
+    AGAIN(ScriptString_pSize, "a"),
+    AGAIN(ScriptString_pLogAttr, "a"),
+    AGAIN(ScriptStringOut, "addxrddd"),
     AGAIN(LoadPicture, "t"),
     ONCE(RenderPicture, "-"),
     ONCE(PictureHandle, ""),

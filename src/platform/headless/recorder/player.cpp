@@ -4,6 +4,29 @@
 #include "platform/headless/recorder/operations.h"
 
 namespace marklet::headless {
+namespace {
+
+enum class Leftover { kAnalysis, kContext, kObject };
+
+Leftover KindOf(Operation maker) {
+  if (maker == Operation::kScriptStringAnalyse) return Leftover::kAnalysis;
+  return maker == Operation::kCreateCompatibleDC ? Leftover::kContext : Leftover::kObject;
+}
+
+void Delete(Leftover kind, void* made) {
+  switch (kind) {
+    case Leftover::kAnalysis:
+      ScriptStringFree(static_cast<SCRIPT_STRING_ANALYSIS>(made));
+      return;
+    case Leftover::kContext:
+      DeleteDC(static_cast<HDC>(made));
+      return;
+    case Leftover::kObject:
+      DeleteObject(static_cast<HGDIOBJ>(made));
+  }
+}
+
+}  // namespace
 
 void Player::Play() {
   for (const RecordedCall& call : recording_.calls) {
@@ -11,7 +34,7 @@ void Player::Play() {
     call_ = &call;
     word_ = recording_.words.data() + call.first_word;
     if (const auto again = RowOf(call.operation).again) again(*this);
-    if (call.operation == Operation::kDeleteObject || call.operation == Operation::kDeleteDC) Forget(call);
+    if (IsDeletion(call.operation)) Forget(call);
   }
   DeleteLeftovers();
 }
@@ -36,16 +59,10 @@ void Player::Forget(const RecordedCall& call) {
 
 // What the recorded program kept is made once more by a replay, and has no owner.
 void Player::DeleteLeftovers() {
-  const auto delete_if = [this](bool contexts) {
-    for (std::size_t i = 0; i < made_.size(); ++i) {
-      if (made_[i] == nullptr) continue;
-      const bool is_context = recording_.calls[i].operation == Operation::kCreateCompatibleDC;
-      if (is_context != contexts) continue;
-      is_context ? DeleteDC(static_cast<HDC>(made_[i])) : DeleteObject(static_cast<HGDIOBJ>(made_[i]));
-    }
-  };
-  delete_if(true);
-  delete_if(false);
+  // Analyses know their contexts, and contexts hold objects.
+  for (const Leftover kind : {Leftover::kAnalysis, Leftover::kContext, Leftover::kObject})
+    for (std::size_t i = 0; i < made_.size(); ++i)
+      if (made_[i] != nullptr && KindOf(recording_.calls[i].operation) == kind) Delete(kind, made_[i]);
 }
 
 }  // namespace marklet::headless

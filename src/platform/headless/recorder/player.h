@@ -24,6 +24,7 @@ class Player {
 
   void Pass(HDC made) { Keep(made); }
   void Pass(HGDIOBJ made) { Keep(made); }
+  void Pass(SCRIPT_STRING_ANALYSIS made) { Keep(made); }
   template <typename Result>
   void Pass(const Result&) {}
 
@@ -51,7 +52,8 @@ struct OptionalRect {
 template <typename Parameter>
 auto Player::Next() {
   using Type = std::remove_cvref_t<Parameter>;
-  if constexpr (std::is_same_v<Type, HDC> || std::is_same_v<Type, HGDIOBJ>) {
+  if constexpr (std::is_same_v<Type, HDC> || std::is_same_v<Type, HGDIOBJ> ||
+                std::is_same_v<Type, SCRIPT_STRING_ANALYSIS>) {
     return static_cast<Type>(NextHandle());
   } else if constexpr (std::is_same_v<Type, RECT>) {
     const Word::Rect& rect = NextWord().rect;

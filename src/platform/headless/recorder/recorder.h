@@ -6,8 +6,8 @@
 // the arguments,
 //   colours read #RRGGBB, rectangles [left,top,right,bottom], texts "in UTF-8" with \uXXXX for controls and
 //   lone surrogates, objects font("Tahoma",-11,400,"iuk") (the last: italic, underline, strikeout, where
-//   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB) or null, flags and raster operations 0x.., other
-//   numbers decimal.
+//   set), bitmap(WxHxDEPTH), brush(#RRGGBB), pen(#RRGGBB), analysis("text") or null, flags and raster
+//   operations 0x.., other numbers decimal.
 // For example: SetTextColor(#FF0000)   SelectObject(font("Tahoma",-11,700,""))
 // DrawTextW("Total",[4,0,300,16],0x40020)
 #pragma once

@@ -1,7 +1,9 @@
 #include "platform/headless/recorder/recording.h"
 
 #include "platform/headless/pixels/objects.h"
+#include "platform/headless/recorder/operations.h"
 #include "platform/headless/text/font.h"
+#include "platform/headless/text/script_string.h"
 #include "platform/shared/unrecorded.h"
 
 namespace marklet::headless {
@@ -71,8 +73,7 @@ bool Recording::Record(Operation operation, const Argument* arguments, std::size
     words.push_back(Keep(argument));
   }
   calls.push_back(call);
-  const bool deletes = operation == Operation::kDeleteObject || operation == Operation::kDeleteDC;
-  if (deletes && !call.failed) made_.erase(arguments[0].handle);
+  if (IsDeletion(operation) && !call.failed) made_.erase(arguments[0].handle);
   return call.failed;
 }
 
@@ -94,6 +95,20 @@ Word Recording::KeepObject(const GdiObjectHandle* object) {
   return word;
 }
 
+// Its text as far as it was laid out: all of it in the line that is drawn.
+Word Recording::KeepAnalysis(const ScriptStringHandle* analysis) {
+  Word word;
+  word.handle = KeepHandle(analysis);
+  word.handle.description = static_cast<std::uint32_t>(descriptions.size());
+  Description description;
+  if (analysis != nullptr) {
+    description.kind = Description::Kind::kAnalysis;
+    description.name = analysis->Text();
+  }
+  descriptions.push_back(std::move(description));
+  return word;
+}
+
 Word Recording::Keep(const Argument& argument) {
   Word word;
   word.number = 0;
@@ -106,6 +121,8 @@ Word Recording::Keep(const Argument& argument) {
       return word;
     case Argument::Kind::kObject:
       return KeepObject(static_cast<const GdiObjectHandle*>(argument.handle));
+    case Argument::Kind::kAnalysis:
+      return KeepAnalysis(static_cast<const ScriptStringHandle*>(argument.handle));
     case Argument::Kind::kRect:
       if (argument.rect != nullptr)
         word.rect = {argument.rect->left, argument.rect->top, argument.rect->right, argument.rect->bottom};

@@ -12,13 +12,13 @@ namespace marklet::headless {
 
 // An object as it was when it was handed over: a line must still tell what it was after its deletion.
 struct Description {
-  enum class Kind : std::uint8_t { kNull, kBitmap, kBrush, kPen, kFont } kind = Kind::kNull;
+  enum class Kind : std::uint8_t { kNull, kBitmap, kBrush, kPen, kFont, kAnalysis } kind = Kind::kNull;
   Long width = 0, height = 0;  // of a bitmap; height also of a font
   Long detail = 0;             // depth of a bitmap, weight of a font
   COLORREF colour = 0;
   bool italic = false, underline = false, strikeout = false;
   std::uint8_t charset = 0;
-  std::u16string name{};
+  std::u16string name{};  // of a font; the text of an analysis
 };
 
 // A handle: of something that was there before, or the result of a recorded call.
@@ -64,6 +64,7 @@ class Recording {
  private:
   Word Keep(const Argument& argument);
   Word KeepObject(const GdiObjectHandle* object);
+  Word KeepAnalysis(const ScriptStringHandle* analysis);
   HandleWord KeepHandle(const void* handle);
   bool IsToFail(Operation operation);
 

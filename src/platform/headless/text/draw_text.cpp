@@ -5,6 +5,8 @@
 
 #include "platform/headless/recorder/hook.h"
 #include "platform/headless/text/line_painter.h"
+#include "platform/shared/aligned_corner.h"
+#include "platform/shared/saturated.h"
 #include "platform/shared/text_layout.h"
 #include "platform/system.h"
 #include "platform/text.h"
@@ -30,7 +32,9 @@ class ContextDevice final : public LineDevice {
     return headless::StretchOf(font_, {line, rtl_}, unit);
   }
   void DrawLine(std::u16string_view line, std::int64_t x, std::int64_t y, std::int64_t width) override {
-    DrawLineInContext(dc_, clip_, {line, rtl_}, x, y, width);
+    const LineCorner corner =
+        AlignedCorner(dc_.text_align, Saturated(x), Saturated(y), {width, LineHeight(), Ascent()});
+    DrawLineInContext(dc_, clip_, {line, rtl_}, corner.x, corner.y, width);
   }
   void DrawBar(std::int64_t left, std::int64_t right, std::int64_t y) override {
     FillBox(dc_.surface, Intersect(clip_, {left, y, right, y + 1}), dc_.text_colour);

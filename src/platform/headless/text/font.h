@@ -22,6 +22,12 @@ struct Font final : GdiObjectHandle {
     return *face_;
   }
 
+  // The same, for who may outlive the font.
+  const std::shared_ptr<Face>& SharedFace() {
+    RealFace();
+    return face_;
+  }
+
   const LOGFONTW record;
 
  private:

@@ -12,18 +12,6 @@ bool IsLetterOrDigit(char16_t c) {
   return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
 }
 
-// In a line from right to left even plain text changes its order, unless it is one word.
-bool NeedsShaping(const TextLine& line) {
-  if (IsComplex(line.text)) return true;
-  return line.rtl && !std::all_of(line.text.begin(), line.text.end(), IsLetterOrDigit);
-}
-
-void FillBar(const Canvas& canvas, const Face::Bar& bar, std::int64_t x, std::int64_t baseline,
-             std::int64_t width) {
-  const std::int64_t top = baseline + bar.top;
-  FillBox(canvas.surface, Intersect({x, top, x + width, top + bar.thickness}, canvas.clip), canvas.colour);
-}
-
 // Glyphs reach outside their advance by less than the line's height.
 void DrawPlain(const Canvas& canvas, Face& face, std::u16string_view text, std::int64_t x,
                std::int64_t baseline) {
@@ -35,13 +23,24 @@ void DrawPlain(const Canvas& canvas, Face& face, std::u16string_view text, std::
   });
 }
 
-void DrawShaped(const Canvas& canvas, Face& face, const ShapedText& shaped, std::int64_t x,
+}  // namespace
+
+bool NeedsShaping(const TextLine& line) {
+  if (IsComplex(line.text)) return true;
+  return line.rtl && !std::all_of(line.text.begin(), line.text.end(), IsLetterOrDigit);
+}
+
+void DrawPlaces(const Canvas& canvas, Face& face, const ShapedText& shaped, std::int64_t x,
                 std::int64_t baseline) {
   for (const ShapedText::Place& place : shaped.places)
     face.Draw(canvas, *place.glyph, x + place.x, baseline + place.y);
 }
 
-}  // namespace
+void FillBar(const Canvas& canvas, const Face::Bar& bar, std::int64_t x, std::int64_t baseline,
+             std::int64_t width) {
+  const std::int64_t top = baseline + bar.top;
+  FillBox(canvas.surface, Intersect({x, top, x + width, top + bar.thickness}, canvas.clip), canvas.colour);
+}
 
 std::int64_t WidthOf(Font& font, const TextLine& line) {
   Face& face = font.RealFace();
@@ -83,7 +82,7 @@ void DrawLine(const Canvas& canvas, Font& font, const TextLine& line, std::int64
   if (canvas.clip.Empty()) return;
   Face& face = font.RealFace();
   if (NeedsShaping(line))
-    DrawShaped(canvas, face, *face.Shaped(line), x, baseline);
+    DrawPlaces(canvas, face, *face.Shaped(line), x, baseline);
   else
     DrawPlain(canvas, face, line.text, x, baseline);
   if (font.record.lfUnderline) FillBar(canvas, face.Underline(), x, baseline, width);

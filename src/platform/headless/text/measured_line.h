@@ -18,6 +18,10 @@ struct TextLine {
   bool rtl = false;
 };
 
+// Whether a line goes to the shaping engine: in one from right to left even plain text changes its order,
+// unless it is one word.
+bool NeedsShaping(const TextLine& line);
+
 // In pixels; the sum of the characters' advances.
 std::int64_t WidthOf(Font& font, const TextLine& line);
 
@@ -26,6 +30,12 @@ void UnitWidths(Font& font, const TextLine& line, std::vector<Long>& widths);
 
 // The stretch of the line that a code unit takes.
 LineStretch StretchOf(Font& font, const TextLine& line, std::size_t unit);
+
+// The parts that lines are drawn from, with the left end of the line at `x`.
+void DrawPlaces(const Canvas& canvas, Face& face, const ShapedText& shaped, std::int64_t x,
+                std::int64_t baseline);
+void FillBar(const Canvas& canvas, const Face::Bar& bar, std::int64_t x, std::int64_t baseline,
+             std::int64_t width);
 
 // With underline and strikeout when the font has them. `x` is the left end, `width` the line's.
 void DrawLine(const Canvas& canvas, Font& font, const TextLine& line, std::int64_t x, std::int64_t baseline,
