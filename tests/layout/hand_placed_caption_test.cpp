@@ -3,6 +3,7 @@
 // that what it tests holds in any font and on every platform.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <random>
@@ -16,6 +17,7 @@
 #include "markup/markup_caption.h"
 #include "markup/naive_tokenizer.h"
 #include "markup/played_system.h"
+#include "text/shaping.h"
 
 namespace marklet {
 namespace {
@@ -157,19 +159,45 @@ class HandPlacer {
                            GetCharABCWidthsA(dc_, static_cast<unsigned>(token.front()), overhang_) &&
                            GetCharABCWidthsA(dc_, static_cast<unsigned>(token.back()), overhang_);
     const SIZE size = Extent(token);
-    if (x_ + size.cx >= rect_.right - rect_.left) {
-      x_ = line_start_ = rect_.left;
-      y_ += size.cy;
+    const bool fits = x_ + size.cx < rect_.right - rect_.left;
+    if (!fits && token.find(u'\t') != token.npos) {  // the platform counts it as complex
+      Split(token, size);
+    } else {
+      if (!fits) NewLine(size.cy);
+      DrawRun(token, size.cy);
+      x_ += size.cx;
     }
+    if (overhangs && i + 2 < tokens.size() && tokens[i + 1] == u"<i>") x_ += overhang_.abcC;
+    if (i + 2 >= tokens.size() && italic_open_) x_ += overhang_.abcC;
+  }
+  void NewLine(Long height) {
+    x_ = line_start_ = rect_.left;
+    y_ += height;
+  }
+  void Split(std::u16string_view rest, SIZE size) {
+    do {
+      const Long fitting = FitCharacters(dc_, rest, x_, rect_.right, y_, y_ + size.cy + 2);
+      const std::u16string_view piece = rest.substr(0, static_cast<std::size_t>(std::max(fitting, 1)));
+      if (piece.empty()) break;
+      const Long height = Extent(piece).cy;
+      DrawRun(piece, height);
+      rest.remove_prefix(piece.size());
+      y_ += height;
+      size = Extent(rest);
+      x_ = line_start_;
+    } while (x_ + size.cx > rect_.right - rect_.left);
+    NewLine(size.cy);
+    DrawRun(rest, size.cy);
+    x_ += size.cx;
+  }
+  void DrawRun(std::u16string_view token, Long height) {
     const Long top = y_ + (lowered_ ? drop_ : 0);
-    RECT place = {x_, top, rect_.right, top + size.cy + 3};
+    RECT place = {x_, top, rect_.right, top + height + 3};
     SetBkMode(dc_, 0);
     SetTextColor(dc_, colour_);
     context_ = colour_;
+    if (token.empty()) return;
     DrawTextW(dc_, token, place, DT_SINGLELINE | DT_WORD_ELLIPSIS | (bottom_ ? DT_BOTTOM : 0));
-    x_ += size.cx;
-    if (overhangs && i + 2 < tokens.size() && tokens[i + 1] == u"<i>") x_ += overhang_.abcC;
-    if (i + 2 >= tokens.size() && italic_open_) x_ += overhang_.abcC;
   }
 
   HDC dc_;
@@ -182,7 +210,6 @@ class HandPlacer {
   ABC overhang_;
 };
 
-// A tab stands alone: some platforms call a word with a tab in it complex, and such words are cut up.
 constexpr const char16_t* kPieces[] = {u"<b>",
                                        u"</b>",
                                        u"<i>",
@@ -199,7 +226,7 @@ constexpr const char16_t* kPieces[] = {u"<b>",
                                        u"</sup>",
                                        u"<sub>",
                                        u"</sub>",
-                                       u"<u>\t",
+                                       u"Tab\t",
                                        u"</f>",
                                        u"</c>",
                                        u"Total",
