@@ -53,12 +53,12 @@ void CSubClassAsm::scb_TerminateCallbacks() {
 
 bool CSubClassAsm::EnumWindowHandles(CallbackObject* oCallback, Long nOrdinal) {
   const Word address = scb_SetCallbackAddr(2, oCallback ? nOrdinal : kWindowMethod, oCallback, true, false);
-  return address != 0 && ::EnumWindows(reinterpret_cast<WNDENUMPROC>(address), 0) != 0;
+  return address != 0 && ::EnumWindows(PointerIn<WNDENUMPROC>(address), 0) != 0;
 }
 
 bool CSubClassAsm::EnumFonts(::HDC hdc, CallbackObject* oCallback, Long nOrdinal) {
   const Word address = scb_SetCallbackAddr(4, oCallback ? nOrdinal : kFontMethod, oCallback, true, false);
-  return address != 0 && ::EnumFontFamiliesA(hdc, nullptr, reinterpret_cast<FONTENUMPROCA>(address), 0) != 0;
+  return address != 0 && ::EnumFontFamiliesA(hdc, nullptr, PointerIn<FONTENUMPROCA>(address), 0) != 0;
 }
 
 }  // namespace marklet::plumbing

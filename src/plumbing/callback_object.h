@@ -10,6 +10,7 @@
 // between it and the method touches the object after the call.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -22,6 +23,12 @@ namespace marklet::plumbing {
 
 // A word of a block, and an argument or result of a callback: as wide as a pointer.
 using Word = LONG_PTR;
+
+// The address that a word holds.
+template <typename Pointer>
+Pointer PointerIn(Word word) {
+  return std::bit_cast<Pointer>(word);
+}
 
 // What a thunk calls; the real type depends on the thunk's family.
 using Method = void (*)();
@@ -96,10 +103,13 @@ struct MethodEntry<void (Class::*)(HookCall&), member> {
   }
 };
 
+template <typename Argument>
+constexpr bool kFitsIntoWord = sizeof(Argument) <= sizeof(Word);
+
 // Word Class::OnCallback(arguments...), each no wider than a Word: any other callback. What throws gives 0.
 template <class Class, typename... Arguments, Word (Class::*member)(Arguments...)>
 struct MethodEntry<Word (Class::*)(Arguments...), member> {
-  static_assert(((sizeof(Arguments) <= sizeof(Word)) && ...));
+  static_assert((kFitsIntoWord<Arguments> && ...));
   static void CALLBACK Call(CallbackObject* object, Arguments... arguments, Word* result) noexcept {
     IgnoreErrors([&] { *result = (static_cast<Class*>(object)->*member)(arguments...); });
   }

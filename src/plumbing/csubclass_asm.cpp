@@ -45,7 +45,7 @@ void CSubClassAsm::zSet_lParamUser(Word hWnd_Hook_ID, Long vType, Word newValue)
   if (vType == kCallbackThunk) return;
   const bool hook = vType == kHookThunk;
   const Thunk* const thunk =
-      hook ? hooks_.Find(ThunkKey(hWnd_Hook_ID)) : FindSubclass(reinterpret_cast<::HWND>(hWnd_Hook_ID));
+      hook ? hooks_.Find(ThunkKey(hWnd_Hook_ID)) : FindSubclass(PointerIn<::HWND>(hWnd_Hook_ID));
   if (thunk) zData(hook ? hook_block::kUser : subclass_block::kUser, thunk->block) = newValue;
 }
 

@@ -18,7 +18,7 @@ void ResolveFunctions(Word* block, bool unicode) {
 }
 
 bool Install(Word* block, Long type, bool unicode, DWORD thread) {
-  const auto procedure = reinterpret_cast<HOOKPROC>(BindHookProcedure(block));
+  const auto procedure = PointerIn<HOOKPROC>(BindHookProcedure(block));
   if (!procedure) return false;
   const auto set_hook = unicode ? ::SetWindowsHookExW : ::SetWindowsHookExA;
   const ::HHOOK hook = set_hook(type, procedure, ::GetModuleHandleW(nullptr), thread);
@@ -65,7 +65,7 @@ bool CSubClassAsm::shk_UnHook(Long HookType) {
   const Thunk* const thunk = hooks_.Find(ThunkKey(HookType));
   if (!thunk) return false;
   Word* const block = thunk->block;
-  if (zData(kShutdown, block) == 0) ::UnhookWindowsHookEx(reinterpret_cast<::HHOOK>(zData(kHook, block)));
+  if (zData(kShutdown, block) == 0) ::UnhookWindowsHookEx(PointerIn<::HHOOK>(zData(kHook, block)));
   if (zData(kCounter, block) != 0) {
     zData(kShutdown, block) = 1;
     zData(kBefore, block) = 0;

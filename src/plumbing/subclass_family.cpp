@@ -116,7 +116,7 @@ void CSubClassAsm::ssc_UnSubclass(::HWND lng_hWnd) {
 
 void CSubClassAsm::ssc_Terminate() {
   for (const Thunk& thunk : subclasses_.FromTheLast())
-    if (subclasses_.Find(thunk.key)) ssc_UnSubclass(reinterpret_cast<::HWND>(zData(kWindow, thunk.block)));
+    if (subclasses_.Find(thunk.key)) ssc_UnSubclass(PointerIn<::HWND>(zData(kWindow, thunk.block)));
   // Keys of windows that went before.
   subclasses_.Clear();
 }
@@ -124,7 +124,7 @@ void CSubClassAsm::ssc_Terminate() {
 Word CSubClassAsm::ssc_CallOrigWndProc(::HWND lng_hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
   const Thunk* const thunk = FindSubclass(lng_hWnd);
   if (!thunk) return 0;
-  const auto original = reinterpret_cast<WNDPROC>(zData(kOriginal, thunk->block));
+  const auto original = PointerIn<WNDPROC>(zData(kOriginal, thunk->block));
   const auto call = zData(kUnicode, thunk->block) != 0 ? ::CallWindowProcW : ::CallWindowProcA;
   return call(original, lng_hWnd, uMsg, wParam, lParam);
 }

@@ -103,6 +103,8 @@ inline bool SubclassWith(CSubClassAsm& subclasser, ::HWND window, CallbackObject
   return subclasser.ssc_Subclass(window, user, 1, object, true, unicode, false);
 }
 
+inline LONG_PTR ProcedureOf(::HWND window) { return ::GetWindowLongPtrW(window, GWLP_WNDPROC); }
+
 inline void Pump() {
   MSG message;
   while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) ::DispatchMessageW(&message);

@@ -13,8 +13,6 @@ using namespace subclass_block;
 constexpr UINT kListed = WM_USER + 1, kOther = WM_USER + 2;
 constexpr DWORD kLongAfterTheTimer = 250;  // milliseconds
 
-LONG_PTR ProcedureOf(::HWND window) { return ::GetWindowLongPtrW(window, GWLP_WNDPROC); }
-
 class SubclassEnding : public ::testing::Test {
  protected:
   SubclassEnding() : subclasser_(std::make_unique<CSubClassAsm>()), original_(ProcedureOf(window_)) {

@@ -193,6 +193,35 @@ TEST_F(Subclass, RefusesAWindowTheSecondTimeAndFreesTheBlock) {
   EXPECT_EQ(1u, watcher_.calls.size());
 }
 
+// This program's own way to the platform's function.
+#ifdef _WIN64
+extern void* set_window_long_slot asm("__imp_SetWindowLongPtrW");
+#else
+extern void* set_window_long_slot asm("__imp__SetWindowLongW@12");
+#endif
+
+LONG_PTR WINAPI RefuseToSet(::HWND, int, LONG_PTR) { return 0; }
+
+void SetSlot(void* function) {
+  DWORD protection = 0;
+  ::VirtualProtect(&set_window_long_slot, sizeof set_window_long_slot, PAGE_READWRITE, &protection);
+  set_window_long_slot = function;
+  ::VirtualProtect(&set_window_long_slot, sizeof set_window_long_slot, protection, &protection);
+}
+
+TEST_F(Subclass, AWindowThatThePlatformRefusedCountsAsSubclassed) {
+  void* const platforms = set_window_long_slot;
+  SetSlot(reinterpret_cast<void*>(&RefuseToSet));
+  const bool subclassed = SubclassWith(subclasser_, window_, &watcher_);
+  SetSlot(platforms);
+  EXPECT_FALSE(subclassed);
+  EXPECT_FALSE(SubclassWith(subclasser_, window_, &watcher_)) << "its key is still there";
+  subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
+  EXPECT_EQ(0, subclasser_.ssc_CallOrigWndProc(window_, kListed, 0, 0));
+  subclasser_.ssc_UnSubclass(window_);
+  Begin();
+}
+
 TEST_F(Subclass, AsksForTheWideFormsAndIsToldWhatTheWindowHas) {
   bool unicode = true;
   ASSERT_TRUE(subclasser_.ssc_Subclass(window_, 0, 1, &watcher_, true, unicode, false));

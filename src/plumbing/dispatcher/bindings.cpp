@@ -113,7 +113,7 @@ std::size_t BindToCallback(Word* block) { return BindToSlot(bindings.callbacks, 
 
 void UnbindWindowProcedure(Word* block) {
   const Lock lock;
-  const auto window = reinterpret_cast<::HWND>(zData(subclass_block::kWindow, block));
+  const auto window = PointerIn<::HWND>(zData(subclass_block::kWindow, block));
   for (std::size_t level = 0; level < kLevels; ++level) {
     const auto found = bindings.windows.find({window, level});
     if (found == bindings.windows.end() || found->second != block) continue;

@@ -14,7 +14,7 @@ using KillTimerType = BOOL(CALLBACK*)(Word window, Word timer);
 template <std::size_t... place>
 void CallWith(Word method, Word object, const Word* arguments, Word* result, std::index_sequence<place...>) {
   using Type = void(CALLBACK*)(Word, decltype(arguments[place] + 0)..., Word*);
-  reinterpret_cast<Type>(method)(object, arguments[place]..., result);
+  PointerIn<Type>(method)(object, arguments[place]..., result);
 }
 
 using Caller = void (*)(Word method, Word object, const Word* arguments, Word* result);
@@ -32,7 +32,7 @@ constexpr auto kCallers = CallersOf(std::make_index_sequence<kMostParameters + 1
 // Its callback has the window first and the timer third.
 void KillTimerOf(Word* block, const Word* arguments) {
   if (const Word kill_timer = zData(kKillTimer, block))
-    reinterpret_cast<KillTimerType>(kill_timer)(arguments[0], arguments[2]);
+    PointerIn<KillTimerType>(kill_timer)(arguments[0], arguments[2]);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ class Passage {
     else
       CallNext();
     if (--Field(kCounter) == 0 && Field(kShutdown) != 0)
-      reinterpret_cast<UnhookWindowsHookExType>(Field(kUnhookWindowsHookEx))(Field(kHook));
+      PointerIn<UnhookWindowsHookExType>(Field(kUnhookWindowsHookEx))(Field(kHook));
     return result_;
   }
 
@@ -39,7 +39,7 @@ class Passage {
 
   bool ObjectLives() {
     if (CodeIsBad(Field(kIsBadCodePtr), Field(kObject))) return false;
-    return reinterpret_cast<const volatile std::uint32_t*>(Field(kObject))[2] ==
+    return PointerIn<const volatile std::uint32_t*>(Field(kObject))[2] ==
            static_cast<std::uint32_t>(Field(kLife));
   }
 
@@ -56,14 +56,12 @@ class Passage {
   }
 
   void CallMethod(Long before) {
-    reinterpret_cast<HookMethodType>(Field(kMethod))(Field(kObject), before, &handled_, &result_, code_,
-                                                     wparam_, lparam_, static_cast<Long>(Field(kHookType)),
-                                                     &Field(kUser));
+    PointerIn<HookMethodType>(Field(kMethod))(Field(kObject), before, &handled_, &result_, code_, wparam_,
+                                              lparam_, static_cast<Long>(Field(kHookType)), &Field(kUser));
   }
 
   void CallNext() {
-    result_ =
-        reinterpret_cast<CallNextHookExType>(Field(kCallNextHookEx))(Field(kHook), code_, wparam_, lparam_);
+    result_ = PointerIn<CallNextHookExType>(Field(kCallNextHookEx))(Field(kHook), code_, wparam_, lparam_);
   }
 
   Word* block_;

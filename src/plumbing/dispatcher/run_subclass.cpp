@@ -87,25 +87,25 @@ class Passage {
       CallMethod(0);
   }
 
-  const Word* TableAt(std::size_t index) { return reinterpret_cast<const Word*>(Field(index)); }
+  const Word* TableAt(std::size_t index) { return PointerIn<const Word*>(Field(index)); }
 
   void CallMethod(Long before) {
-    reinterpret_cast<SubclassMethodType>(Field(kMethod))(Field(kObject), before, &handled_, &result_, window_,
-                                                         message_, wparam_, lparam_, &Field(kUser));
+    PointerIn<SubclassMethodType>(Field(kMethod))(Field(kObject), before, &handled_, &result_, window_,
+                                                  message_, wparam_, lparam_, &Field(kUser));
   }
 
   void CallOriginal() {
     KillPendingTimer(block_);
-    result_ = reinterpret_cast<CallWindowProcType>(Field(kCallWindowProc))(
-        reinterpret_cast<WNDPROC>(Field(kOriginal)), window_, message_, wparam_, lparam_);
+    result_ = PointerIn<CallWindowProcType>(Field(kCallWindowProc))(PointerIn<WNDPROC>(Field(kOriginal)),
+                                                                    window_, message_, wparam_, lparam_);
   }
 
   // The last call out of the thunk. Whoever subclassed the window after us is cut off with us.
   void End() {
-    const auto window = reinterpret_cast<::HWND>(Field(kWindow));
-    reinterpret_cast<SetWindowLongType>(Field(kSetWindowLong))(window, GWLP_WNDPROC, Field(kOriginal));
+    const auto window = PointerIn<::HWND>(Field(kWindow));
+    PointerIn<SetWindowLongType>(Field(kSetWindowLong))(window, GWLP_WNDPROC, Field(kOriginal));
     if (Field(kState) == kMethodGone && Field(kDestroyWindow) != 0)
-      reinterpret_cast<DestroyWindowType>(Field(kDestroyWindow))(window);
+      PointerIn<DestroyWindowType>(Field(kDestroyWindow))(window);
     StartTimer(block_);
   }
 
@@ -127,12 +127,10 @@ void ReleaseSubclass(Word* block) noexcept {
 }
 
 bool CodeIsBad(Word is_bad_code_ptr, Word code) noexcept {
-  return reinterpret_cast<BOOL(CALLBACK*)(Word)>(is_bad_code_ptr)(code) != 0;
+  return PointerIn<BOOL(CALLBACK*)(Word)>(is_bad_code_ptr)(code) != 0;
 }
 
-Long AskMode(Word eb_mode) noexcept {
-  return eb_mode == 0 ? 1 : reinterpret_cast<Long(CALLBACK*)()>(eb_mode)();
-}
+Long AskMode(Word eb_mode) noexcept { return eb_mode == 0 ? 1 : PointerIn<Long(CALLBACK*)()>(eb_mode)(); }
 
 LRESULT RunSubclass(Word* block, ::HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
   return Passage(block, window, message, wparam, lparam).Run();

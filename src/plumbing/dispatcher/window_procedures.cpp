@@ -67,7 +67,7 @@ bool IsOfOtherThread(::HWND window) {
 
 Word BindWindowProcedure(Word* block) {
   std::size_t level = kLevels;
-  IgnoreErrors([&] { level = BindToWindow(reinterpret_cast<::HWND>(zData(kWindow, block)), block); });
+  IgnoreErrors([&] { level = BindToWindow(PointerIn<::HWND>(zData(kWindow, block)), block); });
   return level < kLevels ? reinterpret_cast<Word>(kProcedures[level]) : 0;
 }
 
