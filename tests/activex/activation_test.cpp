@@ -175,6 +175,17 @@ TEST_F(Activation, TellsAdvisersOfCloseAndOfAnotherLook) {
   EXPECT_EQ(0u, listener.References());
 }
 
+// The size that the window is made with is that of its first picture.
+TEST_F(Activation, BuildsThePictureOnce) {
+  Listener listener;
+  const auto view = As<IViewObject2>(container_.Object());
+  EXPECT_EQ(S_OK, view->SetAdvise(DVASPECT_CONTENT, 0, &listener));
+  container_.position = {10, 10, 170, 90};
+  EXPECT_EQ(S_OK, container_.Activate());
+  EXPECT_EQ(1, listener.Count("OnViewChange"));
+  EXPECT_EQ(S_OK, view->SetAdvise(0, 0, nullptr));
+}
+
 // --- Sizes ------------------------------------------------------------------------------------------------
 
 SIZEL ExtentOf(IUnknown* object) {

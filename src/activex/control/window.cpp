@@ -113,9 +113,11 @@ bool ControlWindow::Create(::HWND parent, const ::RECT& position) {
   if (!RegisterWindowClass(&Procedure)) return false;
   ReleaseContext();
   cut_ = false;
+  creating_ = true;
   ::CreateWindowExW(0, kClassName, Wide(marklet_.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
                     position.left, position.top, position.right - position.left,
                     position.bottom - position.top, parent, nullptr, ModuleInstance(), this);
+  creating_ = false;
   return window_ != nullptr;
 }
 
@@ -177,9 +179,11 @@ void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
 ::HDC ControlWindow::Context() {
   ::HDC context = paint_context_;
   if (!context) {
+    // What was lent while nothing could be seen isn't the window's.
+    if (borrowed_from_window_ != IsVisible()) ReleaseContext();
     if (!borrowed_context_) {
-      borrowed_from_window_ = window_ != nullptr;
-      borrowed_context_ = window_ ? ::GetDC(window_) : ::CreateCompatibleDC(nullptr);
+      borrowed_from_window_ = IsVisible();
+      borrowed_context_ = borrowed_from_window_ ? ::GetDC(window_) : ::CreateCompatibleDC(nullptr);
     }
     context = borrowed_context_;
   }
@@ -254,7 +258,9 @@ LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
 // The picture covers everything, so that erasing would only flicker.
 LRESULT ControlWindow::OnEraseBackground(UINT, WPARAM, LPARAM) { return 1; }
 
+// The size that a window is made with is looked at when it is there.
 LRESULT ControlWindow::OnSize(UINT, WPARAM, LPARAM) {
+  if (creating_) return 0;
   listener_.SizeMayHaveChanged();
   return 0;
 }

@@ -43,8 +43,9 @@ class ControlWindow {
   void Place(const ::RECT& position, const ::RECT* clip);
 
   // The context to paint on now: that of the paint message while one is answered, else the window's, else a
-  // memory context of one pixel, so that measuring works in a control that isn't active. The font of the
-  // control is selected. Valid until ReleaseContext.
+  // memory context of one pixel, so that measuring works in a control that isn't active or is hidden, where
+  // the window's own would be dear and show nothing. The font of the control is selected. Valid until
+  // ReleaseContext.
   ::HDC Context();
   void ReleaseContext();
 
@@ -84,6 +85,7 @@ class ControlWindow {
   ::HDC borrowed_context_ = nullptr;  // the window's, or a memory context
   bool borrowed_from_window_ = false;
   bool cut_ = false;            // to a region smaller than itself
+  bool creating_ = false;       // inside Create, whose caller goes by the size that comes of it
   short pressed_ = 0;           // the buttons that are down
   bool swallow_click_ = false;  // the release after a double click is no click
 };
