@@ -3,6 +3,10 @@
 // After richedit.h, whose types it uses.
 #include <richole.h>
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 #include "activex/container.h"
 #include "activex/picture.h"
 
@@ -43,6 +47,18 @@ int GreenOf(IUnknown* object) {
   return picture.Count(0x00FF00);
 }
 
+// The same of the picture that it gives to others.
+int GreenOfData(IUnknown* object) {
+  FORMATETC format = {CF_ENHMETAFILE, nullptr, DVASPECT_CONTENT, -1, TYMED_ENHMF};
+  STGMEDIUM medium = {};
+  EXPECT_EQ(S_OK, As<IDataObject>(object)->GetData(&format, &medium));
+  Picture picture(200, 60);
+  const RECT bounds = {10, 10, 190, 50};
+  EXPECT_TRUE(PlayEnhMetaFile(picture.Dc(), medium.hEnhMetaFile, &bounds));
+  ReleaseStgMedium(&medium);
+  return picture.Count(0x00FF00);
+}
+
 constexpr int kMostlyGreen = 180 * 40 / 2;
 
 void Close(const ComPtr<IOleObject>& object) {
@@ -74,14 +90,20 @@ TEST_F(Embedding, CreatesDrawsSavesLoadsAndCloses) {
 }
 
 // The handler makes the control itself, out of its class object, and stands between it and the container.
-TEST_F(Embedding, RunsInsideTheDefaultHandler) {
-  Container container;
+ComPtr<IOleObject> NewHandler() {
   ComPtr<IClassFactory> factory;
-  ASSERT_EQ(S_OK, Server::Get().GetClassObject(kClassId, IID_PPV_ARGS(factory.GetAddressOf())));
+  EXPECT_EQ(S_OK, Server::Get().GetClassObject(kClassId, IID_PPV_ARGS(factory.GetAddressOf())));
   ComPtr<IOleObject> handler;
-  ASSERT_EQ(S_OK, OleCreateEmbeddingHelper(kClassId, nullptr, EMBDHLP_INPROC_SERVER | EMBDHLP_CREATENOW,
+  EXPECT_EQ(S_OK, OleCreateEmbeddingHelper(kClassId, nullptr, EMBDHLP_INPROC_SERVER | EMBDHLP_CREATENOW,
                                            factory.Get(), __uuidof(IOleObject),
                                            reinterpret_cast<void**>(handler.GetAddressOf())));
+  return handler;
+}
+
+TEST_F(Embedding, RunsInsideTheDefaultHandler) {
+  Container container;
+  const ComPtr<IOleObject> handler = NewHandler();
+  ASSERT_TRUE(handler);
   const ComPtr<IStorage> storage = NewStorage();
   EXPECT_EQ(S_OK, handler->SetClientSite(container.ClientSite()));
   EXPECT_EQ(S_OK, As<IPersistStorage>(handler)->InitNew(storage.Get()));
@@ -103,8 +125,39 @@ TEST_F(Embedding, RunsInsideTheDefaultHandler) {
   Close(handler);
 }
 
-// --- Rich edit
-// ----------------------------------------------------------------------------------------------
+TEST_F(Embedding, IsLoadedAgainByTheDefaultHandler) {
+  Container container;
+  const ComPtr<IStorage> storage = NewStorage();
+  {
+    const ComPtr<IOleObject> handler = NewHandler();
+    ASSERT_TRUE(handler);
+    EXPECT_EQ(S_OK, handler->SetClientSite(container.ClientSite()));
+    const auto persist = As<IPersistStorage>(handler);
+    EXPECT_EQ(S_OK, persist->InitNew(storage.Get()));
+    EXPECT_EQ(S_OK, OleRun(handler.Get()));
+    MakeGreen(handler.Get());
+    SIZEL size = {6000, 2000};
+    EXPECT_EQ(S_OK, handler->SetExtent(DVASPECT_CONTENT, &size));
+    EXPECT_EQ(S_OK, OleSave(persist.Get(), storage.Get(), TRUE));
+    EXPECT_EQ(S_OK, persist->SaveCompleted(nullptr));
+    Close(handler);
+  }
+  const ComPtr<IOleObject> handler = NewHandler();
+  ASSERT_TRUE(handler);
+  EXPECT_EQ(S_OK, handler->SetClientSite(container.ClientSite()));
+  EXPECT_EQ(S_OK, As<IPersistStorage>(handler)->Load(storage.Get()));
+  EXPECT_EQ(S_OK, OleRun(handler.Get()));
+  EXPECT_EQ(L"<b>embedded</b>", GetText(As<IDispatch>(handler).Get(), L"Caption"));
+  SIZEL size = {};
+  EXPECT_EQ(S_OK, handler->GetExtent(DVASPECT_CONTENT, &size));
+  EXPECT_EQ(6000, size.cx);
+  EXPECT_EQ(2000, size.cy);
+  // Its view is that of its cache, which is empty; what it draws comes as data.
+  EXPECT_GT(GreenOfData(handler.Get()), kMostlyGreen);
+  Close(handler);
+}
+
+// --- Rich edit ---------------------------------------------------------------------------------------------
 
 // Its window class comes with the library.
 class RichEdit : public Embedding {
@@ -177,6 +230,48 @@ TEST_F(RichEdit, TakesAndGivesBackAndDrawsTheControl) {
   ASSERT_EQ(S_OK, OleLoad(storage_.Get(), __uuidof(IOleObject), nullptr,
                           reinterpret_cast<void**>(loaded.GetAddressOf())));
   EXPECT_EQ(L"<b>embedded</b>", GetText(As<IDispatch>(loaded).Get(), L"Caption"));
+}
+
+DWORD CALLBACK Write(DWORD_PTR text, BYTE* bytes, LONG count, LONG* done) {
+  reinterpret_cast<std::string*>(text)->append(reinterpret_cast<char*>(bytes),
+                                               static_cast<std::size_t>(count));
+  *done = count;
+  return 0;
+}
+
+DWORD CALLBACK Read(DWORD_PTR text, BYTE* bytes, LONG count, LONG* done) {
+  std::string_view& left = *reinterpret_cast<std::string_view*>(text);
+  const std::string_view part = left.substr(0, static_cast<std::size_t>(count));
+  std::copy(part.begin(), part.end(), bytes);
+  left.remove_prefix(part.size());
+  *done = static_cast<LONG>(part.size());
+  return 0;
+}
+
+// As rich text a document goes to files and other programs: at least the control's picture goes along.
+TEST_F(RichEdit, KeepsTheControlsPictureInAStreamOfRichText) {
+  ASSERT_TRUE(Insert());
+  std::string text;
+  EDITSTREAM out = {reinterpret_cast<DWORD_PTR>(&text), 0, &Write};
+  SendMessageW(window_, EM_STREAMOUT, SF_RTF, reinterpret_cast<LPARAM>(&out));
+  EXPECT_EQ(0u, out.dwError);
+  ASSERT_NE(std::string::npos, text.find("\\pict")) << text.substr(0, 300);
+  const HWND other = CreateWindowExW(0, L"RichEdit20W", L"", WS_POPUP | ES_MULTILINE, 50, 50, 300, 200,
+                                     nullptr, nullptr, nullptr, nullptr);
+  std::string_view left = text;
+  EDITSTREAM in = {reinterpret_cast<DWORD_PTR>(&left), 0, &Read};
+  SendMessageW(other, EM_STREAMIN, SF_RTF, reinterpret_cast<LPARAM>(&in));
+  EXPECT_EQ(0u, in.dwError);
+  ComPtr<IRichEditOle> read;
+  SendMessageW(other, EM_GETOLEINTERFACE, 0, reinterpret_cast<LPARAM>(read.GetAddressOf()));
+  EXPECT_EQ(1, read->GetObjectCount());
+  REOBJECT place = {};
+  place.cbStruct = sizeof place;
+  ASSERT_EQ(S_OK, read->GetObjectW(0, &place, REO_GETOBJ_POLEOBJ));
+  EXPECT_GT(GreenOfData(place.poleobj), kMostlyGreen);
+  place.poleobj->Release();
+  read.Reset();
+  DestroyWindow(other);
 }
 
 }  // namespace
