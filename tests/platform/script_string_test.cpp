@@ -69,7 +69,7 @@ TEST_F(ScriptString, AnswersNothingForNull) {
 }
 
 TEST_F(ScriptString, IsAsWideAndHighAsThePlainText) {
-  for (const char16_t* text : {u"Total", u"a", u"Hello world", u"\u05E9\u05DC\u05D5\u05DD", u"\u4E2D\u6587"})
+  for (const char16_t* text : {u"Mini", u"a", u"Hello world", u"\u05E9\u05DC\u05D5\u05DD", u"\u4E2D\u6587"})
     EXPECT_EQ(SizeOf(text), picture_.Extent(text)) << testing::PrintToString(std::u16string(text));
 }
 
@@ -152,9 +152,10 @@ TEST_F(ScriptString, ACaretStandsInFrontOfEachCluster) {
   EXPECT_EQ(stops, "||.|");
 }
 
+// Shaping may move letters closer together, as in "To".
 TEST_F(ScriptString, IsDrawnAsThePlainTextIs) {
-  ScriptStringOut(Analyse(u"Total"), 20, 10, 0, nullptr, 0, 0, false);
-  TextOutW(expected_.Context(), 20, 10, u"Total");
+  ScriptStringOut(Analyse(u"Mini"), 20, 10, 0, nullptr, 0, 0, false);
+  TextOutW(expected_.Context(), 20, 10, u"Mini");
   EXPECT_NE(InkOf(expected_, kPaper), RECT{});
   EXPECT_EQ(picture_.Colours(), expected_.Colours());
 }

@@ -100,9 +100,6 @@ struct ScriptStringHandle {
   Long SearchFit() const;
   std::size_t ClusterStart(std::size_t unit) const;
   bool MakeDrawn();
-  bool DrawGiant(const LineCorner& corner, std::uint32_t options, const RECT* clip) const;
-  bool DrawNative(const LineCorner& corner, std::uint32_t options, const RECT* clip, Long first_selected,
-                  Long past_selected, bool disabled) const;
 
   const ::HDC dc_;
   const std::uint32_t flags_;
@@ -215,28 +212,17 @@ bool ScriptStringHandle::Draw(Long x, Long y, std::uint32_t options, const RECT*
   const SIZE* const size = Size();
   if (!size) return false;
   const TEXTMETRICW metrics = win32::MetricsOf(dc_);
-  // The platform aligns each item of its own, one on top of the other.
-  const UINT align = GetTextAlign(dc_);
-  const LineCorner corner = AlignedCorner(align, x, y, {size->cx, size->cy, metrics.tmAscent});
-  if (metrics.tmHeight > win32::kPlainHeight) return DrawGiant(corner, options, clip);
+  const LineCorner corner = AlignedCorner(GetTextAlign(dc_), x, y, {size->cx, size->cy, metrics.tmAscent});
+  const win32::SavedState state(dc_);
+  // Not every platform clips what it draws item by item, and it would align each item of its own.
+  if (clip && (options & ETO_CLIPPED)) win32::ClipTo(dc_, *clip);
   ::SetTextAlign(dc_, TA_LEFT | TA_TOP);
-  const bool drawn = DrawNative(corner, options, clip, first_selected, past_selected, disabled);
-  ::SetTextAlign(dc_, align);
-  return drawn;
-}
-
-bool ScriptStringHandle::DrawNative(const LineCorner& corner, std::uint32_t options, const RECT* clip,
-                                    Long first_selected, Long past_selected, bool disabled) const {
+  // Of glyphs that large the platform would make bitmaps.
+  if (metrics.tmHeight > win32::kPlainHeight)
+    return win32::DrawRun(dc_, corner.x, corner.y, text_, (flags_ & SSA_RTL) != 0);
   const ::RECT box = clip ? Native(Near(*clip)) : ::RECT{};
   return SUCCEEDED(Platform().out((drawn_ ? drawn_ : analysis_).get(), Near(corner.x), Near(corner.y),
                                   options, clip ? &box : nullptr, first_selected, past_selected, disabled));
-}
-
-// The platform would make a bitmap of each glyph.
-bool ScriptStringHandle::DrawGiant(const LineCorner& corner, std::uint32_t options, const RECT* clip) const {
-  const win32::SavedState state(dc_);
-  if (clip && (options & ETO_CLIPPED)) win32::ClipTo(dc_, *clip);
-  return win32::DrawRun(dc_, corner.x, corner.y, text_, (flags_ & SSA_RTL) != 0);
 }
 
 Long ScriptIsComplex(std::u16string_view text, std::uint32_t flags) {
