@@ -15,4 +15,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 // that keeps no such log.
 std::optional<std::vector<std::string>> LogPlatformCalls(const std::function<void()>& paint);
 
+// A character of each block of 128, in their order, that no font had since the last call on this thread and
+// for which the sign of missing characters was drawn; none on a platform that doesn't tell.
+std::vector<char32_t> TakeMissingCharacters();
+
 }  // namespace marklet

@@ -1,5 +1,6 @@
 #include "render/run.h"
 
+#include <cstdio>
 #include <exception>
 #include <functional>
 #include <new>
@@ -57,15 +58,29 @@ Picture RenderAll(const Options& options, std::ostream& out) {
                      });
 }
 
-void Render(const Options& options, std::ostream& out) {
+// One line for each block of characters, however many of it are in the captions.
+void WarnOfMissing(std::ostream& err) {
+  for (const char32_t c : TakeMissingCharacters()) {
+    char line[100];
+    std::snprintf(line, sizeof line,
+                  "marklet-render: no font has U+%04X; others from U+%04X to U+%04X may be missing too\n",
+                  static_cast<unsigned>(c), static_cast<unsigned>(c & ~0x7Fu),
+                  static_cast<unsigned>(c | 0x7F));
+    err << line;
+  }
+}
+
+void Render(const Options& options, std::ostream& out, std::ostream& err) {
   const ScaledScreen screen(options.scale);
+  TakeMissingCharacters();  // of whoever drew on this thread before
   const Picture picture = options.sheet.empty() ? RenderOne(options, out) : RenderAll(options, out);
   constexpr double kInchesPerMetre = 1 / 0.0254;
   const Long per_metre = RoundHalfEven(96 * options.scale * kInchesPerMetre);
   WriteFileWhole(options.output, EncodePng(picture, static_cast<std::uint32_t>(per_metre)));
+  WarnOfMissing(err);
 }
 
-void Run(const std::vector<std::string>& arguments, std::ostream& out) {
+void Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
   const Options options = ParseOptions(arguments);
   if (options.help)
     out << HelpText();
@@ -74,7 +89,7 @@ void Run(const std::vector<std::string>& arguments, std::ostream& out) {
   else if (options.version)
     out << "marklet-render " << library::kMajorVersion << '.' << library::kMinorVersion << '\n';
   else
-    Render(options, out);
+    Render(options, out, err);
 }
 
 int Fail(std::ostream& err, std::string_view why) {
@@ -86,7 +101,7 @@ int Fail(std::ostream& err, std::string_view why) {
 
 int RunMarkletRender(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
   try {
-    Run(arguments, out);
+    Run(arguments, out, err);
     return 0;
   } catch (const std::bad_alloc&) {
     return Fail(err, "there isn't enough memory");

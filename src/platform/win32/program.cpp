@@ -34,4 +34,6 @@ std::optional<std::vector<std::string>> LogPlatformCalls(const std::function<voi
   return std::nullopt;
 }
 
+std::vector<char32_t> TakeMissingCharacters() { return {}; }
+
 }  // namespace marklet

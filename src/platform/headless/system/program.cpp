@@ -1,6 +1,7 @@
 #include "platform/program.h"
 
 #include "platform/headless/recorder/recorder.h"
+#include "platform/headless/text/missing_characters.h"
 
 namespace marklet {
 
@@ -13,5 +14,7 @@ std::optional<std::vector<std::string>> LogPlatformCalls(const std::function<voi
   paint();
   return recorder.Lines();
 }
+
+std::vector<char32_t> TakeMissingCharacters() { return headless::TakeMissing(); }
 
 }  // namespace marklet

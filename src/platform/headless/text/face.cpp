@@ -9,6 +9,7 @@
 #include "base/ascii.h"
 #include "base/rounding.h"
 #include "platform/headless/text/font_system.h"
+#include "platform/headless/text/missing_characters.h"
 #include "platform/headless/text/shaping.h"
 #include "platform/headless/text/utf.h"
 
@@ -224,10 +225,14 @@ Glyph& Face::Resolve(char32_t c) {
   if (c == 0 || IsNonCharacter(c) || fontset_ == nullptr) return missing_;
   if (IsControl(c)) return blank_;
   PangoFont* font = pango_fontset_get_font(fontset_, c);
-  if (font == nullptr) return missing_;
+  if (font == nullptr) {
+    NoteMissing(c);
+    return missing_;
+  }
   const unsigned index = pango_fc_font_get_glyph(reinterpret_cast<PangoFcFont*>(font), c);
   Glyph& glyph = index != 0 ? GlyphOf(font, index) : missing_;
   g_object_unref(font);
+  if (index == 0) NoteMissing(c);
   return glyph;
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/rounding.h"
+#include "platform/headless/text/missing_characters.h"
 #include "platform/headless/text/utf.h"
 
 namespace marklet::headless {
@@ -82,6 +83,7 @@ Piece Shaper::PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int clu
   Piece piece{nullptr, unit, info.geometry.width * pixel, info.geometry.x_offset * pixel,
               info.geometry.y_offset * pixel};
   if (missing) {
+    NoteMissing(static_cast<char32_t>(info.glyph & ~PANGO_GLYPH_UNKNOWN_FLAG));
     piece.glyph = &face_.MissingGlyph();
     piece.advance = piece.glyph->advance;
   } else if (info.glyph != PANGO_GLYPH_EMPTY) {
