@@ -60,7 +60,7 @@ LRESULT CALLBACK PassOn(::HWND window, UINT message, WPARAM wparam, LPARAM lpara
 }
 
 double TimeOfMessage(::HWND window) {
-  const auto procedure = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC));
+  const auto procedure = PointerIn<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC));
   const double time = TimeOf([&] {
     for (int i = 0; i < kMessages; ++i)
       Require(procedure(window, kMessage, static_cast<WPARAM>(i), 0) == i, "a wrong answer");

@@ -43,7 +43,7 @@ class Taker : public CallbackObject {
 template <std::size_t... place>
 Word CallAs(Word address, std::index_sequence<place...>) {
   using Type = Word(CALLBACK*)(decltype(place + Word{})...);
-  return reinterpret_cast<Type>(address)(static_cast<Word>(11 + place)...);
+  return PointerIn<Type>(address)(static_cast<Word>(11 + place)...);
 }
 
 class Callback : public ::testing::Test {
@@ -130,7 +130,7 @@ class Clock : public CallbackObject {
   static inline const Method kMethods[] = {MethodOf<&Clock::OnTimer>()};
 };
 
-UINT_PTR StartTimer(Word address) { return ::SetTimer(nullptr, 0, 10, reinterpret_cast<TIMERPROC>(address)); }
+UINT_PTR StartTimer(Word address) { return ::SetTimer(nullptr, 0, 10, PointerIn<TIMERPROC>(address)); }
 
 TEST_F(Callback, ServesATimer) {
   Clock clock;
@@ -247,7 +247,7 @@ TEST_F(Callback, AFontsNameEndsAtItsFirstNulOrWithItsField) {
   Collector collector;
   subclasser_.SetEvents(&collector);
   const auto receive =
-      reinterpret_cast<FONTENUMPROCA>(subclasser_.scb_SetCallbackAddr(4, kFontMethod, nullptr, true, false));
+      PointerIn<FONTENUMPROCA>(subclasser_.scb_SetCallbackAddr(4, kFontMethod, nullptr, true, false));
   LOGFONTA font = {};
   std::fill(std::begin(font.lfFaceName), std::end(font.lfFaceName), 'x');
   EXPECT_EQ(1, receive(&font, nullptr, 0, 0));

@@ -13,7 +13,7 @@ std::wstring TextOf(::HWND window) {
 }
 
 BOOL CALLBACK KeepText(::HWND window, LPARAM texts) {
-  reinterpret_cast<std::vector<std::wstring>*>(texts)->push_back(TextOf(window));
+  PointerIn<std::vector<std::wstring>*>(texts)->push_back(TextOf(window));
   return TRUE;
 }
 

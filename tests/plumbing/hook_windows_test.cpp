@@ -12,7 +12,7 @@ using namespace hook_block;
 constexpr Long kSentMessages = WH_CALLWNDPROC;
 constexpr UINT kMarked = WM_USER + 5;
 
-UINT MessageOf(const HookCall& call) { return reinterpret_cast<const CWPSTRUCT*>(call.lParam)->message; }
+UINT MessageOf(const HookCall& call) { return PointerIn<const CWPSTRUCT*>(call.lParam)->message; }
 
 class Hook : public ::testing::Test {
  protected:
@@ -41,7 +41,7 @@ TEST_F(Hook, CallsTheMethodBeforeAndAfterTheNextHook) {
     EXPECT_EQ(HC_ACTION, call.nCode);
     EXPECT_EQ(kSentMessages, call.lHookType);
     EXPECT_EQ(5, call.lParamUser);
-    EXPECT_EQ(3u, reinterpret_cast<const CWPSTRUCT*>(call.lParam)->wParam);
+    EXPECT_EQ(3u, PointerIn<const CWPSTRUCT*>(call.lParam)->wParam);
     EXPECT_EQ(1, zData(kCounter, watcher_.block));
   });
   window_.Send(kMarked, 3);
@@ -173,7 +173,7 @@ TEST_F(Hook, AHandledCallHasTheMethodsResult) {
                                        unicode));
   std::vector<UINT> seen;
   watcher_.hook_action = [&](HookCall& call) {
-    auto* message = reinterpret_cast<MSG*>(call.lParam);
+    auto* message = PointerIn<MSG*>(call.lParam);
     if (message->message != kMarked) return;
     seen.push_back(message->message);
     EXPECT_EQ(0, call.lReturn);
@@ -189,7 +189,7 @@ TEST_F(Hook, AHandledCallHasTheMethodsResult) {
 TEST_F(Hook, TheClassesOwnReceiverRaisesTheEvent) {
   struct Events : SubclassEvents {
     void HookMessage(Long type, Long code, WPARAM, LPARAM lparam) override {
-      if (reinterpret_cast<const CWPSTRUCT*>(lparam)->message == kMarked) calls.emplace_back(type, code);
+      if (PointerIn<const CWPSTRUCT*>(lparam)->message == kMarked) calls.emplace_back(type, code);
     }
     void EnumCallback(std::u16string_view) override {}
     std::vector<std::pair<Long, Long>> calls;

@@ -47,10 +47,10 @@ class TestWindow {
  private:
   static LRESULT CALLBACK Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
-      const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+      const auto* creation = PointerIn<const CREATESTRUCTW*>(lparam);
       ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
     }
-    auto* const self = reinterpret_cast<TestWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* const self = PointerIn<TestWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self) self->seen.push_back(message);
     if (self && self->answer && message >= WM_USER) return self->answer(message, wparam, lparam);
     return ::DefWindowProcW(window, message, wparam, lparam);

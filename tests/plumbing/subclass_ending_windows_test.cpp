@@ -309,7 +309,7 @@ struct Foreign {
   }
   static LRESULT CALLBACK Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     ++calls;
-    return ::CallWindowProcW(reinterpret_cast<WNDPROC>(original), window, message, wparam, lparam);
+    return ::CallWindowProcW(PointerIn<WNDPROC>(original), window, message, wparam, lparam);
   }
   LONG_PTR before;
   static inline LONG_PTR original = 0;
@@ -368,7 +368,7 @@ TEST_F(SubclassEnding, ACallBeforeTheTimerPutsItOff) {
     EXPECT_TRUE(IsMemory(block_));
     return LRESULT{0};
   };
-  ::CallWindowProcW(reinterpret_cast<WNDPROC>(thunk), window_, kOther, 0, 0);
+  ::CallWindowProcW(PointerIn<WNDPROC>(thunk), window_, kOther, 0, 0);
   EXPECT_TRUE(inside);
   EXPECT_NE(0, zData(kTimer, block_));
   EXPECT_TRUE(IsReleased(block_));

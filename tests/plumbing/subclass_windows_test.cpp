@@ -111,8 +111,7 @@ TEST_F(Subclass, TakesNumbersOfEveryWidthAndSkipsTheRest) {
       window_, kWhenBefore,
       {std::int16_t{0x500}, 1281.0, true, std::u16string_view(u"1282"), std::uint8_t{200}, Long{0x10000}});
   for (const UINT message : {0x500u, 1281u, 1282u, 200u, 0x10000u})
-    ::CallWindowProcW(reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window_, GWLP_WNDPROC)), window_, message,
-                      0, 0);
+    ::CallWindowProcW(PointerIn<WNDPROC>(::GetWindowLongPtrW(window_, GWLP_WNDPROC)), window_, message, 0, 0);
   std::vector<UINT> messages;
   for (const Watcher::Call& call : watcher_.calls) messages.push_back(call.message);
   EXPECT_EQ((std::vector<UINT>{0x500u, 200u, 0x10000u}), messages);
@@ -245,7 +244,7 @@ TEST_F(Subclass, TakesTheNarrowFormsWhenNotAsked) {
   // The text goes through the system code page to the method, and back to the window's own procedure.
   subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{WM_SETTEXT}});
   std::string text;
-  watcher_.action = [&](SubclassCall& call) { text = reinterpret_cast<const char*>(call.lParam); };
+  watcher_.action = [&](SubclassCall& call) { text = PointerIn<const char*>(call.lParam); };
   ::SetWindowTextW(window_, L"narrow");
   EXPECT_EQ("narrow", text);
   wchar_t kept[16] = {};

@@ -133,7 +133,7 @@ TEST(ThunkLayout, OfACallbackBlock) {
   for (const bool timer : {false, true}) {
     const Word address = subclasser.scb_SetCallbackAddr(3, 1, &summer, true, timer);
     ASSERT_NE(0, address);
-    const Word* const block = reinterpret_cast<const Word*>(address - 20);
+    const Word* const block = PointerIn<const Word*>(address - 20);
     MEMORY_BASIC_INFORMATION memory = {};
     ::VirtualQuery(block, &memory, sizeof memory);
     EXPECT_EQ(block, memory.AllocationBase);
