@@ -6,6 +6,7 @@
 #include "bitmaps/colour.h"
 #include "bitmaps/edge.h"
 #include "control/enumeration_values.h"
+#include "control/form_picture.h"
 #include "control/marklet.h"
 #include "platform/system.h"
 #include "platform/system_colours.h"
@@ -20,9 +21,35 @@ bool Marklet::CheckSystemColors() {
 }
 
 void Marklet::DrawBackground(HDC dc, const RECT& rect) {
-  if (state_.BackStyle == backTransparent) return;  // a transparent control has no background of its own
-  GradientRect(dc, state_.BackColor, state_.BackColor, rect.left, rect.top, WrapSub(rect.right, rect.left),
-               WrapSub(rect.bottom, rect.top), false);
+  if (state_.BackStyle != backTransparent) {
+    GradientRect(dc, state_.BackColor, state_.BackColor, rect.left, rect.top, WrapSub(rect.right, rect.left),
+                 WrapSub(rect.bottom, rect.top), false);
+    return;
+  }
+  const auto behind = state_.Background ? state_.Background : CaptureBackground();
+  behind->PaintTo(dc, 0, 0, -1, -1, 0, 0, SRCCOPY);
+}
+
+// Held here too: the field may be replaced or dropped while the container draws.
+std::shared_ptr<CDib32> Marklet::CaptureBackground() {
+  const auto snapshot = std::make_shared<CDib32>();
+  state_.Background = snapshot;
+  snapshot->Create(RoundHalfEven(host_.ScaleWidth()), RoundHalfEven(host_.ScaleHeight()));
+  capturing_ = true;
+  bool is_for_good = false;
+  IgnoreErrors([&] {
+    is_for_good = KeepsPicture(host_);
+    if (is_for_good)
+      CopyFromForm(host_, snapshot->hDC());
+    else
+      is_for_good = host_.PaintBehind(snapshot->hDC());
+  });
+  capturing_ = false;
+  snapshot->SetConstantAlpha(255);
+  if (is_for_good) return snapshot;
+  is_provisional_ = true;
+  state_.Background.reset();
+  return snapshot;
 }
 
 // The colour that the edge of an opaque control is shaded from: its parent's, where that can be had.

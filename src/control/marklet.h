@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "bitmaps/cdib24.h"
+#include "bitmaps/cdib32.h"
 #include "control/events.h"
 #include "control/properties.h"
 #include "control/value.h"
@@ -36,6 +37,7 @@ struct MarkletState {
   Long ImageAlignment = 0;
   bool UsesSystemColors = false;  // some colour names a system colour
   std::array<COLORREF, 6> SystemColorCache{};
+  std::shared_ptr<CDib32> Background;  // what lies behind a transparent control; null when it is to be taken
   std::shared_ptr<ImageCollection> Images;
   Long Appearance = 0, BorderStyle = 0;
   OLE_COLOR BackColor = 0, ForeColor = 0;
@@ -102,6 +104,9 @@ class Marklet : public ISupportsAlphaImage {
 
   // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null.
   void PaintControl(HDC dc);
+  // Paints on `dc` as a transparent control looks in front of `behind`. The picture and the snapshot that the
+  // control has for its own place stay as they are.
+  void PaintOver(HDC dc, std::shared_ptr<CDib32> behind);
   // Drops the picture and paints at once.
   void RedrawNow();
 
@@ -136,8 +141,10 @@ class Marklet : public ISupportsAlphaImage {
   void FitToCaption();
 
   bool CheckSystemColors();
+  void BringUpToDate();
   void BuildPicture(Long width, Long height);
   void DrawBackground(HDC dc, const RECT& rect);
+  std::shared_ptr<CDib32> CaptureBackground();
   void DrawBorder(HDC dc, const RECT& rect);
   void DrawDesignersOutline(HDC dc, const RECT& rect);
   void DrawSunkenEdge(HDC dc, RECT rect);
@@ -151,6 +158,10 @@ class Marklet : public ISupportsAlphaImage {
   MarkletEvents& events_;
   MarkletState state_;
   InternalAlphaImageList hidden_list_{host_};
+  bool capturing_ = false;         // the container is drawing what lies behind the control
+  bool missed_a_paint_ = false;    // meanwhile
+  bool is_provisional_ = false;    // what lies behind it isn't known for good
+  unsigned pictures_dropped_ = 0;  // by RedrawNow
 };
 
 }  // namespace marklet

@@ -1,4 +1,6 @@
 // From state to pixels: the layers of the picture, bottom to top, and the copy to where it is wanted.
+#include <utility>
+
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
 #include "control/layout.h"
@@ -14,21 +16,47 @@ namespace marklet {
 
 void Marklet::RedrawNow() {
   state_.BackBuffer.reset();
+  ++pictures_dropped_;
   PaintControl(nullptr);
 }
 
 void Marklet::PaintControl(HDC dc) {
+  if (capturing_) {
+    missed_a_paint_ = true;  // the control is no part of what lies behind it
+    return;
+  }
   IgnoreErrors([&] {
-    const Long width = RoundHalfEven(host_.ScaleWidth());
-    const Long height = RoundHalfEven(host_.ScaleHeight());
-    if (state_.UsesSystemColors && CheckSystemColors()) state_.BackBuffer.reset();
-    if (!state_.BackBuffer) IgnoreErrors([&] { BuildPicture(width, height); });
+    BringUpToDate();
     // Whatever the field and the host hold by now: a setter called from inside the building leaves a newer
     // picture, and the host may have taken the window away.
     const auto picture = state_.BackBuffer;
     const HDC target = dc != nullptr ? dc : host_.hDC();
     if (picture) picture->PaintTo(target, 0, 0, -1, -1, 0, 0, SRCCOPY);
   });
+  if (std::exchange(is_provisional_, false)) state_.BackBuffer.reset();
+  if (std::exchange(missed_a_paint_, false) && dc != nullptr) PaintControl(nullptr);
+}
+
+void Marklet::BringUpToDate() {
+  if (state_.UsesSystemColors && CheckSystemColors()) state_.BackBuffer.reset();
+  // Once more when the container has dropped the picture while it drew what lies behind the control.
+  for (int round = 0; !state_.BackBuffer && round < 2; ++round)
+    IgnoreErrors(
+        [&] { BuildPicture(RoundHalfEven(host_.ScaleWidth()), RoundHalfEven(host_.ScaleHeight())); });
+}
+
+void Marklet::PaintOver(HDC dc, std::shared_ptr<CDib32> behind) {
+  if (capturing_) return;
+  IgnoreErrors([&] {
+    if (state_.UsesSystemColors && CheckSystemColors()) state_.BackBuffer.reset();
+  });
+  const auto snapshot = std::exchange(state_.Background, std::move(behind));
+  const auto picture = std::exchange(state_.BackBuffer, nullptr);
+  const unsigned dropped = pictures_dropped_;
+  PaintControl(dc);
+  state_.Background = snapshot;
+  state_.BackBuffer = picture;
+  if (dropped != pictures_dropped_) RedrawNow();  // a setter was called meanwhile
 }
 
 void Marklet::BuildPicture(Long width, Long height) {

@@ -1,4 +1,4 @@
-// AutoSize, and what a resize does to the finished picture.
+// AutoSize, and what a resize does to the finished picture and to the snapshot of what lies behind it.
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
 #include "control/marklet.h"
@@ -56,15 +56,20 @@ void Marklet::FitToCaption() {
   IgnoreErrors([&] { host_.PutHeight(height * host_.TwipsPerPixelY()); });
 }
 
+// At run time only a size that the control has never had before needs another snapshot: a shrunk control
+// keeps the larger one. In a designer each new size gets its own.
 void Marklet::Resize() {
-  IgnoreErrors([this] {
-    if (!host_.AmbientProperties().UserMode()) state_.BackBuffer.reset();
+  const auto drop = [this] { state_.Background.reset(), state_.BackBuffer.reset(); };
+  IgnoreErrors([&] {
+    if (!host_.AmbientProperties().UserMode()) drop();
   });
   IgnoreErrors([this] {
     const double width = host_.ScaleWidth(), height = host_.ScaleHeight();
     if (state_.MaxWidth < width) state_.MaxWidth = RoundHalfEven(width);
     if (state_.MaxHeight < height) state_.MaxHeight = RoundHalfEven(height);
   });
+  const auto snapshot = state_.Background;
+  if (snapshot && (state_.MaxHeight > snapshot->Height() || state_.MaxWidth > snapshot->Width())) drop();
   RedrawNow();
 }
 

@@ -6,10 +6,10 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "host/named_members.h"
 #include "platform/shared/std_font.h"
 #include "platform/system_colours.h"
 #include "platform/types.h"
@@ -32,14 +32,6 @@ class Ambient {
   virtual FontRef Font() = 0;                // never null; Tahoma 8.25 without an answer
   virtual std::u16string DisplayName() = 0;  // empty without an answer
   virtual bool RightToLeft() = 0;            // false without an answer
-};
-
-// An object of the host's whose members are reached by name, since its type isn't known.
-class NamedMembers {
- public:
-  virtual ~NamedMembers() = default;
-  virtual std::optional<Long> GetLong(std::string_view name) = 0;  // none when there is no such member
-  virtual bool PutLong(std::string_view name, Long value) = 0;
 };
 
 class UserControl {
@@ -74,8 +66,12 @@ class UserControl {
   virtual void PutAccessKeys(std::u16string keys) = 0;
 
   virtual HWND ContainerHwnd() = 0;
-  virtual std::shared_ptr<NamedMembers> Parent() = 0;  // null when the host shows none
-  virtual std::shared_ptr<NamedMembers> Extender() = 0;
+  virtual NamedMembersRef Parent() = 0;  // null when the host shows none
+  virtual NamedMembersRef Extender() = 0;
+  // Draws what lies behind the control, whose corner is at (0, 0), for hosts whose parent has no picture of
+  // itself to copy. False when it isn't known for good, as before the control has a window: the next picture
+  // asks again. May re-enter.
+  virtual bool PaintBehind(HDC dc) = 0;
 
   // Tells the host that a property changed, by its name; empty for no property in particular. May re-enter.
   virtual void PropertyChanged(std::string_view name) = 0;

@@ -43,8 +43,9 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   std::u16string AccessKeys() override { return access_keys_; }
   void PutAccessKeys(std::u16string keys) override { access_keys_ = std::move(keys); }
   HWND ContainerHwnd() override { return nullptr; }
-  std::shared_ptr<NamedMembers> Parent() override { return nullptr; }
-  std::shared_ptr<NamedMembers> Extender() override { return nullptr; }
+  NamedMembersRef Parent() override { return nullptr; }
+  NamedMembersRef Extender() override { return nullptr; }
+  bool PaintBehind(HDC) override { return true; }
   void PropertyChanged(std::string_view) override {}
 
  private:

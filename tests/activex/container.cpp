@@ -125,6 +125,7 @@ class SiteObject final
     *container = nullptr;
     Read("container");
     if (!Has(SiteInterface::Container)) return E_NOINTERFACE;
+    if (container_.form) return container_.form.CopyTo(container);
     return Give(static_cast<IOleContainer*>(this), reinterpret_cast<void**>(container));
   }
   HRESULT STDMETHODCALLTYPE ShowObject() override { return Note("ShowObject"); }
@@ -134,7 +135,7 @@ class SiteObject final
   // IOleInPlaceSite
   HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) override {
     Note("GetWindow");
-    *window = container_.Window();
+    *window = container_.frame_window ? container_.frame_window : container_.Window();
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
@@ -174,8 +175,8 @@ class SiteObject final
   HRESULT STDMETHODCALLTYPE OnControlInfoChanged() override { return Note("OnControlInfoChanged"); }
   HRESULT STDMETHODCALLTYPE LockInPlaceActive(BOOL) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetExtendedControl(IDispatch** control) override {
-    *control = nullptr;
-    return E_NOTIMPL;
+    *control = ComPtr<IDispatch>(container_.extender).Detach();
+    return *control ? S_OK : E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG*, DWORD modifiers) override {

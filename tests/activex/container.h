@@ -61,6 +61,12 @@ class Container {
   HRESULT accelerator_answer = S_FALSE;
   ComPtr<IMoniker> moniker;  // the control's full name; null: it has none
 
+  // What surrounds the control in a form: the object of the form, in place of the site's own; what the form
+  // adds around the control; and the window on it that the control is in. Null: none.
+  ComPtr<IOleContainer> form;
+  ComPtr<IDispatch> extender;
+  HWND frame_window = nullptr;
+
   // What the control called, in order: "OnInPlaceActivate", "ShowObject", "OnPosRectChange(10,20,60,40)", ...
   std::vector<std::string> log;
   // Called from inside the named call of the control.

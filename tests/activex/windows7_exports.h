@@ -28,7 +28,8 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " ModifyWorldTransform MoveToEx PatBlt PolyPolygon RestoreDC SaveDC SelectObject SetBitmapDimensionEx "
      "SetBkColor SetBkMode"
      " SetBrushOrgEx SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
-     " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
+     " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "
+     "CreateRectRgn GetRandomRgn OffsetRgn OffsetViewportOrgEx SelectClipRgn "},
     {"kernel32.dll", 0,
      " AcquireSRWLockExclusive AcquireSRWLockShared AddVectoredExceptionHandler CloseHandle "
      "CompareStringOrdinal CreateEventA"
@@ -79,7 +80,8 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      "MonitorFromWindow OffsetRect PtInRect"
      " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetTimer SetWindowLongW"
      " SetWindowPos SetWindowRgn SetWindowsHookExA SetWindowsHookExW ShowWindow UnhookWindowsHookEx "
-     "UnregisterClassW VkKeyScanW "},
+     "UnregisterClassW VkKeyScanW "
+     "GetDCEx GetWindow IsWindowVisible RedrawWindow SendMessageW "},
     {"user32.dll", 32, " GetWindowLongA SetWindowLongA "},
     {"user32.dll", 64, " GetWindowLongPtrA GetWindowLongPtrW SetWindowLongPtrA SetWindowLongPtrW "},
 };

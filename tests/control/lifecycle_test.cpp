@@ -210,8 +210,9 @@ struct NoHost final : UserControl, MarkletEvents, Ambient {
   std::u16string AccessKeys() override { No(); }
   void PutAccessKeys(std::u16string) override { No(); }
   HWND ContainerHwnd() override { No(); }
-  std::shared_ptr<NamedMembers> Parent() override { No(); }
-  std::shared_ptr<NamedMembers> Extender() override { No(); }
+  NamedMembersRef Parent() override { No(); }
+  NamedMembersRef Extender() override { No(); }
+  bool PaintBehind(HDC) override { No(); }
   void PropertyChanged(std::string_view) override { No(); }
   void Change() override { No(); }
   void Click() override { No(); }

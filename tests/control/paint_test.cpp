@@ -3,12 +3,14 @@
 
 #include "platform/system.h"
 #include "support/fake_host.h"
+#include "support/memory_form.h"
 
 namespace marklet {
 namespace {
 
 using testing::FakeHost;
 using testing::HostedControl;
+using testing::MemoryForm;
 
 struct Paint : ::testing::Test {
   HostedControl hosted;
@@ -95,8 +97,9 @@ void ExpectEdge(FakeHost& host, COLORREF face, COLORREF dark, COLORREF light, CO
 }
 
 TEST_F(Paint, AThreeDimensionalBorderIsShadedFromTheParentsColour) {
-  host.parent = std::make_shared<testing::FakeParent>();
-  host.parent->back_color = static_cast<Long>(Grey(100));
+  MemoryForm form;
+  form.form->numbers["BackColor"] = Grey(100);
+  host.parent = form.form;
   hosted.Set("BorderStyle", Long{1});
   ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
   EXPECT_EQ(host.Pixel(2, 2), 0x00C08040u) << "the control's own colour inside";
@@ -104,8 +107,9 @@ TEST_F(Paint, AThreeDimensionalBorderIsShadedFromTheParentsColour) {
 
 TEST_F(Paint, ATransparentControlsBorderIsShadedFromTheButtonFace) {
   Configuration().system_colours[15] = Grey(100);
-  host.parent = std::make_shared<testing::FakeParent>();
-  host.parent->back_color = Long{0x0000FF};
+  MemoryForm form;
+  form.form->numbers["BackColor"] = 0x0000FF;
+  host.parent = form.form;
   hosted.Set("BackStyle", Long{0});
   hosted.Set("BorderStyle", Long{1});
   ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
@@ -114,7 +118,9 @@ TEST_F(Paint, ATransparentControlsBorderIsShadedFromTheButtonFace) {
 TEST_F(Paint, AParentWithoutAColourGivesTheButtonFaceToo) {
   Configuration().system_colours[15] = Grey(100);
   for (const bool parent : {false, true}) {
-    host.parent = parent ? std::make_shared<testing::FakeParent>() : nullptr;
+    MemoryForm form;
+    form.form->numbers.erase("BackColor");
+    host.parent = parent ? form.form : nullptr;
     hosted.Set("BorderStyle", Long{1});
     ExpectEdge(host, Grey(100), Grey(43), Grey(140), Grey(66));
   }

@@ -119,6 +119,11 @@ void FakeHost::PutAccessKeys(std::u16string keys) {
   access_keys = std::move(keys);
 }
 
+bool FakeHost::PaintBehind(HDC dc) {
+  ++asked_behind;
+  return !paint_behind || paint_behind(dc);
+}
+
 void FakeHost::PropertyChanged(std::string_view name) {
   log.push_back("PropertyChanged(" + std::string(name) + ")");
   if (on_property_changed) on_property_changed(name);

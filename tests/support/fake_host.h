@@ -28,15 +28,6 @@ struct FakeAmbient final : Ambient {
   bool RightToLeft() override { return right_to_left; }
 };
 
-// A parent with one member, BackColor, or none.
-struct FakeParent final : NamedMembers {
-  std::optional<Long> back_color;
-  std::optional<Long> GetLong(std::string_view name) override {
-    return name == "BackColor" ? back_color : std::nullopt;
-  }
-  bool PutLong(std::string_view, Long) override { return false; }
-};
-
 // The log holds, in call order:
 //   "hDC"                    its context asked for: once by each measurement and once by each paint
 //   "PropertyChanged(Name)"  with nothing between the brackets for no name
@@ -53,7 +44,8 @@ class FakeHost final : public UserControl, public MarkletEvents {
   double largest_side = 32767;                  // pixels that the control may grow to, either way
   double twips_per_pixel = 15;
   HWND window = nullptr;
-  std::shared_ptr<FakeParent> parent;
+  NamedMembersRef parent, extender;
+  HWND container = nullptr;
   bool has_surface = true;  // whether there is a context to paint on
 
   bool enabled = true;
@@ -66,6 +58,9 @@ class FakeHost final : public UserControl, public MarkletEvents {
   // Called from inside the notifications; `on_enabled_asked` from inside the building of a picture.
   std::function<void(std::string_view)> on_property_changed;
   std::function<void()> on_change, on_resize, on_enabled_asked;
+  // Draws what lies behind; false when that isn't known for good. Without it there is nothing.
+  std::function<bool(HDC)> paint_behind;
+  int asked_behind = 0;
 
   // Where paints without a context of their own arrive, at the present size.
   CDib24& Surface();
@@ -98,9 +93,10 @@ class FakeHost final : public UserControl, public MarkletEvents {
   void PutMousePointer(Long pointer) override;
   std::u16string AccessKeys() override { return access_keys; }
   void PutAccessKeys(std::u16string keys) override;
-  HWND ContainerHwnd() override { return nullptr; }
-  std::shared_ptr<NamedMembers> Parent() override { return parent; }
-  std::shared_ptr<NamedMembers> Extender() override { return nullptr; }
+  HWND ContainerHwnd() override { return container; }
+  NamedMembersRef Parent() override { return parent; }
+  NamedMembersRef Extender() override { return extender; }
+  bool PaintBehind(HDC dc) override;
   void PropertyChanged(std::string_view name) override;
 
   void Change() override;

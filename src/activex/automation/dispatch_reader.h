@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "activex/com/text.h"
-#include "host/user_control.h"
+#include "host/named_members.h"
 
 namespace marklet::activex {
 
@@ -13,6 +13,6 @@ namespace marklet::activex {
 bool ReadProperty(IDispatch& object, DISPID dispid, VARTYPE type, VARIANT& result);
 
 // An automation object whose members are reached by name. Null for null.
-std::shared_ptr<NamedMembers> MembersOf(ComPtr<IDispatch> object);
+NamedMembersRef MembersOf(ComPtr<IDispatch> object);
 
 }  // namespace marklet::activex

@@ -2,8 +2,11 @@
 
 #include "activex/automation/dispatch_reader.h"
 #include "activex/automation/font.h"
+#include "activex/control/behind.h"
 #include "activex/control/in_place.h"
 #include "base/rounding.h"
+#include "platform/gdi.h"
+#include "platform/system.h"
 #include "platform/text.h"
 #include "platform/win32/resolution.h"
 
@@ -15,6 +18,7 @@ class Place final : public NamedMembers {
  public:
   explicit Place(const ::RECT& place) : place_(place) {}
 
+  bool Has(std::string_view name) override { return GetLong(name).has_value(); }
   std::optional<Long> GetLong(std::string_view name) override {
     if (name == "Left") return place_.left;
     if (name == "Top") return place_.top;
@@ -22,7 +26,11 @@ class Place final : public NamedMembers {
     if (name == "Height") return place_.bottom - place_.top;
     return std::nullopt;
   }
-  bool PutLong(std::string_view, Long) override { return false; }
+  std::optional<double> GetNumber(std::string_view name) override { return GetLong(name); }
+  std::optional<std::intptr_t> GetHandle(std::string_view) override { return std::nullopt; }
+  NamedMembersRef GetObject(std::string_view) override { return nullptr; }
+  bool PutFlag(std::string_view, bool) override { return false; }
+  void Find(const std::function<bool(const NamedMembersRef&)>&) override {}
 
  private:
   ::RECT place_;  // pixels
@@ -170,11 +178,21 @@ HWND OleUserControl::ContainerHwnd() {
   return site && SUCCEEDED(site->GetWindow(&window)) ? Wrap(window) : nullptr;
 }
 
-std::shared_ptr<NamedMembers> OleUserControl::Parent() { return MembersOf(site_.Container()); }
-std::shared_ptr<NamedMembers> OleUserControl::Extender() {
+NamedMembersRef OleUserControl::Parent() { return MembersOf(site_.Container()); }
+NamedMembersRef OleUserControl::Extender() {
   if (auto members = MembersOf(site_.ExtendedControl())) return members;
   if (!in_place_.IsActive()) return nullptr;
   return std::make_shared<Place>(in_place_.Position());
+}
+
+bool OleUserControl::PaintBehind(HDC dc) {
+  COLORREF otherwise = GetSysColor(COLOR_BTNFACE);
+  OleTranslateColor(ambient_.BackColor(), otherwise);
+  if (const ::HWND window = window_.Handle()) return PaintBehindWindow(window, dc, otherwise);
+  const HBRUSH brush = CreateSolidBrush(otherwise);
+  FillRect(dc, {0, 0, Size().cx, Size().cy}, brush);
+  DeleteObject(brush);
+  return false;
 }
 
 void OleUserControl::PropertyChanged(std::string_view name) {

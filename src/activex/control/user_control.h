@@ -55,8 +55,9 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   void PutAccessKeys(std::u16string keys) override;
 
   HWND ContainerHwnd() override;
-  std::shared_ptr<NamedMembers> Parent() override;
-  std::shared_ptr<NamedMembers> Extender() override;
+  NamedMembersRef Parent() override;
+  NamedMembersRef Extender() override;
+  bool PaintBehind(HDC dc) override;
   void PropertyChanged(std::string_view name) override;
 
   // The client size in pixels: the window's, or what the container has given to a control without one.

@@ -1,0 +1,454 @@
+// A transparent control in hosts whose forms keep no picture of themselves: it looks as if only what it draws
+// itself were there.
+#include <functional>
+#include <list>
+#include <memory>
+#include <optional>
+
+#include "activex/container.h"
+#include "activex/picture.h"
+#include "platform/system_colours.h"
+
+namespace ocx_test {
+namespace {
+
+constexpr DWORD kBrush = 0x336699;
+constexpr COLORREF Rgb(int red, int green, int blue) {
+  return marklet::MakeRgb(static_cast<unsigned>(red), static_cast<unsigned>(green),
+                          static_cast<unsigned>(blue));
+}
+
+// A window that draws as its test wants.
+struct Drawing {
+  std::function<bool(HDC dc, const RECT&client)> erase, print, paint;  // empty: the system's own answer
+};
+LRESULT CALLBACK DrawingProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  const auto* drawing = reinterpret_cast<const Drawing*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  RECT client = {};
+  GetClientRect(window, &client);
+  const HDC given = reinterpret_cast<HDC>(wparam);
+  if (drawing && message == WM_ERASEBKGND && drawing->erase) return drawing->erase(given, client);
+  if (drawing && message == WM_PRINTCLIENT && drawing->print) return drawing->print(given, client);
+  if (drawing && message == WM_PAINT && drawing->paint) {
+    PAINTSTRUCT paint;
+    drawing->paint(BeginPaint(window, &paint), client);
+    EndPaint(window, &paint);
+    return 0;
+  }
+  return DefWindowProcW(window, message, wparam, lparam);
+}
+
+HWND NewWindow(const Drawing* drawing, HWND parent, const RECT& place, DWORD style, bool has_brush = false) {
+  static const HBRUSH brush = CreateSolidBrush(Rgb(0x33, 0x66, 0x99));
+  const wchar_t* name = has_brush ? L"MarkletTestBrush" : L"MarkletTestHollow";
+  WNDCLASSW description = {};
+  description.lpfnWndProc = DrawingProcedure;
+  description.hInstance = GetModuleHandleW(nullptr);
+  description.hbrBackground = has_brush ? brush : nullptr;
+  description.lpszClassName = name;
+  RegisterClassW(&description);
+  const HWND window =
+      CreateWindowExW(0, name, L"", style, place.left, place.top, place.right - place.left,
+                      place.bottom - place.top, parent, nullptr, GetModuleHandleW(nullptr), nullptr);
+  SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(drawing));
+  return window;
+}
+
+// Another colour at each place.
+COLORREF GradientAt(int x, int y) { return Rgb(x & 255, y & 255, (x + y) & 255); }
+bool DrawGradient(HDC dc, const RECT& client) {
+  static const Picture picture(300, 150);
+  static const bool drawn = [] {
+    for (int y = 0; y < picture.Height(); ++y)
+      for (int x = 0; x < picture.Width(); ++x) SetPixelV(picture.Dc(), x, y, GradientAt(x, y));
+    return true;
+  }();
+  return drawn && BitBlt(dc, 0, 0, client.right, client.bottom, picture.Dc(), 0, 0, marklet::SRCCOPY);
+}
+bool DrawNothing(HDC, const RECT&) { return true; }
+DWORD ToRgb(COLORREF colour) {
+  return static_cast<DWORD>(GetRValue(colour)) << 16 | static_cast<DWORD>(GetGValue(colour)) << 8 |
+         GetBValue(colour);
+}
+
+// A control on a window of 300 by 150 pixels.
+class Behind : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    if (container_) {
+      container_->frame_window = nullptr;
+      if (container_->Object()) container_->Close();
+      container_.reset();
+    }
+    if (parent_) DestroyWindow(parent_);
+    PumpMessages();
+    EXPECT_EQ(S_OK, Server::Get().CanUnloadNow());
+  }
+
+  void MakeParent(const Drawing& drawing, bool is_visible = true, DWORD style = 0, bool has_brush = false) {
+    Server::Get();
+    parent_ = NewWindow(Keep(drawing), nullptr, {40, 40, 340, 190}, WS_POPUP | style, has_brush);
+    if (is_visible) ShowParent();
+  }
+  // As long as the windows live.
+  const Drawing* Keep(const Drawing& drawing) { return &drawings_.emplace_back(drawing); }
+  void ShowParent() {
+    ShowWindow(parent_, SW_SHOWNOACTIVATE);
+    UpdateWindow(parent_);
+    PumpMessages();
+  }
+  // An empty transparent control in `window`, the parent unless another is given.
+  void Activate(HWND window = nullptr) {
+    container_.emplace();
+    container_->frame_window = window ? window : parent_;
+    container_->position = place_;
+    container_->clip = {-1000, -1000, 1000, 1000};
+    container_->Host();
+    PutNumber(Object().Get(), L"BackStyle", 0);
+    ASSERT_EQ(S_OK, container_->Activate());
+    PumpMessages();
+  }
+  ComPtr<IDispatch> Object() const { return container_->Dispatch(); }
+
+  // The picture as others get it.
+  DWORD At(int x, int y) const {
+    Picture picture(place_.right - place_.left, place_.bottom - place_.top);
+    SendMessageW(container_->ControlWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.Dc()),
+                 PRF_CLIENT);
+    return picture.At(x, y);
+  }
+  using Colours = std::function<DWORD(int x, int y)>;  // of the parent's client area
+  void ExpectLook(const Colours& expected) const {
+    const int width = place_.right - place_.left, height = place_.bottom - place_.top;
+    Picture picture(width, height);
+    SendMessageW(container_->ControlWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.Dc()),
+                 PRF_CLIENT);
+    for (int y = 0; y < height; ++y)
+      for (int x = 0; x < width; ++x)
+        ASSERT_EQ(expected(place_.left + x, place_.top + y), picture.At(x, y)) << x << "," << y;
+  }
+  void ExpectGradient() const {
+    ExpectLook([](int x, int y) { return ToRgb(GradientAt(x, y)); });
+  }
+  // And what stands on the screen.
+  void ExpectGradientOnScreen() const {
+    UpdateWindow(container_->ControlWindow());
+    const HDC dc = GetDC(container_->ControlWindow());
+    for (const auto& [x, y] : {std::pair{0, 0}, {7, 11}, {59, 29}})
+      EXPECT_EQ(GradientAt(place_.left + x, place_.top + y), GetPixel(dc, x, y)) << x << "," << y;
+    ReleaseDC(container_->ControlWindow(), dc);
+  }
+
+  RECT place_ = {20, 30, 80, 60};
+  std::list<Drawing> drawings_;
+  HWND parent_ = nullptr;
+  std::optional<Container> container_;
+};
+
+TEST_F(Behind, AWindowsPlainBackgroundIsSeen) {
+  MakeParent({}, true, 0, true);
+  Activate();
+  ExpectLook([](int, int) { return kBrush; });
+}
+
+TEST_F(Behind, WhatAWindowErasesWithIsSeen) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  Activate();
+  ExpectGradient();
+  ExpectGradientOnScreen();
+}
+
+TEST_F(Behind, WhatAWindowPrintsOverItsBackgroundIsSeen) {
+  MakeParent({DrawNothing, DrawGradient, nullptr});
+  Activate();
+  ExpectGradient();
+}
+
+TEST_F(Behind, WhatAWindowDrawsOnlyWhenItPaintsIsSeen) {
+  for (const DWORD style : {DWORD{0}, DWORD{WS_CLIPCHILDREN}})
+    for (const bool has_brush : {false, true}) {
+      SCOPED_TRACE(style);
+      MakeParent({nullptr, nullptr, DrawGradient}, true, style, has_brush);
+      Activate();
+      ExpectGradient();
+      ExpectGradientOnScreen();
+      container_->frame_window = nullptr;
+      container_->Close();
+      DestroyWindow(parent_);
+      parent_ = nullptr;
+    }
+}
+
+TEST_F(Behind, AGrownControlSeesWhatAWindowOnlyPaintsToo) {
+  MakeParent({nullptr, nullptr, DrawGradient}, true, WS_CLIPCHILDREN);
+  Activate();
+  place_ = {20, 30, 180, 120};
+  As<IOleInPlaceObject>(Object())->SetObjectRects(&place_, &container_->clip);
+  PumpMessages();
+  ExpectGradient();
+  ExpectGradientOnScreen();
+}
+
+TEST_F(Behind, AControlThatIsActiveBeforeItsWindowIsSeenFollows) {
+  const Drawing kinds[] = {
+      {DrawGradient, nullptr, nullptr}, {nullptr, DrawGradient, nullptr}, {nullptr, nullptr, DrawGradient}};
+  for (const Drawing& kind : kinds) {
+    MakeParent(kind, false);
+    Activate();
+    ShowParent();
+    UpdateWindow(container_->ControlWindow());
+    ExpectGradient();
+    ExpectGradientOnScreen();
+    container_->frame_window = nullptr;
+    container_->Close();
+    DestroyWindow(parent_);
+    parent_ = nullptr;
+  }
+}
+
+TEST_F(Behind, AControlHalfOutsideItsWindowIsWholeInside) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  place_ = {-30, -10, 30, 20};
+  Activate();
+  EXPECT_EQ(ToRgb(GradientAt(0, 0)), At(30, 10));
+  EXPECT_EQ(ToRgb(GradientAt(29, 19)), At(59, 29));
+}
+
+TEST_F(Behind, AWindowThatDrawsNothingShowsItsOwnParent) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  Drawing nothing = {DrawNothing, nullptr, DrawNothing};
+  const HWND frame = NewWindow(Keep(nothing), parent_, {10, 10, 200, 100}, WS_CHILD | WS_VISIBLE);
+  Activate(frame);
+  ExpectLook([](int x, int y) { return ToRgb(GradientAt(x + 10, y + 10)); });
+}
+
+TEST_F(Behind, APageThatPassesOnToItsParentIsSeenThrough) {
+  MakeParent({nullptr, DrawGradient, nullptr});
+  const auto page = std::make_shared<HWND>();
+  // What the system's themed pages do.
+  Drawing passing = {[this, page](HDC dc, const RECT&) {
+                       POINT corner = {};
+                       MapWindowPoints(*page, parent_, &corner, 1);
+                       POINT old = {};
+                       OffsetViewportOrgEx(dc, -corner.x, -corner.y, &old);
+                       SendMessageW(parent_, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+                       SetViewportOrgEx(dc, old.x, old.y, nullptr);
+                       return true;
+                     },
+                     nullptr, nullptr};
+  *page = NewWindow(Keep(passing), parent_, {15, 25, 250, 140}, WS_CHILD | WS_VISIBLE);
+  Activate(*page);
+  ExpectLook([](int x, int y) { return ToRgb(GradientAt(x + 15, y + 25)); });
+}
+
+TEST_F(Behind, APictureBelowTheControlIsSeenOneAboveIsNot) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  const Drawing red = {[](HDC dc, const RECT& client) {
+                         const HBRUSH brush = CreateSolidBrush(Rgb(255, 0, 0));
+                         FillRect(dc, &client, brush);
+                         DeleteObject(brush);
+                         return true;
+                       },
+                       nullptr, nullptr};
+  const HWND below = NewWindow(Keep(red), parent_, {50, 0, 100, 100}, WS_CHILD | WS_VISIBLE);
+  const HWND above = NewWindow(Keep(red), parent_, {20, 30, 25, 35}, WS_CHILD | WS_VISIBLE);
+  Activate();
+  SetWindowPos(above, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  SetWindowPos(below, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  place_ = {20, 30, 120, 70};  // larger than before: it is taken anew
+  As<IOleInPlaceObject>(Object())->SetObjectRects(&place_, &container_->clip);
+  ExpectLook([](int x, int y) { return x >= 50 && x < 100 ? 0xFF0000u : ToRgb(GradientAt(x, y)); });
+}
+
+TEST_F(Behind, AHiddenPictureIsNotSeen) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  const Drawing red = {DrawNothing, nullptr, nullptr};
+  NewWindow(Keep(red), parent_, {0, 0, 300, 150}, WS_CHILD);
+  Activate();
+  ExpectGradient();
+}
+
+TEST_F(Behind, WhereNobodyDrawsThereIsTheHostsBackground) {
+  MakeParent({DrawNothing, nullptr, DrawNothing});
+  container_.emplace();
+  container_->ambients.back_color = 0x112233;
+  container_->frame_window = parent_;
+  container_->position = place_;
+  container_->Host();
+  PutNumber(Object().Get(), L"BackStyle", 0);
+  ASSERT_EQ(S_OK, container_->Activate());
+  EXPECT_EQ(0x332211u, At(5, 5));
+}
+
+TEST_F(Behind, TheCaptionStandsInFrontOfIt) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  Activate();
+  PutText(Object().Get(), L"Caption", L"<b>MM</b>");
+  PutNumber(Object().Get(), L"ForeColor", 0x0000FF);
+  int ink = 0, other = 0;
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 60; ++x) {
+      const DWORD pixel = At(x, y);
+      ink += pixel == 0xFF0000;
+      other += pixel == ToRgb(GradientAt(place_.left + x, place_.top + y));
+    }
+  EXPECT_GT(ink, 20);
+  EXPECT_GT(other, 1000);
+}
+
+// A dialog as the system has it, and the same without the control.
+TEST_F(Behind, OnADialogItLooksAsIfOnlyItsInkWereThere) {
+  Server::Get();
+  struct {
+    DLGTEMPLATE head;
+    WORD menu, window_class, title;
+  } dialog = {};
+  dialog.head = {WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 150, 80};
+  parent_ = CreateDialogIndirectParamW(
+      GetModuleHandleW(nullptr), &dialog.head, nullptr,
+      [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+  ASSERT_TRUE(parent_);
+  const HWND box = CreateWindowExW(0, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 5, 5, 150,
+                                   100, parent_, nullptr, nullptr, nullptr);
+  PumpMessages();
+  Picture without(60, 30);
+  const HDC dc = GetDC(parent_);
+  BitBlt(without.Dc(), 0, 0, 60, 30, dc, place_.left, place_.top, marklet::SRCCOPY);
+  ReleaseDC(parent_, dc);
+  Activate();
+  SetWindowPos(box, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  ExpectLook([&](int x, int y) { return without.At(x - place_.left, y - place_.top); });
+}
+
+TEST_F(Behind, AGroupBoxThatHoldsTheControlIsSeen) {
+  MakeParent({DrawGradient, nullptr, nullptr});
+  const HWND box = CreateWindowExW(0, L"Button", L"", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 10, 10, 200, 100,
+                                   parent_, nullptr, nullptr, nullptr);
+  Activate(box);
+  EXPECT_EQ(ToRgb(GradientAt(10 + 50, 10 + 45)), At(30, 15)) << "inside of it is its parent";
+}
+
+// The control is asked to print, painted, and closed from inside.
+TEST_F(Behind, AnythingMayHappenWhileAWindowIsAsked) {
+  using Act = void (*)(Container&);
+  const Act acts[] = {
+      [](Container& c) { As<IOleInPlaceObject>(c.Object())->InPlaceDeactivate(); },
+      [](Container& c) { c.Close(); },
+      [](Container& c) { c.Drop(); },
+      [](Container& c) { DestroyWindow(c.ControlWindow()); },
+      [](Container& c) { DestroyWindow(c.frame_window); },
+      [](Container& c) { UpdateWindow(c.ControlWindow()); },
+      [](Container& c) { PutText(c.Dispatch().Get(), L"Caption", L"inside"); },
+      [](Container& c) {
+        const HDC dc = CreateCompatibleDC(nullptr);
+        SendMessageW(c.ControlWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
+        DeleteDC(dc);
+      },
+      [](Container& c) {
+        const RECT rect = {0, 0, 300, 200};
+        As<IOleInPlaceObject>(c.Object())->SetObjectRects(&rect, &rect);
+      },
+  };
+  for (int kind = 0; kind < 3; ++kind)
+    for (const Act act : acts) {
+      Container container;
+      bool done = false, armed = false;
+      const auto draw = [&](HDC, const RECT&) {
+        if (armed && !std::exchange(done, true)) act(container);
+        return true;
+      };
+      Drawing drawing;
+      (kind == 0 ? drawing.erase : kind == 1 ? drawing.print : drawing.paint) = draw;
+      const HWND parent = NewWindow(&drawing, nullptr, {40, 40, 340, 190}, WS_POPUP | WS_VISIBLE);
+      PumpMessages();
+      container.frame_window = parent;
+      container.Host();
+      EXPECT_EQ(S_OK, container.Activate());
+      PumpMessages();
+      ComPtr<IDispatch> object = container.Dispatch();
+      armed = true;
+      PutNumber(object.Get(), L"BackStyle", 0);
+      EXPECT_TRUE(done) << kind;
+      PutText(object.Get(), L"Caption", L"after");
+      EXPECT_EQ(L"after", GetText(object.Get(), L"Caption"));
+      object.Reset();
+      if (container.Object()) container.Close();
+      SetWindowLongPtrW(parent, GWLP_USERDATA, 0);
+      DestroyWindow(parent);
+    }
+}
+
+// --- Drawn elsewhere without a window -------------------------------------------------------------------
+
+class Windowless : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    container_.Host();
+    PutNumber(container_.Dispatch().Get(), L"BackStyle", 0);
+    PutNumber(container_.Dispatch().Get(), L"ForeColor", 0x0000FF);
+    PutText(container_.Dispatch().Get(), L"Caption", L"<b>MMM</b>");
+  }
+  void Draw(HDC dc, RECTL bounds) {
+    EXPECT_EQ(S_OK,
+              As<IViewObject>(container_.Object())
+                  ->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0));
+  }
+
+  Container container_;
+};
+
+TEST_F(Windowless, ATransparentControlIsDrawnOntoWhatTheTargetHolds) {
+  for (const RECTL bounds : {RECTL{5, 5, 126, 30}, RECTL{0, 0, 200, 60}}) {
+    Picture picture(220, 70);
+    for (int y = 0; y < 70; ++y)
+      for (int x = 0; x < 220; ++x) SetPixelV(picture.Dc(), x, y, Rgb(10, x, y));
+    Draw(picture.Dc(), bounds);
+    int red = 0, untouched = 0;
+    for (int y = 0; y < 70; ++y)
+      for (int x = 0; x < 220; ++x) {
+        const DWORD behind = ToRgb(Rgb(10, x, y));
+        const DWORD pixel = picture.At(x, y);
+        red += pixel == 0xFF0000;
+        untouched += pixel == behind;
+        EXPECT_TRUE(pixel == behind || (pixel >> 16) >= 10u);
+      }
+    EXPECT_GT(red, 20);
+    EXPECT_GT(untouched, 220 * 70 * 3 / 4);
+  }
+}
+
+TEST_F(Windowless, AnEmptyTransparentControlChangesNothing) {
+  PutText(container_.Dispatch().Get(), L"Caption", L"");
+  Picture picture(130, 40);
+  for (int y = 0; y < 40; ++y)
+    for (int x = 0; x < 130; ++x) SetPixelV(picture.Dc(), x, y, Rgb(x, y, x + y));
+  Draw(picture.Dc(), {0, 0, 130, 40});
+  for (int y = 0; y < 40; ++y)
+    for (int x = 0; x < 130; ++x) ASSERT_EQ(ToRgb(Rgb(x, y, x + y)), picture.At(x, y));
+}
+
+TEST_F(Windowless, ARecordLeavesWhatItIsPlayedOn) {
+  const RECT frame = {0, 0, 3201, 661};
+  const HDC record = CreateEnhMetaFileW(nullptr, nullptr, &frame, nullptr);
+  Draw(record, {0, 0, 121, 25});
+  const HENHMETAFILE metafile = CloseEnhMetaFile(record);
+  Picture picture(121, 25);
+  picture.Fill(0x00FF00);
+  const RECT bounds = {0, 0, 121, 25};
+  PlayEnhMetaFile(picture.Dc(), metafile, &bounds);
+  DeleteEnhMetaFile(metafile);
+  EXPECT_GT(picture.Count(0x00FF00), 121 * 25 / 2);
+  EXPECT_EQ(0, picture.Count(0x000000));
+  EXPECT_LT(picture.Count(0x00FF00), 121 * 25 - 20);
+}
+
+TEST_F(Windowless, TheFirstSightInAWindowIsTheWindows) {
+  ASSERT_EQ(S_OK, container_.Activate());
+  PumpMessages();
+  const HDC dc = GetDC(container_.ControlWindow());
+  EXPECT_EQ(GetSysColor(marklet::COLOR_WINDOW), GetPixel(dc, 190, 50));
+  ReleaseDC(container_.ControlWindow(), dc);
+}
+
+}  // namespace
+}  // namespace ocx_test
