@@ -32,6 +32,11 @@ void MemoryHost::Resized() {
   if (control_) control_->Resize();
 }
 
+bool MemoryHost::PaintBehind(HDC dc) {
+  if (backdrop_) PaintBackdrop(*backdrop_, dc);
+  return backdrop_.has_value();
+}
+
 void MemoryHost::PutFont(FontRef font) {
   if (font) font_ = std::move(font);
 }

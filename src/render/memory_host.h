@@ -2,10 +2,13 @@
 // paint on.
 #pragma once
 
+#include <optional>
+
 #include "bitmaps/cdib24.h"
 #include "control/marklet.h"
 #include "host/user_control.h"
 #include "platform/system_colours.h"
+#include "render/backdrop.h"
 
 namespace marklet {
 
@@ -16,6 +19,8 @@ class MemoryHost final : public UserControl, public MarkletEvents {
 
   // The surface as painted so far; empty when there is none of that size.
   const CDib24& Surface() const { return surface_; }
+  // What is drawn behind a transparent control. Before the control is made.
+  void SetBackdrop(Backdrop backdrop) { backdrop_ = std::move(backdrop); }
   // Who hears of a change of size.
   void Attach(Marklet& control) { control_ = &control; }
 
@@ -45,7 +50,7 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   HWND ContainerHwnd() override { return nullptr; }
   NamedMembersRef Parent() override { return nullptr; }
   NamedMembersRef Extender() override { return nullptr; }
-  bool PaintBehind(HDC) override { return true; }
+  bool PaintBehind(HDC dc) override;
   void PropertyChanged(std::string_view) override {}
 
  private:
@@ -72,6 +77,7 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   void Resized();
 
   DefaultAmbient ambient_;
+  std::optional<Backdrop> backdrop_;
   Marklet* control_ = nullptr;
   Long width_, height_;
   double pixels_per_inch_;

@@ -49,6 +49,7 @@ constexpr Setting kSettings[] = {
     {"--caption-file", [](Options& options, const std::string& value) { options.caption_file = value; }},
     {"--sheet", [](Options& options, const std::string& value) { options.sheet = value; }},
     {"--image", AddImage},
+    {"--behind", [](Options& options, const std::string& value) { options.behind = value; }},
 };
 
 template <class Row, std::size_t N>
@@ -74,6 +75,8 @@ void Check(const Options& options) {
   if (options.size) throw RenderError("a sheet has its own sizes: give no --size beside --sheet");
   if (!options.images.empty() || options.hover)
     throw RenderError("a sheet has its own images: give no --image and no --hover beside --sheet");
+  if (!options.behind.empty())
+    throw RenderError("a sheet's background lies behind its controls: give no --behind beside --sheet");
 }
 
 }  // namespace
@@ -150,6 +153,13 @@ std::string HelpText() {
          "  --caption-file FILE  the caption, as UTF-8\n"
          "  --image KEY=FILE     an image for ImageKey and ImageKeyhover: PNG, ICO, BMP, GIF, JPG or CUR, "
          "square\n"
+         "  --behind FILE        the picture that a transparent control stands on, from its corner: PNG, "
+         "BMP, "
+         "GIF, JPG\n"
+         "  --behind COLOUR      a colour instead. Without either such a control's picture has alpha: what "
+         "it "
+         "doesn't\n"
+         "                       cover is transparent\n"
          "  --hover              as it looks with the pointer on it\n"
          "  --sheet FILE         several controls on one sheet, described in JSON\n"
          "  --log                prints the platform calls of the painting\n"

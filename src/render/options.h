@@ -17,6 +17,7 @@ using PropertyTexts = std::vector<std::pair<std::string, std::string>>;
 struct Surroundings {
   std::vector<std::pair<std::string, std::string>> images;  // key and file name, in UTF-8
   bool hover = false;                                       // the pointer is on it
+  std::string behind = {};  // a colour or a picture's file name; empty: nothing
 };
 
 struct Options {
@@ -26,6 +27,7 @@ struct Options {
   std::string output;        // file names are UTF-8
   std::string caption_file;
   std::string sheet;
+  std::string behind;  // a colour or a file name
   PropertyTexts properties;
   std::vector<std::pair<std::string, std::string>> images;
 };

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "base/byte_order.h"
 #include "base/crc32.h"
@@ -23,8 +24,6 @@ void AppendChunk(Bytes& file, std::string_view type, const Bytes& data) {
 
 // --- Filters ----------------------------------------------------------------------------------------------
 
-constexpr std::size_t kPixelBytes = 3;
-
 // What a filter subtracts, from the neighbours to the left, above, and above to the left.
 using Predictor = int (*)(int left, int up, int up_left);
 int PredictNone(int, int, int) { return 0; }
@@ -40,13 +39,14 @@ int PredictPaeth(int left, int up, int up_left) {
 }
 constexpr Predictor kPredictors[] = {PredictNone, PredictSub, PredictUp, PredictAverage, PredictPaeth};
 
-Bytes Filter(Predictor predict, std::span<const std::uint8_t> row, std::span<const std::uint8_t> above) {
+// `step` is the bytes of a pixel.
+Bytes Filter(Predictor predict, const Bytes& row, const Bytes& above, std::size_t step) {
   Bytes result(row.size());
   for (std::size_t i = 0; i < row.size(); ++i) {
-    const bool first = i < kPixelBytes;
-    const int left = first ? 0 : row[i - kPixelBytes];
+    const bool first = i < step;
+    const int left = first ? 0 : row[i - step];
     const int up = above.empty() ? 0 : above[i];
-    const int up_left = first || above.empty() ? 0 : above[i - kPixelBytes];
+    const int up_left = first || above.empty() ? 0 : above[i - step];
     result[i] = static_cast<std::uint8_t>(row[i] - predict(left, up, up_left));
   }
   return result;
@@ -59,11 +59,11 @@ std::uint64_t Cost(const Bytes& filtered) {
   return sum;
 }
 
-void AppendFiltered(Bytes& data, std::span<const std::uint8_t> row, std::span<const std::uint8_t> above) {
+void AppendFiltered(Bytes& data, const Bytes& row, const Bytes& above, std::size_t step) {
   Bytes best;
   std::size_t best_filter = 0;
   for (std::size_t filter = 0; filter < std::size(kPredictors); ++filter) {
-    Bytes filtered = Filter(kPredictors[filter], row, above);
+    Bytes filtered = Filter(kPredictors[filter], row, above, step);
     if (filter > 0 && Cost(filtered) >= Cost(best)) continue;
     best = std::move(filtered);
     best_filter = filter;
@@ -72,13 +72,24 @@ void AppendFiltered(Bytes& data, std::span<const std::uint8_t> row, std::span<co
   data.insert(data.end(), best.begin(), best.end());
 }
 
+// A row as the file has it: with alpha, where there is any, after each pixel's colours.
+Bytes RowOf(const Picture& picture, Long y) {
+  const auto colours = picture.Row(y);
+  if (picture.alpha.empty()) return {colours.begin(), colours.end()};
+  Bytes row;
+  const auto* alpha = picture.alpha.data() + static_cast<std::ptrdiff_t>(y) * picture.width;
+  for (std::size_t at = 0; at < colours.size(); at += 3)
+    row.insert(row.end(), {colours[at], colours[at + 1], colours[at + 2], *alpha++});
+  return row;
+}
+
 Bytes FilteredRows(const Picture& picture) {
-  Bytes data;
-  std::span<const std::uint8_t> above;
+  Bytes data, above;
+  const std::size_t step = picture.alpha.empty() ? 3 : 4;
   for (Long y = 0; y < picture.height; ++y) {
-    const auto row = picture.Row(y);
-    AppendFiltered(data, row, above);
-    above = row;
+    Bytes row = RowOf(picture, y);
+    AppendFiltered(data, row, above, step);
+    above = std::move(row);
   }
   return data;
 }
@@ -89,7 +100,8 @@ Bytes EncodePng(const Picture& picture, std::uint32_t pixels_per_metre) {
   Bytes header;
   AppendBigEndian(header, static_cast<std::uint32_t>(picture.width));
   AppendBigEndian(header, static_cast<std::uint32_t>(picture.height));
-  header.insert(header.end(), {8, 2, 0, 0, 0});  // 8 bits, RGB, deflate, the five filters, not interlaced
+  const std::uint8_t type = picture.alpha.empty() ? 2 : 6;
+  header.insert(header.end(), {8, type, 0, 0, 0});  // 8 bits, deflate, the five filters, not interlaced
   Bytes density;
   AppendBigEndian(density, pixels_per_metre);
   AppendBigEndian(density, pixels_per_metre);

@@ -1,7 +1,11 @@
 #include "render/render_control.h"
 
+#include <new>
+
 #include "base/rounding.h"
+#include "control/enumeration_values.h"
 #include "platform/system.h"
+#include "render/backdrop.h"
 #include "render/files.h"
 #include "render/property_text.h"
 #include "render/render_error.h"
@@ -41,6 +45,7 @@ RenderedControl::RenderedControl(SIZE size, const PropertyTexts& properties, dou
                                  const Surroundings& surroundings)
     : host_(ScaledPixels(size.cx, scale), ScaledPixels(size.cy, scale), ScaledPixels(96, scale)),
       control_(host_, host_) {
+  if (!surroundings.behind.empty()) host_.SetBackdrop(ReadBackdrop(surroundings.behind));
   host_.Attach(control_);
   control_.InitProperties();
   for (const auto& [key, file] : surroundings.images) LoadImage(key, file);
@@ -50,6 +55,19 @@ RenderedControl::RenderedControl(SIZE size, const PropertyTexts& properties, dou
   if (control_.State().AutoSize) control_.RecomputeAutoSize();
   control_.RedrawNow();
   if (Surface().Bits() == nullptr) throw RenderError("the control has come out empty or too large to draw");
+}
+
+bool RenderedControl::IsTransparent() const { return control_.State().BackStyle == backTransparent; }
+
+Picture RenderedControl::PictureOfItself() { return WithAlpha(PictureOn(0), PictureOn(0xFFFFFF)); }
+
+Picture RenderedControl::PictureOn(COLORREF behind) {
+  const auto backdrop = std::make_shared<CDib32>();
+  CDib24 surface;
+  if (!backdrop->Create(Width(), Height()) || !surface.Create(Width(), Height())) throw std::bad_alloc();
+  backdrop->Clear(behind);
+  control_.PaintOver(surface.hDC(), backdrop);
+  return PictureOf(surface);
 }
 
 void RenderedControl::SetAll(const PropertyTexts& properties) {

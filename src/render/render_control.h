@@ -8,6 +8,7 @@
 #include "control/marklet.h"
 #include "render/memory_host.h"
 #include "render/options.h"
+#include "render/picture.h"
 
 namespace marklet {
 
@@ -26,11 +27,15 @@ class RenderedControl {
   Long Width() const { return host_.Surface().Width(); }  // pixels
   Long Height() const { return host_.Surface().Height(); }
   const CDib24& Surface() const { return host_.Surface(); }
+  // The picture with alpha, as it looks in front of nothing: whole only where the control draws.
+  Picture PictureOfItself();
+  bool IsTransparent() const;
   void Redraw() { control_.RedrawNow(); }
 
  private:
   void SetAll(const PropertyTexts& properties);
   void LoadImage(const std::string& key, const std::string& file);
+  Picture PictureOn(COLORREF behind);
 
   MemoryHost host_;
   Marklet control_;

@@ -46,9 +46,10 @@ void PrintLog(std::ostream& out, const std::function<void()>& paint) {
 
 Picture RenderOne(const Options& options, std::ostream& out) {
   RenderedControl control(options.size.value_or(kUsualSize), PropertiesOf(options), options.scale,
-                          {options.images, options.hover});
+                          {options.images, options.hover, options.behind});
   if (options.log) PrintLog(out, [&] { control.Redraw(); });
-  return PictureOf(control.Surface());
+  const bool is_alone = control.IsTransparent() && options.behind.empty();
+  return is_alone ? control.PictureOfItself() : PictureOf(control.Surface());
 }
 
 Picture RenderAll(const Options& options, std::ostream& out) {

@@ -124,7 +124,9 @@ class Layout {
   // A control lives no longer than it takes to draw it.
   Long Place(SIZE size, const PropertyTexts& properties, Long x, Long y,
              const Surroundings& surroundings = {}) {
-    RenderedControl control(size, properties, scale_, surroundings);
+    Surroundings on_sheet = surroundings;
+    on_sheet.behind = description_.background;
+    RenderedControl control(size, properties, scale_, on_sheet);
     canvas_.Draw(control.Surface(), x, y);
     if (seen_) seen_(control);
     has_controls_ = true;

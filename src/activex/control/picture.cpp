@@ -1,7 +1,10 @@
 #include "activex/control/picture.h"
 
+#include <memory>
+
 #include "activex/control/user_control.h"
 #include "control/enumeration_values.h"
+#include "control/form_picture.h"
 
 namespace marklet::activex {
 
@@ -17,11 +20,29 @@ bool ControlPicture::PaintOn(CDib24& surface) {
   return true;
 }
 
+bool ControlPicture::PaintOn(CDib24& surface, COLORREF behind) {
+  const ::SIZE size = Size();
+  const auto backdrop = std::make_shared<CDib32>();
+  if (!surface.Create(size.cx, size.cy) || !backdrop->Create(size.cx, size.cy)) return false;
+  backdrop->Clear(behind);
+  marklet_.PaintOver(surface.hDC(), backdrop);
+  ::GdiFlush();
+  return true;
+}
+
+// In its window, and on a form that keeps a picture of itself, it has a snapshot of what lies behind it.
+bool ControlPicture::StandsOnTarget() const {
+  return !IsOpaque() && host_.hWnd() == nullptr && !KeepsPicture(host_);
+}
+
 HRESULT ControlPicture::Draw(::HDC dc, const RECTL& bounds, const GoOn& go_on) {
   const PictureTarget target(dc, bounds);
-  CDib24 surface;
-  if (!target.IsSeen() || !PaintOn(surface)) return S_OK;
-  return target.Put(surface, go_on);
+  if (!target.IsSeen()) return S_OK;
+  constexpr COLORREF kBlack = 0, kWhite = 0xFFFFFF;
+  CDib24 surface, on_white;
+  if (!StandsOnTarget()) return PaintOn(surface) ? target.Put(surface, go_on) : S_OK;
+  if (!PaintOn(surface, kBlack) || !PaintOn(on_white, kWhite)) return S_OK;
+  return target.PutOver(surface, on_white, go_on);
 }
 
 void ControlPicture::Record(::HDC dc, const RECTL& bounds) {

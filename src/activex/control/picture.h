@@ -12,7 +12,7 @@ class OleUserControl;
 
 class ControlPicture {
  public:
-  ControlPicture(const OleUserControl& host, Marklet& marklet) : host_(host), marklet_(marklet) {}
+  ControlPicture(OleUserControl& host, Marklet& marklet) : host_(host), marklet_(marklet) {}
 
   ::SIZE Size() const;  // pixels
   bool IsOpaque() const;
@@ -20,13 +20,16 @@ class ControlPicture {
   // The picture at the control's own size on a new surface. False, and empty, when there can't be one.
   bool PaintOn(CDib24& surface);
   // The same, brought to the bounds, in the units of the context. Nothing when there can't be one. E_ABORT
-  // when `go_on` stopped it.
+  // when `go_on` stopped it. A transparent control without a window stands on what is there already.
   HRESULT Draw(::HDC dc, const RECTL& bounds, const GoOn& go_on);
   // The same in its own pixels, for a record that is played at sizes that nobody knows yet.
   void Record(::HDC dc, const RECTL& bounds);
 
  private:
-  const OleUserControl& host_;
+  bool StandsOnTarget() const;
+  bool PaintOn(CDib24& surface, COLORREF behind);
+
+  OleUserControl& host_;
   Marklet& marklet_;
 };
 

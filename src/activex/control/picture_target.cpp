@@ -13,13 +13,15 @@ constexpr Long kBandPixels = 1 << 20;
 // A record of more pixels than this holds the picture as it is.
 constexpr std::int64_t kMostRecordedPixels = 1 << 22;
 
+constexpr std::uint32_t kOrRop = 0x00EE0086;  // SRCPAINT
+
 // Copies bits to a rectangle, which has as many pixels as they do unless a later stretch is wanted.
-void PutBits(::HDC dc, const RECTL& to, const CDib24& bits, int mode) {
+void PutBits(::HDC dc, const RECTL& to, const CDib24& bits, int mode, std::uint32_t rop = marklet::SRCCOPY) {
   BITMAPINFO info = {};
   info.bmiHeader = Describe(bits);
   const int old_mode = ::SetStretchBltMode(dc, mode);
   ::StretchDIBits(dc, to.left, to.top, to.right - to.left, to.bottom - to.top, 0, 0, bits.Width(),
-                  bits.Height(), bits.Bits(), &info, DIB_RGB_COLORS, 0x00CC0020);
+                  bits.Height(), bits.Bits(), &info, DIB_RGB_COLORS, rop);
   if (old_mode) ::SetStretchBltMode(dc, old_mode);
 }
 
@@ -50,6 +52,40 @@ void MapToPixels(::HDC dc) {
   ::RECT clip = {};
   ::GetClipBox(dc, &clip);
   return clip;
+}
+
+// What a channel shows in front of `behind`, from what it shows in front of black and of white. What inverts
+// shows less in front of white.
+std::uint8_t ShownOver(int behind, int on_black, int on_white) {
+  const int through = behind * (on_white - on_black);
+  const int half = through < 0 ? -127 : 127;
+  return static_cast<std::uint8_t>(std::clamp(on_black + (through + half) / 255, 0, 255));
+}
+
+// Calls `visit` with each byte of the first surface and those of the others at the same place.
+template <typename Visit>
+void ForEachByte(CDib24& first, const CDib24& second, const CDib24& third, Visit visit) {
+  const std::ptrdiff_t bytes = DibStride(first.Width(), 24) * first.Height();
+  for (std::ptrdiff_t at = 0; at < bytes; ++at) visit(first.Bits()[at], second.Bits()[at], third.Bits()[at]);
+}
+
+// White where the picture is open for the most part, and black there with its own colours elsewhere.
+bool Split(const CDib24& on_black, const CDib24& on_white, CDib24& mask, CDib24& covered) {
+  const Long width = on_black.Width(), height = on_black.Height();
+  if (!mask.Create(width, height) || !covered.Create(width, height)) return false;
+  for (Long y = 0; y < height; ++y)
+    for (Long x = 0; x < width; ++x) {
+      const std::uint8_t *black = on_black.View().At(x, y), *white = on_white.View().At(x, y);
+      const int open = white[0] - black[0] + white[1] - black[1] + white[2] - black[2];
+      const int cover = std::clamp(255 - open / 3, 0, 255);
+      const bool is_covered = cover >= 128;
+      for (int channel = 0; channel < 3; ++channel) {
+        mask.View().At(x, y)[channel] = is_covered ? 0 : 255;
+        covered.View().At(x, y)[channel] =
+            static_cast<std::uint8_t>(is_covered ? std::min(255, black[channel] * 255 / cover) : 0);
+      }
+    }
+  return true;
 }
 
 // One axis: from the corner that is nearer to the device's own.
@@ -106,7 +142,12 @@ bool PictureTarget::MeasureOnDevice() {
 }
 
 HRESULT PictureTarget::Put(const CDib24& picture, const GoOn& go_on) const {
-  if (route_ == Route::Bands) return PutBands(picture, go_on);
+  if (route_ == Route::Bands) {
+    return PutBands(go_on, [&](Long left, Long top, CDib24& band) {
+      StretchSmooth(picture, size_, left, top, band);
+      return true;
+    });
+  }
   if (route_ == Route::Whole)
     PutWhole(picture);
   else
@@ -115,7 +156,8 @@ HRESULT PictureTarget::Put(const CDib24& picture, const GoOn& go_on) const {
 }
 
 // The size never costs more memory than a band of it.
-HRESULT PictureTarget::PutBands(const CDib24& picture, const GoOn& go_on) const {
+template <typename Make>
+HRESULT PictureTarget::PutBands(const GoOn& go_on, Make make) const {
   const win32::SavedState state(dc_);
   MapToPixels(dc_);
   const Long width = seen_.right - seen_.left;
@@ -124,11 +166,38 @@ HRESULT PictureTarget::PutBands(const CDib24& picture, const GoOn& go_on) const 
     if (go_on && !go_on()) return E_ABORT;
     const Long height = std::min<Long>(most, seen_.bottom - top);
     CDib24 band;
-    if (!band.Create(width, height)) return E_OUTOFMEMORY;
-    StretchSmooth(picture, size_, seen_.left - corner_.x, top - corner_.y, band);
+    if (!band.Create(width, height) || !make(seen_.left - corner_.x, top - corner_.y, band))
+      return E_OUTOFMEMORY;
     PutBits(dc_, {seen_.left, top, seen_.right, top + height}, band, ModeFor(dc_));
   }
   return S_OK;
+}
+
+bool PictureTarget::CanRead() const {
+  return route_ == Route::Bands && ::GetDeviceCaps(dc_, TECHNOLOGY) == DT_RASDISPLAY;
+}
+
+HRESULT PictureTarget::PutOver(const CDib24& on_black, const CDib24& on_white, const GoOn& go_on) const {
+  if (!CanRead()) {
+    CDib24 mask, covered;
+    if (!Split(on_black, on_white, mask, covered)) return E_OUTOFMEMORY;
+    PutBits(dc_, bounds_, mask, COLORONCOLOR, marklet::SRCAND);
+    PutBits(dc_, bounds_, covered, COLORONCOLOR, kOrRop);
+    return S_OK;
+  }
+  return PutBands(go_on, [&](Long left, Long top, CDib24& band) {
+    CDib24 white, there;
+    if (!white.Create(band.Width(), band.Height()) || !there.Create(band.Width(), band.Height()))
+      return false;
+    StretchSmooth(on_black, size_, left, top, band);
+    StretchSmooth(on_white, size_, left, top, white);
+    there.LoadFromDC(Wrap(dc_), corner_.x + left, corner_.y + top, -1, -1, marklet::SRCCOPY);
+    ::GdiFlush();
+    ForEachByte(band, white, there, [](std::uint8_t& black, int on_white_byte, int behind) {
+      black = ShownOver(behind, black, on_white_byte);
+    });
+    return true;
+  });
 }
 
 // The rectangle turns the picture over itself here.

@@ -22,6 +22,9 @@ class PictureTarget {
   bool IsSeen() const { return seen_.left < seen_.right && seen_.top < seen_.bottom; }
   // S_OK, or E_ABORT when `go_on`, which may be empty, said so.
   HRESULT Put(const CDib24& picture, const GoOn& go_on) const;
+  // The same with a picture that what is there shows through: as it looks in front of black and of white,
+  // both of one size. Where the target can't be read each pixel is either the picture's or the target's.
+  HRESULT PutOver(const CDib24& on_black, const CDib24& on_white, const GoOn& go_on) const;
 
  private:
   enum class Route {
@@ -31,7 +34,10 @@ class PictureTarget {
   };
 
   bool MeasureOnDevice();
-  HRESULT PutBands(const CDib24& picture, const GoOn& go_on) const;
+  // Calls `make` for each band with the place of its corner in the picture, to fill it.
+  template <typename Make>
+  HRESULT PutBands(const GoOn& go_on, Make make) const;
+  bool CanRead() const;
   void PutWhole(const CDib24& picture) const;
 
   ::HDC dc_;
