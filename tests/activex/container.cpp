@@ -130,7 +130,10 @@ class SiteObject final
   }
   HRESULT STDMETHODCALLTYPE ShowObject() override { return Note("ShowObject"); }
   HRESULT STDMETHODCALLTYPE OnShowWindow(BOOL) override { return Note("OnShowWindow"); }
-  HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() override {
+    Note("RequestNewObjectLayout");
+    return E_NOTIMPL;
+  }
 
   // IOleInPlaceSite
   HRESULT STDMETHODCALLTYPE GetWindow(HWND* window) override {

@@ -1,4 +1,5 @@
 // The size that the control wishes for and the one that the container gives it.
+#include <optional>
 #include <string>
 
 #include "activex/container.h"
@@ -108,6 +109,69 @@ TEST_F(Sizing, AnInactiveControlHasTheSizeThatItWishes) {
   const LONG before = Extent().cy;
   Fit();
   EXPECT_LT(Extent().cy, before);
+}
+
+TEST_F(Sizing, AnInactiveControlAsksForANewLayout) {
+  As<IOleInPlaceObject>(object_)->InPlaceDeactivate();
+  container_.log.clear();
+  Fit();
+  EXPECT_EQ(2, container_.Count("RequestNewObjectLayout")) << "for the width and for the height";
+  container_.log.clear();
+  Fit();
+  EXPECT_EQ(0, container_.Count("RequestNewObjectLayout")) << "nothing has changed";
+}
+
+TEST_F(Sizing, AContainerMayLayOutAnewWhenItIsAskedTo) {
+  As<IOleInPlaceObject>(object_)->InPlaceDeactivate();
+  container_.on_call = [&](const std::string& call) {
+    if (call == "RequestNewObjectLayout") container_.Activate();
+  };
+  Fit();
+  container_.on_call = nullptr;
+  ASSERT_TRUE(container_.ControlWindow());
+  ExpectTruth();
+}
+
+// Every way in which a host takes a wish, and every place to wish from.
+TEST_F(Sizing, AutoSizeAndTheHostAgreeInsideAndOutsideOfEvents) {
+  using Place = std::optional<RECT> (*)(const RECT& wished);
+  const Place places[] = {
+      [](const RECT& wished) { return std::optional(wished); },
+      [](const RECT&) {
+        return std::optional(RECT{10, 20, 210, 80});
+      },
+      [](const RECT&) { return std::optional<RECT>(); },
+      [](const RECT& wished) {
+        return std::optional(RECT{wished.left, wished.top, wished.left + 144, wished.bottom + 12});
+      },
+  };
+  for (const Place place : places)
+    for (const HRESULT answer : {S_OK, E_FAIL})
+      for (const bool in_event : {false, true}) {
+        Container container;
+        container.place = place;
+        container.pos_rect_answer = answer;
+        container.Host();
+        ASSERT_EQ(S_OK, container.Activate());
+        const ComPtr<IDispatch> object = container.Dispatch();
+        PutByName(object.Get(), L"WordWrap", Variant::Bool(false));
+        Sink sink;
+        sink.ConnectEvents(object.Get());
+        sink.on_event = [&](const std::string& event) {
+          if (in_event && event == "Change") PutByName(object.Get(), L"AutoSize", Variant::Bool(true));
+        };
+        if (!in_event) PutByName(object.Get(), L"AutoSize", Variant::Bool(true));
+        PutText(object.Get(), L"Caption", L"MM");
+        RECT client = {};
+        GetClientRect(container.ControlWindow(), &client);
+        SIZEL extent = {};
+        As<IOleObject>(object)->GetExtent(DVASPECT_CONTENT, &extent);
+        const HDC screen = GetDC(nullptr);
+        EXPECT_EQ(client.right, MulDiv(extent.cx, GetDeviceCaps(screen, LOGPIXELSX), 2540));
+        EXPECT_EQ(client.bottom, MulDiv(extent.cy, GetDeviceCaps(screen, LOGPIXELSX), 2540));
+        ReleaseDC(nullptr, screen);
+        sink.Disconnect();
+      }
 }
 
 TEST_F(Sizing, TheSizeIsToldWhileTheContainerIsAsked) {

@@ -72,13 +72,18 @@ void OleUserControl::PutHeight(double twips) {
 }
 
 // The container has the last word on an active control, but one that doesn't answer gets the size all the
-// same.
+// same. That of an inactive one changes, and the container is told to look at it.
 void OleUserControl::RequestSize(::SIZE size) {
-  if (window_.Handle())
+  if (window_.Handle()) {
     in_place_.RequestSize(size);
-  else
-    extent_.SetPixels(size);
+    SizeMayHaveChanged();
+    return;
+  }
+  const ::SIZE before = Size();
+  extent_.SetPixels(size);
   SizeMayHaveChanged();
+  const ComPtr<IOleClientSite> site = site_.Get();
+  if (site && (size.cx != before.cx || size.cy != before.cy)) site->RequestNewObjectLayout();
 }
 
 // The first size a control hears of is that of its window.
