@@ -47,7 +47,8 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SetProcessAffinityMask SetThreadContext SetThreadPriority Sleep SuspendThread TlsAlloc TlsGetValue"
      " TlsSetValue TryEnterCriticalSection VirtualAlloc VirtualFree VirtualProtect VirtualQuery "
      "WaitForMultipleObjects"
-     " WaitForSingleObject WideCharToMultiByte "},
+     " WaitForSingleObject WideCharToMultiByte "
+     "IsValidLocale "},
     {"kernel32.dll", 64,
      " __C_specific_handler RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "},
     {"msimg32.dll", 0, " AlphaBlend "},
