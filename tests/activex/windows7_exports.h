@@ -39,7 +39,7 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " GetModuleHandleA GetModuleHandleW GetProcAddress GetProcessAffinityMask GetSystemDirectoryW"
      " GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 GetVersionExA GlobalAlloc"
      " GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsBadCodePtr IsDBCSLeadByteEx "
-     "IsDebuggerPresent IsValidLocale"
+     "IsDebuggerPresent"
      " LeaveCriticalSection LoadLibraryA LoadLibraryW LocalFree lstrcmpiW lstrcpyW lstrlenW MulDiv"
      " MultiByteToWideChar OpenProcess OutputDebugStringA RaiseException ReadFile ReleaseSemaphore"
      " ReleaseSRWLockExclusive ReleaseSRWLockShared RemoveVectoredExceptionHandler ResetEvent ResumeThread "
