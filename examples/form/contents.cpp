@@ -1,6 +1,7 @@
 #include "contents.h"
 
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 namespace form {
@@ -12,13 +13,15 @@ constexpr LONG kInfo = static_cast<LONG>(0x80000018), kInfoText = static_cast<LO
 constexpr LONG kStroke = 1, kShadow = 2, kEmboss = 3, kEngrave = 4, kHollow = 5;
 
 constexpr LONG kRight = 1, kCentre = 2;
+constexpr LONG kTransparent = 0, kFlat = 0, kThreeDimensional = 1;
 constexpr LONG k16 = 0, k32 = 2, k48 = 3;
 
-constexpr int kColumns = 3, kMargin = 20, kGap = 14, kCellWidth = 250, kCellHeight = 58, kTitleHeight = 16;
+constexpr int kColumns = 3, kMargin = 20, kGap = 8, kCellWidth = 250, kCellHeight = 56, kTitleHeight = 16;
 
 struct Cell {
   const wchar_t* title;
   std::vector<Property> properties;
+  std::optional<Scenery::Kind> scenery{};
 };
 
 const Cell kCells[] = {
@@ -95,6 +98,43 @@ const Cell kCells[] = {
     {L"A PNG in another size",
      {{L"ImageKey", L"logo"}, {L"ImageSize", k32}, {L"Caption", L"Made from 48 by 48 pixels"}}},
 
+    {L"Transparent, over a gradient",
+     {{L"BackStyle", kTransparent},
+      {L"ForeColor", LONG{RGB(255, 255, 255)}},
+      {L"ImageKey", L"lit"},
+      {L"ImageSize", k48},
+      {L"Caption", L"<b>Through</b> to the window"}},
+     Scenery::Kind::Gradient},
+    {L"Over a picture",
+     {{L"BackStyle", kTransparent},
+      {L"TextEffect", kStroke},
+      {L"FontSize", LONG{14}},
+      {L"ForeColor", LONG{RGB(255, 255, 255)}},
+      {L"Caption", L"<b>Stars</b> behind"}},
+     Scenery::Kind::Picture},
+    {L"In a group box",
+     {{L"BackStyle", kTransparent}, {L"Caption", L"A <i>label</i> as others are"}},
+     Scenery::Kind::GroupBox},
+    {L"A flat border, transparent",
+     {{L"BackStyle", kTransparent},
+      {L"BorderStyle", LONG{1}},
+      {L"Appearance", kFlat},
+      {L"ForeColor", LONG{RGB(255, 255, 255)}},
+      {L"Caption", L"Black, one pixel"}},
+     Scenery::Kind::Gradient},
+    {L"A three-dimensional border",
+     {{L"BorderStyle", LONG{1}},
+      {L"BackColor", LONG{RGB(255, 255, 225)}},
+      {L"Appearance", kThreeDimensional},
+      {L"BackColor", LONG{RGB(255, 255, 225)}},
+      {L"Caption", L"Sunken, two pixels"}}},
+    {L"AutoSize, one line and wrapped",
+     {{L"WordWrap", false},
+      {L"BackColor", kInfo},
+      {L"ForeColor", kInfoText},
+      {L"Caption", L"As wide as its words"},
+      {L"AutoSize", true}}},
+
     {L"Greek", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Καλημέρα</b>, κόσμε"}}},
     {L"Cyrillic", {{L"FontSize", LONG{11}}, {L"Caption", L"<b>Здравствуй</b>, мир"}}},
     {L"Hebrew", {{L"FontSize", LONG{11}}, {L"Caption", L"שלום, עולם"}}},
@@ -144,7 +184,25 @@ RECT CellPlace(int index) {
   return {x, y, x + kCellWidth, y + kTitleHeight + kCellHeight};
 }
 
+RECT ControlPlace(int index) {
+  RECT place = CellPlace(index);
+  place.top += kTitleHeight;
+  return place;
+}
+
 }  // namespace
+
+// The frame of a group box stands around its control, in the room between the cells.
+std::vector<Scenery> SceneryOfForm() {
+  std::vector<Scenery> scenery;
+  int index = 0;
+  for (const Cell& cell : kCells) {
+    RECT place = ControlPlace(index++);
+    if (cell.scenery == Scenery::Kind::GroupBox) InflateRect(&place, kGap / 2, 0);
+    if (cell.scenery) scenery.push_back({*cell.scenery, place});
+  }
+  return scenery;
+}
 
 std::vector<Item> Contents() {
   std::vector<Item> items;
@@ -152,9 +210,17 @@ std::vector<Item> Contents() {
   for (const Cell& cell : kCells) {
     const RECT place = CellPlace(index++);
     const RECT title = {place.left, place.top, place.right, place.top + kTitleHeight};
-    const RECT control = {place.left, place.top + kTitleHeight, place.right, place.bottom};
+    RECT control = ControlPlace(index - 1);
+    if (cell.scenery == Scenery::Kind::GroupBox) InflateRect(&control, -kGap, -14);
     items.push_back({title, {{L"Caption", cell.title}, {L"ForeColor", LONG{RGB(90, 101, 112)}}}});
     items.push_back({control, WithDefaults(cell), ImagesOf(cell)});
+    if (cell.properties.back().name != std::wstring_view(L"AutoSize")) continue;
+    const RECT below = {control.left, control.top + 20, control.left + 150, control.bottom};
+    items.push_back({below,
+                     {{L"BackColor", kInfo},
+                      {L"ForeColor", kInfoText},
+                      {L"Caption", L"As high as its words need at this width"},
+                      {L"AutoSize", true}}});
   }
   return items;
 }

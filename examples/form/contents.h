@@ -26,6 +26,13 @@ struct Item {
   std::vector<Image> images{};  // to be loaded before the properties are set
 };
 
+// What the form itself shows behind a control, in pixels.
+struct Scenery {
+  enum class Kind { Gradient, Picture, GroupBox } kind;
+  RECT place;
+};
+std::vector<Scenery> SceneryOfForm();
+
 // All controls of the form, titles included, and the room that they take.
 std::vector<Item> Contents();
 SIZE ContentsSize();

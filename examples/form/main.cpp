@@ -21,13 +21,71 @@
 namespace form {
 namespace {
 
+COLORREF Between(COLORREF first, COLORREF second, int part, int whole) {
+  const auto mix = [&](int shift) {
+    const int from = static_cast<int>(first >> shift & 255), to = static_cast<int>(second >> shift & 255);
+    return static_cast<COLORREF>(from + (to - from) * part / whole) << shift;
+  };
+  return mix(0) | mix(8) | mix(16);
+}
+
+void FillWith(HDC dc, const RECT& rect, COLORREF colour) {
+  const HBRUSH brush = CreateSolidBrush(colour);
+  FillRect(dc, &rect, brush);
+  DeleteObject(brush);
+}
+
+void DrawGradient(HDC dc, const RECT& place) {
+  for (LONG x = place.left; x < place.right; ++x)
+    FillWith(dc, {x, place.top, x + 1, place.bottom},
+             Between(RGB(30, 60, 114), RGB(120, 190, 220), x - place.left, place.right - place.left));
+}
+
+// A night sky.
+void DrawSky(HDC dc, const RECT& place) {
+  for (LONG y = place.top; y < place.bottom; ++y)
+    FillWith(dc, {place.left, y, place.right, y + 1},
+             Between(RGB(12, 16, 40), RGB(84, 60, 110), y - place.top, place.bottom - place.top));
+  unsigned place_of_star = 12345;
+  for (int star = 0; star < 90; ++star) {
+    place_of_star = place_of_star * 1103515245 + 12345;
+    const LONG x = place.left + static_cast<LONG>(place_of_star >> 8) % (place.right - place.left);
+    const LONG y = place.top + static_cast<LONG>(place_of_star >> 20) % (place.bottom - place.top);
+    SetPixelV(dc, x, y, star % 3 ? RGB(200, 200, 230) : RGB(255, 255, 210));
+  }
+}
+
+// Transparent controls have the window draw this where they stand, too.
+void DrawScenery(HDC dc) {
+  for (const Scenery& scenery : SceneryOfForm()) {
+    if (scenery.kind == Scenery::Kind::Gradient) DrawGradient(dc, scenery.place);
+    if (scenery.kind == Scenery::Kind::Picture) DrawSky(dc, scenery.place);
+  }
+}
+
+// A group box lies below the controls that it goes around. The form paints its inside: a transparent window
+// isn't spared.
+void PlaceGroupBoxes(HWND window) {
+  for (const Scenery& scenery : SceneryOfForm()) {
+    if (scenery.kind != Scenery::Kind::GroupBox) continue;
+    const RECT& place = scenery.place;
+    const HWND box = CreateWindowExW(
+        WS_EX_TRANSPARENT, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, place.left, place.top,
+        place.right - place.left, place.bottom - place.top, window, nullptr, nullptr, nullptr);
+    SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+    SetWindowPos(box, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  }
+}
+
 LRESULT CALLBACK FormProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   // The controls leave the window before it goes.
   if (message == WM_CLOSE) {
     PostQuitMessage(0);
     return 0;
   }
-  return DefWindowProcW(window, message, wparam, lparam);
+  const LRESULT result = DefWindowProcW(window, message, wparam, lparam);
+  if (message == WM_ERASEBKGND) DrawScenery(reinterpret_cast<HDC>(wparam));
+  return result;
 }
 
 HWND CreateForm() {
@@ -85,6 +143,7 @@ int Show(const std::wstring& picture_file) {
   const HWND window = CreateForm();
   std::vector<std::unique_ptr<Control>> controls;
   for (const Item& item : Contents()) controls.push_back(Place(window, item));
+  PlaceGroupBoxes(window);
   ShowWindow(window, SW_SHOW);
   UpdateWindow(window);
   int result = 0;
