@@ -502,6 +502,35 @@ TEST_F(ImagePage, SurvivesAnObjectThatFailsEachCall) {
   }
 }
 
+TEST_F(ImagePage, SurvivesAWindowThatFailsEachCall) {
+  struct FailingView final : ImagePageView {
+    [[noreturn]] static void Fail() { throw std::runtime_error("view"); }
+    std::shared_ptr<PageObject> SelectedControl() override { Fail(); }
+    std::u16string KeyText() override { Fail(); }
+    void PutKeyText(std::u16string) override { Fail(); }
+    void Enable(PageButton, bool) override { Fail(); }
+    SIZE StripSize() override { Fail(); }
+    void StripChanged() override { Fail(); }
+    double TwipsPerPixelX() override { Fail(); }
+    HWND BrowseWindow() override { Fail(); }
+    OpenFileDialog& Dialog() override { Fail(); }
+    void Inform(std::u16string_view) override { Fail(); }
+    bool Ask(std::u16string_view, std::u16string_view) override { Fail(); }
+    void PutChanged(bool) override { Fail(); }
+  } view;
+  prpImage page(view);
+  page.SelectionChanged();
+  page.KeyChanged();
+  page.Browse();
+  page.StripPressed(90);
+  page.Navigate(PageButton::Next);
+  page.DeleteIcon();
+  page.DeleteAll();
+  page.ApplyChanges();
+  EXPECT_EQ(page.Fields().PreviewPage, 1);
+  EXPECT_FALSE(page.Fields().DeleteAllPending) << "nobody said yes";
+}
+
 TEST_F(ImagePage, OutlivesAnObjectThatIsReleasedWhileItsBoxIsShown) {
   auto label = std::make_shared<LabelObject>();
   const std::weak_ptr<LabelObject> watched = label;

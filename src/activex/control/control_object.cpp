@@ -39,6 +39,7 @@ const ControlObject::InterfaceRow ControlObject::kInterfaces[] = {
     {__uuidof(IProvideClassInfo2), Get<&ControlObject::class_info_>},
     {__uuidof(ISupportErrorInfo), Get<&ControlObject::error_info_>},
     {__uuidof(IQuickActivate), Get<&ControlObject::quick_activate_>},
+    {IOwnConstituents::kIid, Get<&ControlObject::constituents_>},
     {__uuidof(IDataObject), Get<&ControlObject::data_>},
     {__uuidof(ISpecifyPropertyPages), Get<&ControlObject::property_pages_>},
     {__uuidof(IPerPropertyBrowsing), Get<&ControlObject::property_browsing_>},

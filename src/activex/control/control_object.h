@@ -17,6 +17,7 @@
 #include "activex/control/data_object.h"
 #include "activex/control/designer.h"
 #include "activex/control/extent.h"
+#include "activex/control/hidden_list.h"
 #include "activex/control/in_place.h"
 #include "activex/control/ole_control.h"
 #include "activex/control/ole_object.h"
@@ -97,6 +98,7 @@ class ControlObject final : public IUnknown,
   ErrorInfoFace error_info_{*this};
   QuickActivateFace quick_activate_{*this, ole_object_, view_, connections_};
   SafetyFace safety_{*this, marklet_.State()};
+  ConstituentsFace constituents_{*this, marklet_, host_font_};
   PropertyPagesFace property_pages_{*this};
   PropertyBrowsingFace property_browsing_{*this, marklet_};
   CategoriesFace categories_{*this};
