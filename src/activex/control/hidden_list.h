@@ -14,8 +14,7 @@ class HostFont;
 struct IOwnConstituents : public IUnknown {
   static constexpr IID kIid = ParseGuid("{5E7C93A4-8D1B-4F66-B0C2-7A39D1E4F508}");
   // `InternalAlphaImageList1`: late-bound, with its public GetIcoBytes(key); IPersistPropertyBag for its
-  // saved rows. The same object as long as somebody holds it, and it holds the
-  // control.
+  // saved rows. The same object as long as somebody holds it, and it holds the control.
   virtual HRESULT STDMETHODCALLTYPE InternalAlphaImageList1(IUnknown** list) = 0;
 };
 
