@@ -122,16 +122,22 @@ TEST_F(Designer, OtherPropertiesAreLeftToTheDesigner) {
   }
 }
 
-// None names a page but the two texts, and theirs isn't in this library.
-TEST_F(Designer, NoPropertyHasAPageOfItsOwn) {
+TEST_F(Designer, LeadsToThePageForImagesFromTheKeyOfOne) {
+  constexpr GUID kImages = {0xE7111604, 0x8459, 0x4582, {0xBA, 0xD0, 0x28, 0x91, 0x5B, 0x59, 0xAB, 0x15}};
+  CLSID page = {};
+  EXPECT_EQ(S_OK, As<IPerPropertyBrowsing>(object_)->MapPropertyToPage(Id(L"ImageKey"), &page));
+  EXPECT_EQ(kImages, page);
+}
+
+// The two texts name one, which isn't in this library.
+TEST_F(Designer, NoOtherPropertyHasAPageOfItsOwn) {
   const auto browsing = As<IPerPropertyBrowsing>(object_);
   for (const wchar_t* name :
-       {L"AutoSize",      L"BackColor",     L"BackStyle",      L"Appearance",     L"BorderStyle",
-        L"Caption",       L"Font",          L"FontBold",       L"FontItalic",     L"FontStrikethru",
-        L"FontUnderline", L"FontName",      L"FontSize",       L"ForeColor",      L"EffectColor",
-        L"ImageKey",      L"ImageKeyhover", L"UseMnemonic",    L"UniToolTipText", L"TextEffect",
-        L"Enabled",       L"WordWrap",      L"ImageAlignment", L"ImageSize",      L"hwnd",
-        L"MouseIcon",     L"MousePointer"}) {
+       {L"AutoSize",   L"BackColor",   L"BackStyle",   L"Appearance",     L"BorderStyle",   L"Caption",
+        L"Font",       L"FontBold",    L"FontItalic",  L"FontStrikethru", L"FontUnderline", L"FontName",
+        L"FontSize",   L"ForeColor",   L"EffectColor", L"ImageKeyhover",  L"UseMnemonic",   L"UniToolTipText",
+        L"TextEffect", L"Enabled",     L"WordWrap",    L"ImageAlignment", L"ImageSize",     L"hwnd",
+        L"MouseIcon",  L"MousePointer"}) {
     CLSID page = kClassId;
     EXPECT_EQ(PERPROP_E_NOPAGEAVAILABLE, browsing->MapPropertyToPage(Id(name), &page)) << name;
     EXPECT_EQ(GUID_NULL, page);

@@ -1,55 +1,14 @@
 // The control's images, as an editor of forms reaches them.
-#include <algorithm>
-#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "activex/bitmap_file.h"
 #include "activex/container.h"
+#include "activex/image_owner.h"
 
 namespace ocx_test {
 
-// The slots in the order in which the documentation lists them. Not local to this file: the compiler would
-// take it that nobody implements them.
-struct ImageOwner : public IDispatch {
-  virtual HRESULT STDMETHODCALLTYPE DestroyIconByteCollectionData() = 0;
-  virtual HRESULT STDMETHODCALLTYPE DeleteIconImage(BSTR key) = 0;
-  virtual HRESULT STDMETHODCALLTYPE LoadIconByteImageFromDisk(BSTR file, BSTR key, IDispatch** image) = 0;
-  virtual HRESULT STDMETHODCALLTYPE GetIconByteCollection(IDispatch** list) = 0;
-  virtual HRESULT STDMETHODCALLTYPE GetFriendlyString(BSTR* text) = 0;
-};
-
 namespace {
-
-// A bitmap file of 16 by 16 pixels, deleted at the end.
-class BitmapFile {
- public:
-  BitmapFile() {
-    wchar_t folder[MAX_PATH], file[MAX_PATH];
-    GetTempPathW(MAX_PATH, folder);
-    GetTempFileNameW(folder, L"img", 0, file);
-    DeleteFileW(file);
-    path_ = std::wstring(file) + L".bmp";
-    constexpr std::uint32_t kHead = 54, kPixels = 16 * 16 * 3;
-    std::vector<char> bytes(kHead + kPixels, '\x40');
-    const std::uint32_t head[] = {kHead + kPixels, 0, kHead, 40, 16, 16, 1 | 24 << 16, 0,
-                                  kPixels,         0, 0,     0,  0};
-    bytes[0] = 'B';
-    bytes[1] = 'M';
-    std::copy_n(reinterpret_cast<const char*>(head), sizeof head, bytes.begin() + 2);
-    const HANDLE out = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(out);
-    EXPECT_EQ(bytes.size(), written);
-  }
-  ~BitmapFile() { DeleteFileW(path_.c_str()); }
-  BitmapFile(const BitmapFile&) = delete;
-  BitmapFile& operator=(const BitmapFile&) = delete;
-  const std::wstring& Path() const { return path_; }
-
- private:
-  std::wstring path_;
-};
 
 // The arguments stand last to first.
 HRESULT Call(IDispatch* object, const wchar_t* name, const std::vector<const VARIANT*>& arguments,

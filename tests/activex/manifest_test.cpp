@@ -43,6 +43,10 @@ TEST_F(WithoutRegistration, TheManifestIsEnoughToCreateAControl) {
   ASSERT_EQ(S_OK, CLSIDFromProgID(L"zvsMarklet.Marklet", &class_id));
   ASSERT_EQ(S_OK,
             CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(control.GetAddressOf())));
+  ComPtr<IPropertyPage2> page;
+  constexpr GUID kPageId = {0xE7111604, 0x8459, 0x4582, {0xBA, 0xD0, 0x28, 0x91, 0x5B, 0x59, 0xAB, 0x15}};
+  EXPECT_EQ(S_OK,
+            CoCreateInstance(kPageId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(page.GetAddressOf())));
   Leave();
   EXPECT_EQ(S_OK, As<IOleObject>(control)->GetUserClassID(&class_id));
   EXPECT_EQ(kClassId, class_id);

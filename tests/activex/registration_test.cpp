@@ -38,7 +38,8 @@ const wchar_t* const kTrees[] = {L"CLSID\\{2C94FDA3-AB60-4E3F-85FD-A5AEC6543F3F}
                                  L"Interface\\{310A4F20-C1CC-4F0F-90A4-9826804A23C7}",
                                  L"Interface\\{6E85A505-50AA-4694-9B51-64C50D1D2045}",
                                  L"Interface\\{215FB7C9-18D0-42C9-BE97-3A3FA3C703E4}",
-                                 L"Interface\\{FBF96550-A8CD-41BE-9064-EBFBF5BB0A63}"};
+                                 L"Interface\\{FBF96550-A8CD-41BE-9064-EBFBF5BB0A63}",
+                                 L"CLSID\\{E7111604-8459-4582-BAD0-28915B59AB15}"};
 
 Values ReadRegistration(HKEY hive) {
   HKEY root = nullptr;
@@ -67,6 +68,11 @@ void ExpectRegistered(HKEY hive) {
   expect(key + L"\\TypeLib|", L"{8F6B874C-6DE0-4902-A016-DBCDD8F272C1}");
   expect(key + L"\\Verb\\1|", L"&Properties...,0,2");
   expect(key + L"\\Version|", L"3.0");
+  const std::wstring page = kTrees[7];
+  expect(page + L"|", L"zvsMarklet.prpImage");
+  expect(page + L"\\InprocServer32|", ServerPath());
+  expect(page + L"\\InprocServer32|ThreadingModel", L"Apartment");
+  expect(page + L"\\TypeLib|", L"{8F6B874C-6DE0-4902-A016-DBCDD8F272C1}");
   EXPECT_TRUE(values.count(key + L"\\Control"));
   EXPECT_TRUE(values.count(key + L"\\Implemented Categories\\{40FC6ED4-2438-11CF-A3DB-080036F12502}"));
   expect(library + L"\\3.0|", L"Zarvo Marklet Control");
@@ -138,6 +144,10 @@ TEST_F(Registration, LetsTheSystemFindClassAndTypeLibrary) {
   ComPtr<IDispatch> control;
   EXPECT_EQ(S_OK,
             CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(control.GetAddressOf())));
+  ComPtr<IPropertyPage2> page;
+  constexpr GUID kPageId = {0xE7111604, 0x8459, 0x4582, {0xBA, 0xD0, 0x28, 0x91, 0x5B, 0x59, 0xAB, 0x15}};
+  EXPECT_EQ(S_OK,
+            CoCreateInstance(kPageId, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(page.GetAddressOf())));
   for (const LCID locale : {LCID{0}, LCID{0x409}, LCID{0x407}}) {
     ComPtr<ITypeLib> library;
     EXPECT_EQ(S_OK, LoadRegTypeLib(kLibraryId, 3, 0, locale, library.GetAddressOf())) << "locale " << locale;

@@ -14,41 +14,38 @@ struct ExportsOfWindows7 {
 
 inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
     {"advapi32.dll", 0,
-     " RegCloseKey RegCreateKeyExW RegDeleteTreeW RegOpenKeyExW RegQueryInfoKeyW RegSetValueExW "},
+     " RegCloseKey RegCreateKeyExW RegDeleteTreeW RegOpenKeyExA RegOpenKeyExW RegQueryInfoKeyW"
+     " RegQueryValueExA RegSetValueExW "},
+    {"comctl32.dll", 0, " InitCommonControls "},
     {"gdi32.dll", 0,
      " BeginPath BitBlt CloseEnhMetaFile CloseMetaFile CreateBitmap CreateCompatibleDC CreateDIBSection"
-     " CreateEnhMetaFileW CreateFontIndirectW CreateMetaFileW CreatePatternBrush CreatePen"
+     " CreateEnhMetaFileW CreateFontIndirectW CreateMetaFileW CreatePatternBrush CreatePen CreateRectRgn"
      " CreateRectRgnIndirect CreateSolidBrush DeleteDC DeleteEnhMetaFile DeleteMetaFile DeleteObject"
-     " EndPath EnumFontFamiliesA ExtTextOutW FlattenPath GdiFlush GetBitmapDimensionEx GetBkMode "
-     "GetCharABCWidthsA GetClipBox"
-     " GetCurrentObject GetDeviceCaps GetGraphicsMode GetLayout GetObjectType GetObjectW GetPath "
-     "GetStockObject GetTextAlign"
-     " GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW GetWorldTransform "
-     "IntersectClipRect LPtoDP LineTo"
-     " ModifyWorldTransform MoveToEx PatBlt PolyPolygon RestoreDC SaveDC SelectObject SetBitmapDimensionEx "
-     "SetBkColor SetBkMode"
-     " SetBrushOrgEx SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
-     " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "
-     "CreateRectRgn GetRandomRgn OffsetRgn OffsetViewportOrgEx SelectClipRgn "},
+     " EndPath EnumFontFamiliesA EnumFontFamiliesExW ExtTextOutW FlattenPath GdiFlush"
+     " GetBitmapDimensionEx GetBkMode GetCharABCWidthsA GetClipBox GetCurrentObject GetDeviceCaps"
+     " GetGraphicsMode GetLayout GetObjectType GetObjectW GetPath GetRandomRgn GetStockObject"
+     " GetTextAlign GetTextColor GetTextExtentExPointW GetTextExtentPoint32W GetTextMetricsW"
+     " GetWorldTransform IntersectClipRect LineTo LPtoDP ModifyWorldTransform MoveToEx OffsetRgn"
+     " OffsetViewportOrgEx PatBlt Polygon PolyPolygon RestoreDC SaveDC SelectClipRgn SelectObject"
+     " SetBitmapDimensionEx SetBkColor SetBkMode SetBrushOrgEx SetDCBrushColor SetMapMode"
+     " SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor SetViewportExtEx SetViewportOrgEx"
+     " SetWindowExtEx SetWindowOrgEx StretchBlt StretchDIBits TextOutW "},
     {"kernel32.dll", 0,
-     " AcquireSRWLockExclusive AcquireSRWLockShared AddVectoredExceptionHandler CloseHandle "
-     "CompareStringOrdinal CreateEventA"
-     " CreateFileW CreateSemaphoreA DeleteCriticalSection DuplicateHandle EnterCriticalSection"
-     " FormatMessageA FormatMessageW FreeLibrary GetCurrentProcess GetCurrentProcessId GetCurrentThread"
-     " GetCurrentThreadId GetFileSizeEx GetFileType GetHandleInformation GetLastError GetModuleFileNameW"
-     " GetModuleHandleA GetModuleHandleW GetProcAddress GetProcessAffinityMask GetSystemDirectoryW"
-     " GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 GetVersionExA GlobalAlloc"
-     " GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsBadCodePtr IsDBCSLeadByteEx "
-     "IsDebuggerPresent"
-     " LeaveCriticalSection LoadLibraryA LoadLibraryW LocalFree lstrcmpiW lstrcpyW lstrlenW MulDiv"
-     " MultiByteToWideChar OpenProcess OutputDebugStringA RaiseException ReadFile ReleaseSemaphore"
-     " ReleaseSRWLockExclusive ReleaseSRWLockShared RemoveVectoredExceptionHandler ResetEvent ResumeThread "
-     "SetEvent SetLastError"
-     " SetProcessAffinityMask SetThreadContext SetThreadPriority Sleep SuspendThread TlsAlloc TlsGetValue"
-     " TlsSetValue TryEnterCriticalSection VirtualAlloc VirtualFree VirtualProtect VirtualQuery "
-     "WaitForMultipleObjects"
-     " WaitForSingleObject WideCharToMultiByte "
-     "IsValidLocale "},
+     " AcquireSRWLockExclusive AcquireSRWLockShared AddVectoredExceptionHandler CloseHandle"
+     " CompareStringOrdinal CreateEventA CreateFileW CreateSemaphoreA DeleteCriticalSection"
+     " DuplicateHandle EnterCriticalSection FormatMessageA FormatMessageW FreeLibrary GetCurrentProcess"
+     " GetCurrentProcessId GetCurrentThread GetCurrentThreadId GetFileSizeEx GetFileType"
+     " GetHandleInformation GetLastError GetModuleFileNameW GetModuleHandleA GetModuleHandleExW"
+     " GetModuleHandleW GetProcAddress GetProcessAffinityMask GetSystemDirectoryW"
+     " GetSystemTimeAsFileTime GetThreadContext GetThreadPriority GetTickCount64 GetVersionExA"
+     " GlobalAlloc GlobalFree GlobalLock GlobalUnlock InitializeCriticalSection IsBadCodePtr"
+     " IsDBCSLeadByteEx IsDebuggerPresent IsValidLocale LeaveCriticalSection LoadLibraryA LoadLibraryW"
+     " LocalFree lstrcmpiW lstrcpynW lstrcpyW lstrlenW MulDiv MultiByteToWideChar OpenProcess"
+     " OutputDebugStringA RaiseException ReadFile ReleaseSemaphore ReleaseSRWLockExclusive"
+     " ReleaseSRWLockShared RemoveVectoredExceptionHandler ResetEvent ResumeThread SetEvent SetLastError"
+     " SetProcessAffinityMask SetThreadContext SetThreadPriority Sleep SuspendThread TlsAlloc"
+     " TlsGetValue TlsSetValue TryEnterCriticalSection VirtualAlloc VirtualFree VirtualProtect"
+     " VirtualQuery WaitForMultipleObjects WaitForSingleObject WideCharToMultiByte "},
     {"kernel32.dll", 64,
      " __C_specific_handler RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "},
     {"msimg32.dll", 0, " AlphaBlend "},
@@ -70,19 +67,19 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " SafeArrayGetUBound SafeArrayUnaccessData SysAllocString SysAllocStringLen SysFreeString SysStringLen"
      " VariantChangeType VariantChangeTypeEx VariantClear VariantCopyInd VariantInit "},
     {"user32.dll", 0,
-     " BeginPaint CallNextHookEx CallWindowProcA CallWindowProcW CharLowerBuffW CharUpperBuffW "
-     "CreateAcceleratorTableW CreateIconIndirect"
-     " CreateWindowExW DefWindowProcA DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow"
-     " DrawEdge DrawTextW EnableWindow EndPaint EnumWindows EqualRect FillRect GetActiveWindow GetAncestor "
-     "GetCapture"
-     " GetClassInfoExW GetClientRect GetDC GetDesktopWindow GetKeyState GetSysColor GetWindowLongW "
-     "GetWindowRect GetWindowThreadProcessId"
-     " IntersectRect IsWindow IsWindowUnicode KillTimer LoadCursorW MapWindowPoints MessageBoxW "
-     "MonitorFromWindow OffsetRect PtInRect"
-     " RegisterClassExW ReleaseCapture ReleaseDC SetCapture SetCursor SetFocus SetTimer SetWindowLongW"
-     " SetWindowPos SetWindowRgn SetWindowsHookExA SetWindowsHookExW ShowWindow UnhookWindowsHookEx "
-     "UnregisterClassW VkKeyScanW "
-     "GetDCEx GetWindow IsWindowVisible RedrawWindow SendMessageW "},
+     " BeginPaint CallNextHookEx CallWindowProcA CallWindowProcW CharLowerBuffW CharUpperBuffW"
+     " CreateAcceleratorTableW CreateDialogIndirectParamW CreateIconIndirect CreateWindowExW"
+     " DefWindowProcA DefWindowProcW DestroyAcceleratorTable DestroyIcon DestroyWindow DrawEdge"
+     " DrawFocusRect DrawFrameControl DrawTextW EnableWindow EndPaint EnumWindows EqualRect FillRect"
+     " GetActiveWindow GetAncestor GetCapture GetClassInfoExW GetClientRect GetDC GetDCEx"
+     " GetDesktopWindow GetDlgCtrlID GetDlgItem GetFocus GetKeyState GetNextDlgTabItem GetSysColor"
+     " GetSysColorBrush GetWindow GetWindowLongW GetWindowRect GetWindowTextLengthW GetWindowTextW"
+     " GetWindowThreadProcessId InflateRect IntersectRect InvalidateRect IsChild IsDialogMessageW"
+     " IsWindow IsWindowEnabled IsWindowUnicode IsWindowVisible KillTimer LoadCursorW MapWindowPoints"
+     " MessageBoxW MonitorFromWindow MoveWindow OffsetRect PtInRect RedrawWindow RegisterClassExW"
+     " ReleaseCapture ReleaseDC SendMessageW SetCapture SetCursor SetFocus SetTimer SetWindowLongW"
+     " SetWindowPos SetWindowRgn SetWindowsHookExA SetWindowsHookExW SetWindowTextW ShowWindow"
+     " UnhookWindowsHookEx UnregisterClassW VkKeyScanW "},
     {"user32.dll", 32, " GetWindowLongA SetWindowLongA "},
     {"user32.dll", 64, " GetWindowLongPtrA GetWindowLongPtrW SetWindowLongPtrA SetWindowLongPtrW "},
 };

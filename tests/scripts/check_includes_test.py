@@ -23,7 +23,8 @@ RIGHT = {
     "src/plumbing/a.h": '#include "platform/win32/sdk.h"\n#include "base/a.h"\n#ifdef _WIN64\n#endif\n',
     "src/base/a.h": "#include <vector>\n",
     "src/activex/control/a.h": '#include "activex/automation/a.h"\n#include "plumbing/a.h"\n#include <commctrl.h>\n#ifdef _WIN64\n#endif\n',
-    "src/activex/server/a.cpp": '#include "activex/control/a.h"\n#include "activex/com/a.h"\n',
+    "src/activex/page/a.h": '#include "activex/automation/a.h"\n#include "control/a.h"\n',
+    "src/activex/server/a.cpp": '#include "activex/control/a.h"\n#include "activex/page/a.h"\n#include "activex/com/a.h"\n',
     "src/activex/type_library/a.cpp": '#include "activex/com/a.h"\n#include "control/a.h"\n',
     "tests/support/a.h": "",
     "tests/activex/a_test.cpp": '#include "platform/win32/sdk.h"\n#include "support/a.h"\n',
@@ -64,6 +65,10 @@ MISTAKES = {
         "src/control/a.cpp": '#include "activex/com/a.h"\n', "src/activex/com/a.h": ""}),
     "the control's object in its automation": (rules.check_directions, "src/activex/automation/a.cpp", {
         "src/activex/automation/a.cpp": '#include "activex/control/a.h"\n', "src/activex/control/a.h": ""}),
+    "the control's object in its page": (rules.check_directions, "src/activex/page/a.cpp", {
+        "src/activex/page/a.cpp": '#include "activex/control/a.h"\n', "src/activex/control/a.h": ""}),
+    "the page in the control's object": (rules.check_directions, "src/activex/control/a.cpp", {
+        "src/activex/control/a.cpp": '#include "activex/page/a.h"\n', "src/activex/page/a.h": ""}),
     "the server in the control's object": (rules.check_directions, "src/activex/control/a.cpp", {
         "src/activex/control/a.cpp": '#include "activex/server/a.h"\n', "src/activex/server/a.h": ""}),
     "automation in the ground of COM": (rules.check_directions, "src/activex/com/a.h", {

@@ -6,6 +6,8 @@
 #include "activex/automation/late_bound.h"
 #include "activex/automation/value_conversion.h"
 #include "activex/com/enumerator.h"
+#include "activex/com/guid.h"
+#include "activex/com/own.h"
 #include "activex/com/text.h"
 
 namespace marklet::activex {
@@ -50,7 +52,17 @@ using ImageEnumerator = Enumerator<IEnumVARIANT, VARIANT, ImageRef, GiveImage>;
 
 class List final : public LateBound<List> {
  public:
+  static constexpr IID kIid = ParseGuid("{6D0A1F52-7C0E-4B7B-9A53-2C1C1F0B7E41}");
+
   explicit List(std::shared_ptr<ImageCollection> list) : list_(std::move(list)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    if (iid != kIid || !object) return LateBound::QueryInterface(iid, object);
+    *object = this;
+    AddRef();
+    return S_OK;
+  }
+  std::shared_ptr<ImageCollection> Images() const { return list_; }
 
   static const Member kMembers[3];
 
@@ -94,6 +106,11 @@ const List::Member List::kMembers[] = {{"Item", DISPID_VALUE, 1, &List::Item},
 ComPtr<IDispatch> ListObject(std::shared_ptr<ImageCollection> list) {
   if (!list) return {};
   return Adopt<IDispatch>(new List(std::move(list)));
+}
+
+std::shared_ptr<ImageCollection> ListBehind(IDispatch* object) {
+  const ComPtr<List> list = AsOwn<List>(object);
+  return list ? list->Images() : nullptr;
 }
 
 ComPtr<IDispatch> ImageObject(ImageRef image) {

@@ -15,6 +15,9 @@ namespace marklet::activex {
 // and an enumerator over the images as they are when it is asked for.
 ComPtr<IDispatch> ListObject(std::shared_ptr<ImageCollection> list);
 
+// The list behind an object that ListObject of this module made; null for any other object.
+std::shared_ptr<ImageCollection> ListBehind(IDispatch* object);
+
 // An image, with its Key as the default member. Null for null.
 ComPtr<IDispatch> ImageObject(ImageRef image);
 

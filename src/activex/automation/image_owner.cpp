@@ -18,6 +18,11 @@ HRESULT WithTypeInfo(Use&& use) {
 
 }  // namespace
 
+ImageRef OwnLabelFace::LoadImageIntoList(std::u16string_view file, std::u16string_view key) {
+  const Entry entry(owner_);
+  return marklet_.LoadImageIntoList(file, key);
+}
+
 HRESULT ImageOwnerFace::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 1;

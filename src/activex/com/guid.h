@@ -38,6 +38,7 @@ inline constexpr GUID kLibraryGuid = ParseGuid(library::kGuid);
 inline constexpr GUID kDispatchGuid = ParseGuid(library::kDispatch.guid);
 inline constexpr GUID kClassGuid = ParseGuid(library::kClass.guid);
 inline constexpr GUID kImageOwnerGuid = ParseGuid(library::kImageOwner.guid);
+inline constexpr GUID kImagePageGuid = ParseGuid(library::kImagePageClass.guid);
 inline constexpr GUID kEventsGuid = ParseGuid(library::kEvents.guid);
 
 }  // namespace marklet::activex

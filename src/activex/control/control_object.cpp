@@ -46,6 +46,8 @@ const ControlObject::InterfaceRow ControlObject::kInterfaces[] = {
     {__uuidof(ICategorizeProperties), Get<&ControlObject::categories_>},
     {kObjectSafetyGuid, Get<&ControlObject::safety_>},
     {kImageOwnerGuid, Get<&ControlObject::image_owner_>},
+    {IOwnLabel::kIid, Get<&ControlObject::own_label_>},
+    {IOwnHiddenList::kIid, Get<&ControlObject::own_hidden_list_>},
 };
 
 // --- Identity ---------------------------------------------------------------------------------------------

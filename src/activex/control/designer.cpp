@@ -87,7 +87,7 @@ HRESULT PropertyPagesFace::GetPages(CAUUID* pages) {
   *pages = {};
   return Call([&] {
     TaskArray<GUID> ids(3);
-    ids[0] = ParseGuid(library::kImagePageClass.guid);
+    ids[0] = kImagePageGuid;
     ids[1] = kFontPage;
     ids[2] = kColourPage;
     ids.GiveTo(*pages);
@@ -115,11 +115,16 @@ HRESULT PropertyBrowsingFace::GetDisplayString(DISPID id, BSTR* text) {
   });
 }
 
-// The one page that properties name edits texts, and this library doesn't hold it.
+// Keys are made on the page for images, and chosen here. The other page that properties name edits texts, and
+// this library doesn't hold it.
 HRESULT PropertyBrowsingFace::MapPropertyToPage(DISPID id, CLSID* page) {
   if (!page) return E_POINTER;
   *page = GUID_NULL;
-  return PropertyOf(id) ? PERPROP_E_NOPAGEAVAILABLE : DISP_E_MEMBERNOTFOUND;
+  const PropertyRow* row = PropertyOf(id);
+  if (!row) return DISP_E_MEMBERNOTFOUND;
+  if (row->name != "ImageKey") return PERPROP_E_NOPAGEAVAILABLE;
+  *page = kImagePageGuid;
+  return S_OK;
 }
 
 HRESULT PropertyBrowsingFace::GetPredefinedStrings(DISPID id, CALPOLESTR* names, CADWORD* cookies) {

@@ -1,10 +1,11 @@
-// The factory of the one creatable class.
+// The factories of the classes that the system creates here: the control, and its page for images.
 #pragma once
 
 #include "activex/com/com.h"
 
 namespace marklet::activex {
 
-HRESULT CreateClassFactory(REFIID iid, void** object);
+// CLASS_E_CLASSNOTAVAILABLE for any other class.
+HRESULT CreateClassFactory(REFCLSID class_id, REFIID iid, void** object);
 
 }  // namespace marklet::activex

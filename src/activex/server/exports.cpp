@@ -1,6 +1,5 @@
 // What the server exports, and its start and end.
 #include "activex/com/boundary.h"
-#include "activex/com/guid.h"
 #include "activex/com/module.h"
 #include "activex/control/window.h"
 #include "activex/server/class_factory.h"
@@ -14,10 +13,7 @@ extern "C" {
 STDAPI DllGetClassObject(REFCLSID class_id, REFIID iid, void** object) {
   if (!object) return E_POINTER;
   *object = nullptr;
-  return Guarded([&]() -> HRESULT {
-    if (class_id != kClassGuid) return CLASS_E_CLASSNOTAVAILABLE;
-    return CreateClassFactory(iid, object);
-  });
+  return Guarded([&] { return CreateClassFactory(class_id, iid, object); });
 }
 
 // A window that was subclassed may outlive the control that did it.

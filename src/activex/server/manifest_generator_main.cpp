@@ -48,6 +48,10 @@ std::string Manifest() {
       Attribute("clsid", library::kClass.guid) + library_id + Attribute("threadingModel", kThreadingModel) +
           Attribute("progid", std::string(library::kName) + "." + std::string(library::kClass.name)) +
           Attribute("description", library::kHelp) + Attribute("miscStatusContent", Traits()));
+  text += Element("    ", "comClass",
+                  Attribute("clsid", library::kImagePageClass.guid) + library_id +
+                      Attribute("threadingModel", kThreadingModel) +
+                      Attribute("description", library::kImagePageClass.name));
   text += Element("    ", "typelib",
                   library_id + Attribute("version", Version()) + Attribute("helpdir", "") +
                       Attribute("flags", "control"));

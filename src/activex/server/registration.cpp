@@ -23,6 +23,7 @@ const std::wstring kSystem = sizeof(void*) == 8 ? L"win64" : L"win32";
 
 struct Names {
   std::wstring class_key = L"CLSID\\" + Wide(library::kClass.guid);
+  std::wstring page_key = L"CLSID\\" + Wide(library::kImagePageClass.guid);
   std::wstring prog_id = Wide(library::kName) + L"." + Wide(library::kClass.name);
   std::wstring library = Wide(library::kGuid);
   std::wstring version =
@@ -68,6 +69,18 @@ void AddClassRows(const Names& names, const std::wstring& module, std::vector<Ro
     rows.push_back({key + L"\\Verb\\" + std::to_wstring(verb.number), L"", VerbText(verb)});
   rows.push_back({names.prog_id, L"", names.prog_id});
   rows.push_back({names.prog_id + L"\\CLSID", L"", Wide(library::kClass.guid)});
+}
+
+// Designers create it by its class, which the control names: it needs no other name.
+void AddPageRows(const Names& names, const std::wstring& module, std::vector<Row>& rows) {
+  const std::wstring& key = names.page_key;
+  rows.insert(rows.end(), {
+                              {key, L"", Wide(library::kName) + L"." + Wide(library::kImagePageClass.name)},
+                              {key + L"\\InprocServer32", L"", module},
+                              {key + L"\\InprocServer32", L"ThreadingModel", Wide(kThreadingModel)},
+                              {key + L"\\TypeLib", L"", names.library},
+                              {key + L"\\Version", L"", names.version},
+                          });
 }
 
 void AddLibraryRows(const Names& names, const std::wstring& module, std::vector<Row>& rows) {
@@ -151,6 +164,7 @@ HRESULT RegisterServer(RegistrationScope scope) {
   const std::wstring module = ModulePath();
   std::vector<Row> rows;
   AddClassRows(names, module, rows);
+  AddPageRows(names, module, rows);
   AddLibraryRows(names, module, rows);
   for (const Row& row : rows) {
     result = WriteRow(root.Get(), row);
@@ -172,6 +186,7 @@ HRESULT UnregisterServer(RegistrationScope scope) {
     if (FAILED(step)) result = step;
   };
   remove(names.class_key);
+  remove(names.page_key);
   for (const RemoteInterface& row : kInterfaces) remove(InterfaceKey(row.identity));
   for (const wchar_t* locale : kLocales) remove(names.version_key + L"\\" + locale + L"\\" + kSystem);
   if (OtherBitnessRemains(root.Get(), names)) return result;
