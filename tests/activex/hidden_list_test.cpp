@@ -3,30 +3,12 @@
 #include <string>
 
 #include "activex/container.h"
+#include "activex/hidden_list.h"
 #include "activex/saving.h"
 
 namespace ocx_test {
 
-// Not local to this file: the compiler would take it that nobody implements it.
-struct Constituents : public IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE InternalAlphaImageList1(IUnknown** list) = 0;
-};
-
 namespace {
-
-constexpr IID kConstituentsId = {
-    0x5E7C93A4, 0x8D1B, 0x4F66, {0xB0, 0xC2, 0x7A, 0x39, 0xD1, 0xE4, 0xF5, 0x08}};
-
-ComPtr<IUnknown> ListOf(IUnknown* control) {
-  ComPtr<Constituents> constituents;
-  EXPECT_EQ(S_OK,
-            control->QueryInterface(kConstituentsId, reinterpret_cast<void**>(constituents.GetAddressOf())));
-  ComPtr<IUnknown> list;
-  if (constituents) {
-    EXPECT_EQ(S_OK, constituents->InternalAlphaImageList1(list.GetAddressOf()));
-  }
-  return list;
-}
 
 // A bag with one image of the given key, which has a byte array that isn't looked at.
 void PutImage(MemoryBag& bag, const wchar_t* key) {
@@ -52,9 +34,9 @@ std::wstring KeyUnder(IUnknown* list, const wchar_t* key) {
 TEST(HiddenList, IsOneObjectOfItsOwnThatHoldsItsControl) {
   Container container;
   container.Host();
-  const ComPtr<IUnknown> list = ListOf(container.Object());
+  const ComPtr<IUnknown> list = HiddenListOf(container.Object());
   ASSERT_TRUE(list);
-  EXPECT_EQ(list.Get(), ListOf(container.Object()).Get());
+  EXPECT_EQ(list.Get(), HiddenListOf(container.Object()).Get());
   EXPECT_NE(list.Get(), As<IUnknown>(container.Object()).Get());
   EXPECT_FALSE(As<IOleObject>(list.Get())) << "no control that could be placed";
   container.Close();
@@ -68,7 +50,7 @@ TEST(HiddenList, LetsItsControlGo) {
   {
     Container container;
     container.Host();
-    const ComPtr<IUnknown> list = ListOf(container.Object());
+    const ComPtr<IUnknown> list = HiddenListOf(container.Object());
     container.Close();
     container.Drop();
     EXPECT_EQ(S_FALSE, server.CanUnloadNow()) << "the list is in use, and its control with it";
@@ -81,14 +63,14 @@ TEST(HiddenList, GoesAndComesAgainWithItsImages) {
   container.Host();
   MemoryBag bag;
   PutImage(bag, L"key");
-  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(ListOf(container.Object()).Get())->Load(&bag, nullptr));
-  EXPECT_EQ(L"key", KeyUnder(ListOf(container.Object()).Get(), L"KEY"));
+  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(HiddenListOf(container.Object()).Get())->Load(&bag, nullptr));
+  EXPECT_EQ(L"key", KeyUnder(HiddenListOf(container.Object()).Get(), L"KEY"));
 }
 
 TEST(HiddenList, SavesItsOwnRowsAndNoOthers) {
   Container container;
   container.Host();
-  const auto persist = As<IPersistPropertyBag>(ListOf(container.Object()).Get());
+  const auto persist = As<IPersistPropertyBag>(HiddenListOf(container.Object()).Get());
   ASSERT_TRUE(persist);
   MemoryBag empty;
   EXPECT_EQ(S_OK, persist->Save(&empty, TRUE, TRUE));
@@ -111,7 +93,7 @@ TEST(HiddenList, IsInNoFormOfItsControl) {
   const Bytes before = SaveToStream(container.Object());
   MemoryBag bag;
   PutImage(bag, L"hidden");
-  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(ListOf(container.Object()).Get())->Load(&bag, nullptr));
+  ASSERT_EQ(S_OK, As<IPersistPropertyBag>(HiddenListOf(container.Object()).Get())->Load(&bag, nullptr));
   EXPECT_EQ(before, SaveToStream(container.Object()));
 }
 
@@ -119,7 +101,7 @@ TEST(HiddenList, HasNoClass) {
   Container container;
   container.Host();
   CLSID class_id = kClassId;
-  EXPECT_EQ(E_NOTIMPL, As<IPersist>(ListOf(container.Object()).Get())->GetClassID(&class_id));
+  EXPECT_EQ(E_NOTIMPL, As<IPersist>(HiddenListOf(container.Object()).Get())->GetClassID(&class_id));
   EXPECT_EQ(CLSID_NULL, class_id);
 }
 
@@ -130,7 +112,7 @@ TEST(HiddenList, RefusesNullPlaces) {
   ASSERT_EQ(S_OK, container.Object()->QueryInterface(kConstituentsId,
                                                      reinterpret_cast<void**>(constituents.GetAddressOf())));
   EXPECT_EQ(E_POINTER, constituents->InternalAlphaImageList1(nullptr));
-  const auto persist = As<IPersistPropertyBag>(ListOf(container.Object()).Get());
+  const auto persist = As<IPersistPropertyBag>(HiddenListOf(container.Object()).Get());
   EXPECT_EQ(E_POINTER, persist->Load(nullptr, nullptr));
   EXPECT_EQ(E_POINTER, persist->Save(nullptr, TRUE, TRUE));
   EXPECT_EQ(E_POINTER, persist->GetClassID(nullptr));

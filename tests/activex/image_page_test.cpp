@@ -3,6 +3,7 @@
 
 #include "activex/bitmap_file.h"
 #include "activex/container.h"
+#include "activex/hidden_list.h"
 #include "activex/image_owner.h"
 #include "activex/page_host.h"
 #include "activex/server_copy.h"
@@ -800,39 +801,17 @@ INSTANTIATE_TEST_SUITE_P(All, ImagePageOfStrangers,
                          ::testing::Values(Stranger::Kind::Nobody, Stranger::Kind::Failing,
                                            Stranger::Kind::Anything));
 
-// The control as something that has no images: only what is hidden in it is left.
-class WithoutImages final : public IUnknown {
- public:
-  explicit WithoutImages(IUnknown* control) : control_(control) {}
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (iid != IID_IUnknown && iid != kImageOwnerId) return control_->QueryInterface(iid, object);
-    *object = iid == IID_IUnknown ? this : nullptr;
-    if (*object) ++references;
-    return *object ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-
-  ULONG references = 1;
-
- private:
-  IUnknown* control_;
-};
-
 class ImagePageOfAHiddenList : public ImagePage {
  protected:
   void SetUp() override {
     ImagePage::SetUp();
-    object_ = std::make_unique<WithoutImages>(container_.Object());
-    host_.Select(object_.get());
+    object_ = HiddenListOf(container_.Object());
+    ASSERT_TRUE(object_);
+    host_.Select(object_.Get());
     Add(L"hidden");
   }
-  void TearDown() override {
-    host_.Close();
-    EXPECT_EQ(1u, object_->references);
-  }
 
-  std::unique_ptr<WithoutImages> object_;
+  ComPtr<IUnknown> object_;
 };
 
 TEST_F(ImagePageOfAHiddenList, AddsToIt) {
@@ -852,7 +831,7 @@ TEST_F(ImagePageOfAHiddenList, DeletesNoSingleImage) {
 
 TEST_F(ImagePageOfAHiddenList, EmptiesItWithEveryApply) {
   EXPECT_EQ(S_OK, host_.Page()->Apply());
-  host_.Select(object_.get());
+  host_.Select(object_.Get());
   EXPECT_FALSE(HasDot(*host_.Strip(), 6));
 }
 

@@ -28,19 +28,10 @@ struct IOwnLabel : public IUnknown {
   static constexpr IID kIid = ParseGuid("{B8E4D5C6-2F4B-4E0C-8C0D-6A1E9F3D2B10}");
   virtual ImageRef LoadImageIntoList(std::u16string_view file, std::u16string_view key) = 0;
 };
-// The list that is hidden in a control, for whoever doesn't find the control to be an owner itself.
+// A hidden list, which is no owner in the sense of ImageOwnerFace, answers to it.
 struct IOwnHiddenList : public IUnknown {
   static constexpr IID kIid = ParseGuid("{3F6C0B0D-51C4-4D7E-A2E5-94B7C8D1E0A2}");
   virtual InternalAlphaImageList& List() = 0;  // stays good as long as the object is held
-};
-
-class OwnHiddenListFace final : public Face<IOwnHiddenList> {
- public:
-  OwnHiddenListFace(FaceOwner& owner, Marklet& marklet) : Face(owner), marklet_(marklet) {}
-  InternalAlphaImageList& List() override { return marklet_.InternalAlphaImageList1(); }
-
- private:
-  Marklet& marklet_;
 };
 
 class OwnLabelFace final : public Face<IOwnLabel> {

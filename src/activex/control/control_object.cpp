@@ -47,7 +47,6 @@ const ControlObject::InterfaceRow ControlObject::kInterfaces[] = {
     {kObjectSafetyGuid, Get<&ControlObject::safety_>},
     {kImageOwnerGuid, Get<&ControlObject::image_owner_>},
     {IOwnLabel::kIid, Get<&ControlObject::own_label_>},
-    {IOwnHiddenList::kIid, Get<&ControlObject::own_hidden_list_>},
 };
 
 // --- Identity ---------------------------------------------------------------------------------------------

@@ -105,7 +105,6 @@ class ControlObject final : public IUnknown,
   DataFace data_{*this, picture_, extent_};
   ImageOwnerFace image_owner_{*this, marklet_};
   OwnLabelFace own_label_{*this, marklet_};
-  OwnHiddenListFace own_hidden_list_{*this, marklet_};
 };
 
 }  // namespace marklet::activex

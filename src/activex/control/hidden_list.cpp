@@ -1,13 +1,16 @@
 #include "activex/control/hidden_list.h"
 
 #include "activex/automation/image_list.h"
+#include "activex/automation/image_owner.h"
 #include "activex/automation/late_bound.h"
 #include "activex/automation/value_conversion.h"
 #include "activex/control/ole_bag.h"
 
 namespace marklet::activex {
 
-class ConstituentsFace::HiddenList final : public LateBound<HiddenList>, public IPersistPropertyBag {
+class ConstituentsFace::HiddenList final : public LateBound<HiddenList>,
+                                           public IPersistPropertyBag,
+                                           public IOwnHiddenList {
  public:
   explicit HiddenList(ConstituentsFace& face) : face_(face) { face_.AddRef(); }
   ~HiddenList() override {
@@ -19,6 +22,8 @@ class ConstituentsFace::HiddenList final : public LateBound<HiddenList>, public 
     if (!object) return E_POINTER;
     if (iid == __uuidof(IPersist) || iid == __uuidof(IPersistPropertyBag)) {
       *object = static_cast<IPersistPropertyBag*>(this);
+    } else if (iid == IOwnHiddenList::kIid) {
+      *object = static_cast<IOwnHiddenList*>(this);
     } else {
       return LateBound::QueryInterface(iid, object);
     }
@@ -28,7 +33,7 @@ class ConstituentsFace::HiddenList final : public LateBound<HiddenList>, public 
   STDMETHODIMP_(ULONG) AddRef() override { return LateBound::AddRef(); }
   STDMETHODIMP_(ULONG) Release() override { return LateBound::Release(); }
 
-  InternalAlphaImageList& List() { return face_.marklet_.InternalAlphaImageList1(); }
+  InternalAlphaImageList& List() override { return face_.marklet_.InternalAlphaImageList1(); }
 
   STDMETHODIMP GetClassID(CLSID* class_id) override {
     if (!class_id) return E_POINTER;
