@@ -65,7 +65,7 @@ std::uint8_t ShownOver(int behind, int on_black, int on_white) {
 // Calls `visit` with each byte of the first surface and those of the others at the same place.
 template <typename Visit>
 void ForEachByte(CDib24& first, const CDib24& second, const CDib24& third, Visit visit) {
-  const std::ptrdiff_t bytes = DibStride(first.Width(), 24) * first.Height();
+  const auto bytes = static_cast<std::ptrdiff_t>(DibStride(first.Width(), 24) * first.Height());
   for (std::ptrdiff_t at = 0; at < bytes; ++at) visit(first.Bits()[at], second.Bits()[at], third.Bits()[at]);
 }
 
