@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/ignore_errors.h"
 #include "base/rounding.h"
 #include "platform/shared/os_tests.h"
 #include "platform/system.h"
@@ -16,8 +17,7 @@ namespace {
 constexpr Long kBaselineDrop = 13;  // pixels from a rectangle's top to the line that characters stand on
 
 // How many units past a prefix that doesn't fit a longer one may still: a character can narrow those before
-// it, by
-// joining, kerning or ligature, but not from afar.
+// it, by joining, kerning or ligature, but not from afar.
 constexpr std::size_t kNarrowingReach = 64;
 
 class AlignedContext {
@@ -126,7 +126,8 @@ void CUnicodeTextRender::DrawShaped(const Run& run) {
   busy_ = true;
   RECT place = run.rect;
   place.top = WrapAdd(place.top, kBaselineDrop);
-  DrawScriptString(run.dc, 0, place, run.text, 0, 0, {.right = (run.format & DT_RIGHT) != 0});
+  IgnoreErrors(
+      [&] { DrawScriptString(run.dc, 0, place, run.text, 0, 0, {.right = (run.format & DT_RIGHT) != 0}); });
   busy_ = false;
 }
 

@@ -68,6 +68,24 @@ TEST_F(NumberedRoutes, ThreeIsShapingBetweenTwoAlignments) {
   EXPECT_TRUE(recorder_.Lines("DrawTextW").empty());
 }
 
+TEST_F(NumberedRoutes, ThreeDropsByThirteenAndTakesNothingButTheRightAlignment) {
+  Drawn(3);
+  EXPECT_EQ(recorder_.Lines("ScriptStringOut").at(0),
+            "ScriptStringOut(analysis(\"Total<Uniscribe>\"),5,19,0x0,[5,19,200,30],0,0,0)");
+  Drawn(3, DT_RIGHT | DT_CENTER, true);
+  EXPECT_EQ(recorder_.Lines("ScriptStringOut").at(0),
+            "ScriptStringOut(analysis(\"Total<Uniscribe>\"),200,19,0x0,[5,19,200,30],0,0,0)");
+  EXPECT_EQ(rect_, (RECT{5, 6, 200, 30})) << "the drop is a copy's";
+}
+
+TEST_F(NumberedRoutes, ThreeCanBeTakenAgainAfterAFailure) {
+  recorder_.Fail("ScriptStringAnalyse");
+  Drawn(3);
+  recorder_.Fail("ScriptStringAnalyse", 1000);
+  Drawn(3);
+  EXPECT_FALSE(recorder_.Lines("ScriptStringOut").empty());
+}
+
 TEST_F(NumberedRoutes, FourIsTheUnicodeLayer) {
   EXPECT_EQ(Drawn(4).back(), "DrawTextW(\"Total<UNICOWS>\",[5,6,200,30],0x40020)");
 }
