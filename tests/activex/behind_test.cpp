@@ -296,6 +296,8 @@ TEST_F(Behind, TheCaptionStandsInFrontOfIt) {
   EXPECT_GT(other, 1000);
 }
 
+INT_PTR CALLBACK LeaveAllToTheDialog(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
 // A dialog as the system has it, and the same without the control.
 TEST_F(Behind, OnADialogItLooksAsIfOnlyItsInkWereThere) {
   Server::Get();
@@ -304,9 +306,8 @@ TEST_F(Behind, OnADialogItLooksAsIfOnlyItsInkWereThere) {
     WORD menu, window_class, title;
   } dialog = {};
   dialog.head = {WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 150, 80};
-  parent_ = CreateDialogIndirectParamW(
-      GetModuleHandleW(nullptr), &dialog.head, nullptr,
-      [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+  parent_ =
+      CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &dialog.head, nullptr, LeaveAllToTheDialog, 0);
   ASSERT_TRUE(parent_);
   const HWND box = CreateWindowExW(0, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 5, 5, 150,
                                    100, parent_, nullptr, nullptr, nullptr);
