@@ -61,6 +61,19 @@ TEST(ThunkUnloading, AnotherThreadsTimerKeepsTheModule) {
   EXPECT_FALSE(needed_after);
 }
 
+// Such a thread can't tell any more whose the window was.
+TEST(ThunkUnloading, AThreadThatEndsLeavesWhatWaitsOnAnotherOneForItsTimer) {
+  CSubClassAsm subclasser;
+  Watcher watcher;
+  {
+    TestWindow window;
+    ASSERT_TRUE(SubclassWith(subclasser, window, &watcher));
+  }
+  std::thread([] { EndThunksOfThread(); }).join();
+  PumpFor(150);  // into the thunk that waits
+  EXPECT_FALSE(ThunksNeedModule());
+}
+
 #ifdef _WIN64
 
 TEST(ThunkUnloading, AThreadThatEndsTakesItsThunksAlong) {

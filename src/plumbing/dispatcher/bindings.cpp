@@ -36,6 +36,12 @@ struct LevelHash {
   }
 };
 
+// The window can't be asked for its thread once it has gone.
+struct Bound {
+  Word* block;
+  DWORD thread;
+};
+
 struct Timer {
   DWORD thread;
   Word timer;
@@ -48,7 +54,7 @@ struct TimerHash {
 };
 
 struct Bindings {
-  std::unordered_map<Level, Word*, LevelHash> windows;
+  std::unordered_map<Level, Bound, LevelHash> windows;
   std::unordered_map<Timer, Word*, TimerHash> endings;
   std::array<Word*, kHooks> hooks = {};
   std::array<Word*, kCallbacks> callbacks = {};
@@ -81,7 +87,7 @@ bool AnyOf(const std::array<Word*, count>& slots) {
 Word* BlockOfWindow(::HWND window, std::size_t level) noexcept {
   const SharedLock lock;
   const auto found = bindings.windows.find({window, level});
-  return found == bindings.windows.end() ? nullptr : found->second;
+  return found == bindings.windows.end() ? nullptr : found->second.block;
 }
 
 Word* BlockOfHook(std::size_t slot) noexcept {
@@ -96,13 +102,14 @@ Word* BlockOfCallback(std::size_t slot) noexcept {
 
 std::size_t BindToWindow(::HWND window, Word* block) {
   const Lock lock;
+  const Bound binding = {block, ::GetCurrentThreadId()};
   for (std::size_t level = 0; level < kLevels; ++level)
-    if (bindings.windows.emplace(Level{window, level}, block).second) return level;
+    if (bindings.windows.emplace(Level{window, level}, binding).second) return level;
   // The window has its procedure back from those that wait for their timer.
   for (std::size_t level = 0; level < kLevels; ++level) {
-    Word*& bound = bindings.windows.find({window, level})->second;
-    if (zData(subclass_block::kTimer, bound) == 0) continue;
-    bound = block;
+    Bound& bound = bindings.windows.find({window, level})->second;
+    if (zData(subclass_block::kTimer, bound.block) == 0) continue;
+    bound = binding;
     return level;
   }
   return kLevels;
@@ -116,7 +123,7 @@ void UnbindWindowProcedure(Word* block) {
   const auto window = PointerIn<::HWND>(zData(subclass_block::kWindow, block));
   for (std::size_t level = 0; level < kLevels; ++level) {
     const auto found = bindings.windows.find({window, level});
-    if (found == bindings.windows.end() || found->second != block) continue;
+    if (found == bindings.windows.end() || found->second.block != block) continue;
     bindings.windows.erase(found);
     return;
   }
@@ -149,12 +156,26 @@ std::vector<Word*> EndingsOfThisThread() {
   return blocks;
 }
 
-std::vector<::HWND> BoundWindows() {
+namespace {
+
+template <typename Takes>
+std::vector<::HWND> WindowsWhere(Takes&& takes) {
   const SharedLock lock;
   std::vector<::HWND> windows;
-  for (const auto& [key, block] : bindings.windows)
-    if (std::find(windows.begin(), windows.end(), key.window) == windows.end()) windows.push_back(key.window);
+  for (const auto& [key, bound] : bindings.windows)
+    if (takes(bound) && std::find(windows.begin(), windows.end(), key.window) == windows.end())
+      windows.push_back(key.window);
   return windows;
+}
+
+}  // namespace
+
+std::vector<::HWND> BoundWindows() {
+  return WindowsWhere([](const Bound&) { return true; });
+}
+
+std::vector<::HWND> BoundWindowsOfThisThread() {
+  return WindowsWhere([](const Bound& bound) { return bound.thread == ::GetCurrentThreadId(); });
 }
 
 bool AnythingIsBound() {

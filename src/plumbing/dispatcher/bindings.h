@@ -34,6 +34,7 @@ Word* FindEnding(Word timer) noexcept;
 // For the end of a thread or of everything.
 std::vector<Word*> EndingsOfThisThread();
 std::vector<::HWND> BoundWindows();
+std::vector<::HWND> BoundWindowsOfThisThread();
 bool AnythingIsBound();
 
 }  // namespace marklet::plumbing

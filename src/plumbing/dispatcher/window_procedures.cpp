@@ -58,11 +58,6 @@ void ReleaseEndings() {
   for (Word* const block : EndingsOfThisThread()) ReleaseSubclass(block);
 }
 
-bool IsOfOtherThread(::HWND window) {
-  const DWORD thread = ::GetWindowThreadProcessId(window, nullptr);
-  return thread != 0 && thread != ::GetCurrentThreadId();
-}
-
 }  // namespace
 
 Word BindWindowProcedure(Word* block) {
@@ -79,8 +74,7 @@ bool ThunksNeedModule() {
 void EndThunksOfThread() {
   IgnoreErrors(ReleaseEndings);
   IgnoreErrors([] {
-    for (const ::HWND window : BoundWindows())
-      if (!IsOfOtherThread(window)) EndThunksOf(window);
+    for (const ::HWND window : BoundWindowsOfThisThread()) EndThunksOf(window);
   });
 }
 
