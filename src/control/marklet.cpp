@@ -58,22 +58,4 @@ void Marklet::UpdateAccessKeys(std::u16string_view text) {
 // The caption was set while UseMnemonic still had its former value.
 void Marklet::MatchAccessKeys() { UpdateAccessKeys(state_.UseMnemonic ? state_.Caption : std::u16string()); }
 
-// --- Events that the host passes on -----------------------------------------------------------------------
-
-void Marklet::Click() {
-  IgnoreErrors([this] { events_.Click(); });
-}
-void Marklet::DblClick() {
-  IgnoreErrors([this] { events_.DblClick(); });
-}
-void Marklet::MouseDown(std::int16_t button, std::int16_t shift, float x, float y) {
-  IgnoreErrors([&] { events_.MouseDown(button, shift, x, y); });
-}
-void Marklet::MouseUp(std::int16_t button, std::int16_t shift, float x, float y) {
-  IgnoreErrors([&] { events_.MouseUp(button, shift, x, y); });
-}
-void Marklet::MouseMove(std::int16_t button, std::int16_t shift, float x, float y) {
-  IgnoreErrors([&] { events_.MouseMove(button, shift, x, y); });
-}
-
 }  // namespace marklet

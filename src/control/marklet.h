@@ -34,6 +34,7 @@ struct MarkletState {
   Long ImageSize = 0;
   Long ImagePixels = 0;  // edge length for ImageSize
   std::u16string ImageKey, ImageKeyhover;
+  HostTooltipRef Tooltip;  // from the pointer's first entry on, when there is a text for it
   Long ImageAlignment = 0;
   bool UsesSystemColors = false;  // some colour names a system colour
   std::array<COLORREF, 6> SystemColorCache{};
@@ -52,6 +53,8 @@ struct MarkletState {
   bool WordWrap = false;
   OLE_COLOR EffectColor = 0;
   bool AutoSize = false;
+  Long XButtonDown =
+      0;  // what the last press of an extended button told, for the release, which doesn't tell
   // The finished picture; null when it must be built again. Shared with the paint that builds it, since a
   // setter called from inside that paint drops it.
   std::shared_ptr<CDib24> BackBuffer;
@@ -116,7 +119,29 @@ class Marklet : public ISupportsAlphaImage {
   void DblClick();
   void MouseDown(std::int16_t button, std::int16_t shift, float x, float y);
   void MouseUp(std::int16_t button, std::int16_t shift, float x, float y);
+  // The first one after the pointer has come in shows the hover picture and the tip, and raises MouseEnter
+  // before MouseMove.
   void MouseMove(std::int16_t button, std::int16_t shift, float x, float y);
+  void OLECompleteDrag(Long& effect);
+  void OLEDragDrop(const HostObjectRef& data, Long& effect, PointerArguments pointer);
+  void OLEDragOver(const HostObjectRef& data, Long& effect, PointerArguments pointer, std::int16_t state);
+  void OLEGiveFeedback(Long& effect, bool& default_cursors);
+  void OLESetData(const HostObjectRef& data, std::int16_t format);
+  void OLEStartDrag(const HostObjectRef& data, Long& allowed_effects);
+
+  // For those who see the window's messages.
+  void EndHover();    // the pointer has left: the plain picture is shown
+  void MouseLeave();  // raises it
+  // Extended buttons: `buttons` and `shift` as the messages hold them.
+  void ExtendedMouseDown(Long buttons, Long shift, float x, float y);
+  void ExtendedMouseUp(Long buttons, Long shift, float x, float y);
+  // From twips to the control's own scale, which is pixels.
+  float ScaleXValue(double twips);
+  // The caption, without a NUL and whatever room there is, to an address that may be null. The answer is its
+  // length with a NUL where `room` is more than its length without, and `room` otherwise.
+  std::size_t CopyCaption(std::size_t room, char16_t* to) const;
+  // The window goes, and what was known of the pointer over it.
+  void WindowGone();
 
   MarkletState& State() { return state_; }
   const MarkletState& State() const { return state_; }
@@ -139,6 +164,8 @@ class Marklet : public ISupportsAlphaImage {
   bool SaveProperty(PropertyBag& bag, const PropertyRow& row);
   void MatchAccessKeys();
   void FitToCaption();
+  void BeginHover();
+  void ShowTooltip();
 
   bool CheckSystemColors();
   void BringUpToDate();

@@ -144,10 +144,11 @@ bool Marklet::ReadProperties(PropertyBag& bag) {
   for (const PropertyRow* row : kReadBeforeImages) load(*row);
   if (!ReadImages(bag, state_.Images)) whole = false;
   for (const PropertyRow* row : kReadAfterImages) load(*row);
-  // The first answer is false on any system. A loaded control takes it here, so that its images are
-  // composited by the system's own call from the first paint on, where there is one.
+  // Only systems of the test's own family have the extended buttons, and as its first answer is false on any
+  // system, not even there for the first control of all. That answer is taken here in any case, so that
+  // images are composited by the system's own call from the first paint on.
   IgnoreErrors([&] {
-    if (host_.AmbientProperties().UserMode()) IsWindows2000Family();
+    if (host_.AmbientProperties().UserMode()) host_.StartSubclass(IsWindows2000Family());
   });
   for (const PropertyRow* row : kReadLast) load(*row);
   MatchAccessKeys();

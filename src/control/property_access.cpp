@@ -44,7 +44,13 @@ void StoreCaption(Marklet& control, const Value& value) {
 }
 
 void StoreToolTip(Marklet& control, const Value& value) {
-  control.State().UniToolTipText = DecodeUtf8IfEncoded(std::get<std::u16string>(value));
+  MarkletState& state = control.State();
+  state.UniToolTipText = DecodeUtf8IfEncoded(std::get<std::u16string>(value));
+  if (!state.Tooltip) return;  // the next entry of the pointer makes one
+  if (state.UniToolTipText.empty())
+    state.Tooltip.reset();
+  else
+    state.Tooltip->SetToolText(state.UniToolTipText);
 }
 
 // --- Font -------------------------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "host/named_members.h"
+#include "host/tooltip.h"
 #include "platform/shared/std_font.h"
 #include "platform/system_colours.h"
 #include "platform/types.h"
@@ -64,6 +65,15 @@ class UserControl {
   virtual void PutMousePointer(Long pointer) = 0;
   virtual std::u16string AccessKeys() = 0;
   virtual void PutAccessKeys(std::u16string keys) = 0;
+
+  // Says once that the pointer has left the window: calls back into the control when it does. A host without
+  // a pointer does nothing, here and in the next two.
+  virtual void TrackMouseEvent() {}
+  // A new tip over the control's window, without a text; null when none can be had.
+  virtual HostTooltipRef CreateTooltip() { return nullptr; }
+  // From now on, and as long as there is a window, the control is told of messages that its window doesn't
+  // answer itself, those of the extended mouse buttons only where that is asked for.
+  virtual void StartSubclass(bool /*extended_buttons*/) {}
 
   virtual HWND ContainerHwnd() = 0;
   virtual NamedMembersRef Parent() = 0;  // null when the host shows none

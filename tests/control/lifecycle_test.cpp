@@ -209,6 +209,9 @@ struct NoHost final : UserControl, MarkletEvents, Ambient {
   void PutMousePointer(Long) override { No(); }
   std::u16string AccessKeys() override { No(); }
   void PutAccessKeys(std::u16string) override { No(); }
+  void TrackMouseEvent() override { No(); }
+  HostTooltipRef CreateTooltip() override { No(); }
+  void StartSubclass(bool) override { No(); }
   HWND ContainerHwnd() override { No(); }
   NamedMembersRef Parent() override { No(); }
   NamedMembersRef Extender() override { No(); }
@@ -220,6 +223,14 @@ struct NoHost final : UserControl, MarkletEvents, Ambient {
   void MouseDown(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
   void MouseUp(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
   void MouseMove(std::int16_t&, std::int16_t&, float&, float&) override { No(); }
+  void MouseEnter() override { No(); }
+  void MouseLeave() override { No(); }
+  void OLECompleteDrag(Long&) override { No(); }
+  void OLEDragDrop(const HostObjectRef&, Long&, PointerArguments&) override { No(); }
+  void OLEDragOver(const HostObjectRef&, Long&, PointerArguments&, std::int16_t&) override { No(); }
+  void OLEGiveFeedback(Long&, bool&) override { No(); }
+  void OLESetData(const HostObjectRef&, std::int16_t&) override { No(); }
+  void OLEStartDrag(const HostObjectRef&, Long&) override { No(); }
 };
 
 Value AValueFor(ValueType type) {
@@ -261,6 +272,20 @@ TEST(FailingHost, WhereNothingWorksNoErrorGetsOutAndFieldsAreStillStored) {
   control.MouseDown(1, 0, 1, 1);
   control.MouseUp(1, 0, 1, 1);
   control.MouseMove(1, 0, 1, 1);
+  EXPECT_TRUE(control.State().Hover) << "after steps that failed";
+  control.EndHover();
+  control.MouseLeave();
+  control.ExtendedMouseDown(32, 0, 1, 1);
+  control.ExtendedMouseUp(32, 0, 1, 1);
+  Long effect = 7;
+  bool default_cursors = true;
+  control.OLEStartDrag(nullptr, effect);
+  control.OLEDragOver(nullptr, effect, {}, 0);
+  control.OLEGiveFeedback(effect, default_cursors);
+  control.OLESetData(nullptr, 1);
+  control.OLEDragDrop(nullptr, effect, {});
+  control.OLECompleteDrag(effect);
+  EXPECT_EQ(effect, 7);
 }
 
 TEST(FailingHost, NowhereToPaintIsNoError) {

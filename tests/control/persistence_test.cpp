@@ -315,17 +315,19 @@ TEST(Persistence, ChangeIsRaisedOnceBeforeTheImagesAreThere) {
 
 // The setters on the way paint what is there so far, and announce themselves as ever.
 TEST(Persistence, SettersOnTheWayPaintAndTheFinishedControlIsPaintedLast) {
+  const testing::FixedSystem system;
   HostedControl hosted;
   MemoryBag bag;
   hosted.control.ReadProperties(bag);
-  EXPECT_EQ(hosted.host.log, (std::vector<std::string>{"hDC", "PropertyChanged(Caption)", "Change",  //
-                                                       "Font",                             // no setter
-                                                       "PropertyChanged(UniTooltipText)",  // and no paint
-                                                       "Enabled(1)", "hDC", "PropertyChanged(Enabled)",  //
-                                                       "hDC", "PropertyChanged(ImageSize)",              //
-                                                       "hDC", "PropertyChanged(ImageAlignment)",         //
-                                                       "hDC", "PropertyChanged(AutoSize)",               //
-                                                       "AccessKeys()", "hDC"}));
+  EXPECT_EQ(hosted.host.log,
+            (std::vector<std::string>{"hDC", "PropertyChanged(Caption)", "Change",      //
+                                      "Font",                                           // no setter
+                                      "PropertyChanged(UniTooltipText)",                // and no paint
+                                      "Enabled(1)", "hDC", "PropertyChanged(Enabled)",  //
+                                      "hDC", "PropertyChanged(ImageSize)",              //
+                                      "hDC", "PropertyChanged(ImageAlignment)", "StartSubclass(0)",  //
+                                      "hDC", "PropertyChanged(AutoSize)",                            //
+                                      "AccessKeys()", "hDC"}));
 }
 
 TEST(Persistence, TheFirstPaintOfPlainColoursStillLooksAtTheSystemColours) {

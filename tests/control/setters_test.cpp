@@ -534,6 +534,7 @@ TEST(Font, SizeReadsAsAWholeNumberHalvesToEven) {
 
 TEST(Events, ArePassedOnWithTheirArguments) {
   HostedControl hosted;
+  hosted.State().Hover = true;  // so that a move is only a move
   hosted.control.Click();
   hosted.control.DblClick();
   hosted.control.MouseDown(1, 2, 3.5f, 4);

@@ -144,6 +144,61 @@ void FakeHost::MouseMove(std::int16_t& button, std::int16_t& shift, float& x, fl
   log.push_back(Mouse("MouseMove", button, shift, x, y));
 }
 
+namespace {
+
+class FakeTooltip final : public HostTooltip {
+ public:
+  explicit FakeTooltip(FakeHost::Log& log) : log_(log) {}
+  ~FakeTooltip() override { log_.push_back("TooltipGone"); }
+  void SetToolText(std::u16string_view text) override { log_.push_back("ToolText(" + Narrow(text) + ")"); }
+
+ private:
+  FakeHost::Log& log_;
+};
+
+std::string Drag(const char* name, Long effect, const PointerArguments& pointer) {
+  return Print("%s(%d,%d,%d,%g,%g", name, effect, pointer.button, pointer.shift, double(pointer.x),
+               double(pointer.y));
+}
+
+}  // namespace
+
+HostTooltipRef FakeHost::CreateTooltip() {
+  log.push_back("CreateTooltip");
+  return has_tooltips ? std::make_shared<FakeTooltip>(log) : nullptr;
+}
+
+void FakeHost::StartSubclass(bool extended_buttons) {
+  log.push_back(Print("StartSubclass(%d)", extended_buttons));
+}
+
+void FakeHost::MouseEnter() {
+  log.push_back("MouseEnter");
+  if (on_mouse_enter) on_mouse_enter();
+}
+
+void FakeHost::OLECompleteDrag(Long& effect) { log.push_back(Print("OLECompleteDrag(%d)", effect)); }
+void FakeHost::OLEDragDrop(const HostObjectRef&, Long& effect, PointerArguments& pointer) {
+  log.push_back(Drag("OLEDragDrop", effect, pointer) + ")");
+  effect = effect_left.value_or(effect);
+}
+void FakeHost::OLEDragOver(const HostObjectRef&, Long& effect, PointerArguments& pointer,
+                           std::int16_t& state) {
+  log.push_back(Drag("OLEDragOver", effect, pointer) + Print(",%d)", state));
+  effect = effect_left.value_or(effect);
+}
+void FakeHost::OLEGiveFeedback(Long& effect, bool& default_cursors) {
+  log.push_back(Print("OLEGiveFeedback(%d,%d)", effect, default_cursors));
+  default_cursors = false;
+}
+void FakeHost::OLESetData(const HostObjectRef&, std::int16_t& format) {
+  log.push_back(Print("OLESetData(%d)", format));
+}
+void FakeHost::OLEStartDrag(const HostObjectRef&, Long& allowed_effects) {
+  log.push_back(Print("OLEStartDrag(%d)", allowed_effects));
+  allowed_effects = effect_left.value_or(allowed_effects);
+}
+
 void HostedControl::Init() {
   control.InitProperties();
   host.TakeLog();

@@ -33,7 +33,9 @@ struct FakeAmbient final : Ambient {
 //   "PropertyChanged(Name)"  with nothing between the brackets for no name
 //   "AccessKeys(K)" "Enabled(0)" "BackColor(8000000F)" "Font" "MouseIcon" "MousePointer(2)"
 //   "Width(1500)" "Height(450)"
+//   "TrackMouseEvent" "CreateTooltip" "ToolText(text)" "TooltipGone" "StartSubclass(1)"
 //   "Change" "Click" "DblClick" "MouseDown(1,2,3,4)" "MouseUp(1,2,3,4)" "MouseMove(1,2,3,4)"
+//   "MouseEnter" "MouseLeave" "OLEDragOver(7,1,2,3,4,0)" and the other events of dragging, without their data
 class FakeHost final : public UserControl, public MarkletEvents {
  public:
   using Log = std::vector<std::string>;
@@ -46,6 +48,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
   HWND window = nullptr;
   NamedMembersRef parent, extender;
   HWND container = nullptr;
+  bool has_tooltips = true;
   bool has_surface = true;  // whether there is a context to paint on
 
   bool enabled = true;
@@ -57,10 +60,12 @@ class FakeHost final : public UserControl, public MarkletEvents {
 
   // Called from inside the notifications; `on_enabled_asked` from inside the building of a picture.
   std::function<void(std::string_view)> on_property_changed;
-  std::function<void()> on_change, on_resize, on_enabled_asked;
+  std::function<void()> on_change, on_resize, on_enabled_asked, on_mouse_enter;
   // Draws what lies behind; false when that isn't known for good. Without it there is nothing.
   std::function<bool(HDC)> paint_behind;
   int asked_behind = 0;
+  // What the handlers of the drag events leave as effect.
+  std::optional<Long> effect_left;
 
   // Where paints without a context of their own arrive, at the present size.
   CDib24& Surface();
@@ -93,6 +98,9 @@ class FakeHost final : public UserControl, public MarkletEvents {
   void PutMousePointer(Long pointer) override;
   std::u16string AccessKeys() override { return access_keys; }
   void PutAccessKeys(std::u16string keys) override;
+  void TrackMouseEvent() override { log.push_back("TrackMouseEvent"); }
+  HostTooltipRef CreateTooltip() override;
+  void StartSubclass(bool extended_buttons) override;
   HWND ContainerHwnd() override { return container; }
   NamedMembersRef Parent() override { return parent; }
   NamedMembersRef Extender() override { return extender; }
@@ -105,6 +113,15 @@ class FakeHost final : public UserControl, public MarkletEvents {
   void MouseDown(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
   void MouseUp(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
   void MouseMove(std::int16_t& button, std::int16_t& shift, float& x, float& y) override;
+  void MouseEnter() override;
+  void MouseLeave() override { log.push_back("MouseLeave"); }
+  void OLECompleteDrag(Long& effect) override;
+  void OLEDragDrop(const HostObjectRef& data, Long& effect, PointerArguments& pointer) override;
+  void OLEDragOver(const HostObjectRef& data, Long& effect, PointerArguments& pointer,
+                   std::int16_t& state) override;
+  void OLEGiveFeedback(Long& effect, bool& default_cursors) override;
+  void OLESetData(const HostObjectRef& data, std::int16_t& format) override;
+  void OLEStartDrag(const HostObjectRef& data, Long& allowed_effects) override;
 
  private:
   std::unique_ptr<CDib24> surface_;
