@@ -367,14 +367,22 @@ class Sink::SinkObject final : public Counted<IDispatch, IPropertyNotifySink> {
 
  private:
   static std::string Describe(DISPID id, const DISPPARAMS& parameters) {
-    static const char* const kNames[] = {"?",         "Change",  "Click",    "DblClick",
-                                         "MouseDown", "MouseUp", "MouseMove"};
-    std::string text = id > 0 && id <= 6 ? kNames[id] : "Event " + std::to_string(id);
+    static const char* const kNames[] = {
+        "?",           "Change",      "Click",           "DblClick",   "MouseDown",
+        "MouseUp",     "MouseMove",   "MouseEnter",      "MouseLeave", "OLECompleteDrag",
+        "OLEDragDrop", "OLEDragOver", "OLEGiveFeedback", "OLESetData", "OLEStartDrag"};
+    std::string text = id > 0 && id <= 14 ? kNames[id] : "Event " + std::to_string(id);
     for (UINT i = 0; i < parameters.cArgs; ++i) {
       const VARIANTARG& argument = parameters.rgvarg[parameters.cArgs - 1 - i];
       text += i == 0 ? "(" : ",";
       if (argument.vt == (VT_I2 | VT_BYREF))
         text += std::to_string(*argument.piVal);
+      else if (argument.vt == (VT_I4 | VT_BYREF))
+        text += std::to_string(*argument.plVal);
+      else if (argument.vt == (VT_BOOL | VT_BYREF))
+        text += *argument.pboolVal ? "True" : "False";
+      else if (argument.vt == (VT_DISPATCH | VT_BYREF))
+        text += *argument.ppdispVal ? "Data" : "Nothing";
       else if (argument.vt == (VT_R4 | VT_BYREF))
         text += std::to_string(static_cast<long>(*argument.pfltVal));
       else

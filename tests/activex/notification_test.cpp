@@ -224,6 +224,7 @@ class Mouse : public Notification {
     window_ = container_.ControlWindow();
     ASSERT_TRUE(window_);
     PumpMessages();
+    SendMessageW(window_, WM_MOUSEMOVE, 0, 0);  // it has come in, so that the next move is only a move
     ASSERT_EQ(S_OK, events_.ConnectEvents(object_.Get()));
   }
   void TearDown() override { events_.Disconnect(); }

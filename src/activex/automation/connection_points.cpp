@@ -62,6 +62,7 @@ HRESULT ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
       return CONNECT_E_CANNOTCONNECT;
     sinks_.push_back({++last_cookie_, std::move(object)});
     *cookie = last_cookie_;
+    if (on_change) on_change();
     return S_OK;
   });
 }
@@ -74,6 +75,7 @@ HRESULT ConnectionPoint::Unadvise(DWORD cookie) {
     const Sink removed =
         std::move(*found);  // its release, which may call back, comes after the list is in order
     sinks_.erase(found);
+    if (on_change) on_change();
     return S_OK;
   });
 }

@@ -1,6 +1,7 @@
 // The control's connection points: its events and its property notifications.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "activex/com/face.h"
@@ -23,6 +24,7 @@ class ConnectionPoint final : public Face<IConnectionPoint> {
   const IID& Interface() const { return iid_; }
   bool HasSinks() const { return !sinks_.empty(); }
   void Clear() { sinks_.clear(); }
+  std::function<void()> on_change;  // sinks have come or gone
 
   // Calls `each` for every sink that was there at the start and is still there at its turn: sinks may come
   // and go inside a call.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "activex/automation/connection_points.h"
+#include "activex/automation/drag_data.h"
 #include "control/properties.h"
 
 namespace marklet::activex {
@@ -29,7 +30,32 @@ VARIANTARG ByReference(float& value) {
   return argument;
 }
 
+VARIANTARG ByReference(Long& value) {
+  static_assert(sizeof(Long) == sizeof(LONG));
+  VARIANTARG argument;
+  argument.vt = VT_I4 | VT_BYREF;
+  argument.plVal = reinterpret_cast<LONG*>(&value);
+  return argument;
+}
+
+VARIANTARG BooleanByReference(VARIANT_BOOL& value) {
+  VARIANTARG argument;
+  argument.vt = VT_BOOL | VT_BYREF;
+  argument.pboolVal = &value;
+  return argument;
+}
+
+// A handler may put another object there, or none, which nobody looks at.
+VARIANTARG ByReference(ComPtr<IDispatch>& object) {
+  VARIANTARG argument;
+  argument.vt = VT_DISPATCH | VT_BYREF;
+  argument.ppdispVal = object.GetAddressOf();
+  return argument;
+}
+
 }  // namespace
+
+bool EventSource::HasListeners() const { return sinks_.HasSinks(); }
 
 void EventSource::Freeze(bool freeze) {
   if (freeze)
@@ -65,6 +91,51 @@ void EventSource::MouseUp(std::int16_t& button, std::int16_t& shift, float& x, f
 }
 void EventSource::MouseMove(std::int16_t& button, std::int16_t& shift, float& x, float& y) {
   RaiseMouse("MouseMove", button, shift, x, y);
+}
+
+void EventSource::MouseEnter() { Raise("MouseEnter"); }
+void EventSource::MouseLeave() { Raise("MouseLeave"); }
+
+// --- Drag and drop ----------------------------------------------------------------------------------------
+
+void EventSource::OLECompleteDrag(Long& effect) {
+  VARIANTARG arguments[] = {ByReference(effect)};
+  Raise("OLECompleteDrag", arguments);
+}
+
+void EventSource::OLEDragDrop(const HostObjectRef& data, Long& effect, PointerArguments& pointer) {
+  ComPtr<IDispatch> object = UnwrapDragData(data);
+  VARIANTARG arguments[] = {ByReference(pointer.y),      ByReference(pointer.x), ByReference(pointer.shift),
+                            ByReference(pointer.button), ByReference(effect),    ByReference(object)};
+  Raise("OLEDragDrop", arguments);
+}
+
+void EventSource::OLEDragOver(const HostObjectRef& data, Long& effect, PointerArguments& pointer,
+                              std::int16_t& state) {
+  ComPtr<IDispatch> object = UnwrapDragData(data);
+  VARIANTARG arguments[] = {ByReference(state),         ByReference(pointer.y),      ByReference(pointer.x),
+                            ByReference(pointer.shift), ByReference(pointer.button), ByReference(effect),
+                            ByReference(object)};
+  Raise("OLEDragOver", arguments);
+}
+
+void EventSource::OLEGiveFeedback(Long& effect, bool& default_cursors) {
+  VARIANT_BOOL cursors = default_cursors ? VARIANT_TRUE : VARIANT_FALSE;
+  VARIANTARG arguments[] = {BooleanByReference(cursors), ByReference(effect)};
+  Raise("OLEGiveFeedback", arguments);
+  default_cursors = cursors != VARIANT_FALSE;
+}
+
+void EventSource::OLESetData(const HostObjectRef& data, std::int16_t& format) {
+  ComPtr<IDispatch> object = UnwrapDragData(data);
+  VARIANTARG arguments[] = {ByReference(format), ByReference(object)};
+  Raise("OLESetData", arguments);
+}
+
+void EventSource::OLEStartDrag(const HostObjectRef& data, Long& allowed_effects) {
+  ComPtr<IDispatch> object = UnwrapDragData(data);
+  VARIANTARG arguments[] = {ByReference(allowed_effects), ByReference(object)};
+  Raise("OLEStartDrag", arguments);
 }
 
 }  // namespace marklet::activex

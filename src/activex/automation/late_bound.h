@@ -13,7 +13,8 @@
 namespace marklet::activex {
 
 // `Object` derives from LateBound<Object> and has a table `kMembers` of Member. A member takes its number of
-// arguments, none of them named, and leaves its answer in an empty variant.
+// arguments, and so many more that may be left out, none of them named, and leaves its answer in an empty
+// variant.
 template <typename Object>
 class LateBound : public ComObject<IDispatch> {
  public:
@@ -22,6 +23,7 @@ class LateBound : public ComObject<IDispatch> {
     DISPID id;
     UINT arguments;
     HRESULT (Object::*answer)(const DISPPARAMS& parameters, VARIANT& result);
+    UINT optional = 0;
   };
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override {
@@ -59,7 +61,8 @@ class LateBound : public ComObject<IDispatch> {
     if (member == std::end(Object::kMembers)) return DISP_E_MEMBERNOTFOUND;
     if ((flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) return DISP_E_MEMBERNOTFOUND;
     if (parameters.cNamedArgs != 0) return DISP_E_NONAMEDARGS;
-    if (parameters.cArgs != member->arguments) return DISP_E_BADPARAMCOUNT;
+    if (parameters.cArgs < member->arguments || parameters.cArgs > member->arguments + member->optional)
+      return DISP_E_BADPARAMCOUNT;
     Variant answer;
     const HRESULT outcome = (static_cast<Object*>(this)->*member->answer)(parameters, answer);
     if (SUCCEEDED(outcome) && result) {

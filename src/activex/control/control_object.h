@@ -16,6 +16,8 @@
 #include "activex/com/module.h"
 #include "activex/control/data_object.h"
 #include "activex/control/designer.h"
+#include "activex/control/drag_source.h"
+#include "activex/control/drop_target.h"
 #include "activex/control/extent.h"
 #include "activex/control/hidden_list.h"
 #include "activex/control/in_place.h"
@@ -26,6 +28,7 @@
 #include "activex/control/quick_activate.h"
 #include "activex/control/safety.h"
 #include "activex/control/site.h"
+#include "activex/control/subclass.h"
 #include "activex/control/user_control.h"
 #include "activex/control/view.h"
 #include "activex/control/window.h"
@@ -57,7 +60,9 @@ class ControlObject final : public IUnknown,
   template <auto Member>
   static IUnknown* Get(ControlObject& control);
 
-  explicit ControlObject(IUnknown* outer) : FaceOwner(outer ? *outer : *this) {}
+  explicit ControlObject(IUnknown* outer) : FaceOwner(outer ? *outer : *this) {
+    connections_.Events().on_change = [this] { host_.ListenersChanged(); };
+  }
   ~ControlObject() = default;
   void Shutdown();
 
@@ -77,7 +82,11 @@ class ControlObject final : public IUnknown,
   HostFont host_font_{*this};
   ConnectionPointContainer connections_{*this};
   EventSource events_{connections_.Events()};
-  OleUserControl host_{*this, site_, extent_, host_font_, window_, in_place_, marklet_};
+  OleUserControl host_{*this,     site_,     extent_,      host_font_, window_,
+                       in_place_, subclass_, drop_target_, marklet_};
+  WindowSubclass subclass_{*this, marklet_, host_, host_};
+  DropTarget drop_target_{*this, marklet_, events_, host_};
+  DragSource drag_source_{*this, marklet_, events_, window_, host_};
   ControlWindow window_{*this, marklet_, host_, host_, host_};
   InPlace in_place_{site_, extent_, window_, active_object_, host_};
   ControlPicture picture_{host_, marklet_};
@@ -87,7 +96,7 @@ class ControlObject final : public IUnknown,
 
   // The other interfaces.
   DispatchFace dispatch_{*this, marklet_, host_font_};
-  OleObjectFace ole_object_{*this, site_, extent_, in_place_, persist_, host_};
+  OleObjectFace ole_object_{*this, site_, extent_, in_place_, drag_source_, persist_, host_};
   OleControlFace ole_control_{*this, host_, events_};
   InPlaceObjectFace in_place_object_{*this, in_place_};
   ActiveObjectFace active_object_{*this, in_place_, site_};

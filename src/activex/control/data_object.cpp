@@ -2,11 +2,10 @@
 
 #include <cstddef>
 #include <cstring>
-#include <new>
 #include <utility>
 #include <vector>
 
-#include "activex/com/enumerator.h"
+#include "activex/com/transfer.h"
 #include "activex/control/extent.h"
 #include "activex/control/picture.h"
 
@@ -23,41 +22,6 @@ const DataFace::Format DataFace::kFormats[] = {
     {CF_ENHMETAFILE, TYMED_ENHMF, &DataFace::MakeEnhancedMetafile},
     {CF_DIB, TYMED_HGLOBAL, &DataFace::MakeBitmap},
 };
-
-namespace {
-
-FORMATETC FormatOf(CLIPFORMAT format, DWORD medium) {
-  return {format, nullptr, DVASPECT_CONTENT, -1, medium};
-}
-
-struct GiveFormat {
-  static FORMATETC Give(const FORMATETC& format) { return format; }
-};
-using FormatEnumerator = Enumerator<IEnumFORMATETC, FORMATETC, FORMATETC, GiveFormat>;
-
-// Memory that goes to the caller, or is freed.
-class GlobalMemory {
- public:
-  explicit GlobalMemory(std::size_t size) : handle_(::GlobalAlloc(GMEM_MOVEABLE, size)) {
-    if (!handle_) throw std::bad_alloc();
-  }
-  ~GlobalMemory() {
-    if (handle_) ::GlobalFree(handle_);
-  }
-  GlobalMemory(const GlobalMemory&) = delete;
-  GlobalMemory& operator=(const GlobalMemory&) = delete;
-  template <typename Fill>
-  void With(Fill&& fill) {
-    fill(::GlobalLock(handle_));
-    ::GlobalUnlock(handle_);
-  }
-  HGLOBAL Take() { return std::exchange(handle_, nullptr); }
-
- private:
-  HGLOBAL handle_;
-};
-
-}  // namespace
 
 // --- Formats ----------------------------------------------------------------------------------------------
 

@@ -9,6 +9,7 @@ namespace marklet::activex {
 class PlaceListener {
  public:
   virtual void Entered() = 0;  // there is a window now, at its place
+  virtual void Leaving() = 0;  // and it is about to go
   virtual void SizeMayHaveChanged() = 0;
   virtual void SizeLoaded(SIZEL himetric) = 0;  // from a saved form
 

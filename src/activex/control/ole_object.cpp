@@ -5,6 +5,7 @@
 #include "activex/com/enumerator.h"
 #include "activex/com/guid.h"
 #include "activex/com/task_memory.h"
+#include "activex/control/drag_source.h"
 #include "activex/control/extent.h"
 #include "activex/control/in_place.h"
 #include "activex/control/persist.h"
@@ -114,6 +115,8 @@ HRESULT OleObjectFace::RunVerb(LONG verb, ::HWND parent) {
     case OLEIVERB_PROPERTIES:
     case kPropertiesVerb:
       return ShowProperties(parent);
+    case kDragVerb:
+      return drag_source_.OLEDrag();
     default:
       break;
   }

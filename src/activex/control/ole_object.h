@@ -5,6 +5,7 @@
 
 namespace marklet::activex {
 
+class DragSource;
 class Extent;
 class InPlace;
 class Persist;
@@ -13,12 +14,13 @@ class Site;
 
 class OleObjectFace final : public Face<IOleObject> {
  public:
-  OleObjectFace(FaceOwner& owner, Site& site, Extent& extent, InPlace& in_place, Persist& persist,
-                PlaceListener& listener)
+  OleObjectFace(FaceOwner& owner, Site& site, Extent& extent, InPlace& in_place, DragSource& drag_source,
+                Persist& persist, PlaceListener& listener)
       : Face(owner),
         site_(site),
         extent_(extent),
         in_place_(in_place),
+        drag_source_(drag_source),
         persist_(persist),
         listener_(listener) {}
 
@@ -57,6 +59,7 @@ class OleObjectFace final : public Face<IOleObject> {
   Site& site_;
   Extent& extent_;
   InPlace& in_place_;
+  DragSource& drag_source_;
   Persist& persist_;
   PlaceListener& listener_;
   ComPtr<IOleAdviseHolder> advises_;

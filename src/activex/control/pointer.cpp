@@ -51,4 +51,9 @@ bool SetPointer(Long number, const HostObjectRef& icon) {
   return true;
 }
 
+std::int16_t ButtonsOf(WPARAM keys) {
+  return static_cast<std::int16_t>(((keys & MK_LBUTTON) != 0 ? 1 : 0) | ((keys & MK_RBUTTON) != 0 ? 2 : 0) |
+                                   ((keys & MK_MBUTTON) != 0 ? 4 : 0));
+}
+
 }  // namespace marklet::activex

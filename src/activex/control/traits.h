@@ -40,6 +40,9 @@ struct Verb {
   DWORD attributes;
 };
 inline constexpr LONG kPropertiesVerb = 1;
+// Begins a drag with what the host gives: for code, so that it stands in no list and on no menu, and far from
+// the numbers that menus count on to.
+inline constexpr LONG kDragVerb = 100;
 inline constexpr Verb kVerbs[] = {
     {kPropertiesVerb, "&Properties...", MF_STRING, OLEVERBATTRIB_ONCONTAINERMENU},
 };

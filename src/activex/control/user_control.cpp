@@ -4,11 +4,14 @@
 #include "activex/automation/font.h"
 #include "activex/control/behind.h"
 #include "activex/control/in_place.h"
+#include "activex/control/tooltip.h"
 #include "base/rounding.h"
 #include "platform/gdi.h"
 #include "platform/system.h"
 #include "platform/text.h"
 #include "platform/win32/resolution.h"
+
+#include <commctrl.h>
 
 namespace marklet::activex {
 namespace {
@@ -40,13 +43,15 @@ class Place final : public NamedMembers {
 
 OleUserControl::OleUserControl(ChangeListener& listener, const Site& site, Extent& extent,
                                HostFont& host_font, ControlWindow& window, InPlace& in_place,
-                               Marklet& marklet)
+                               WindowSubclass& subclass, DropTarget& drop_target, Marklet& marklet)
     : listener_(listener),
       site_(site),
       extent_(extent),
       host_font_(host_font),
       window_(window),
       in_place_(in_place),
+      subclass_(subclass),
+      drop_target_(drop_target),
       marklet_(marklet),
       ambient_(site),
       last_size_(extent.Pixels()),
@@ -88,9 +93,16 @@ void OleUserControl::RequestSize(::SIZE size) {
 
 // The first size a control hears of is that of its window.
 void OleUserControl::Entered() {
+  subclass_.Entered(window_.Handle());
   EnableWindow();
   FollowResolution();
   Resized();
+}
+
+void OleUserControl::Leaving() {
+  drop_target_.Revoke();
+  subclass_.WindowGone();
+  marklet_.WindowGone();
 }
 
 void OleUserControl::SizeMayHaveChanged() {
@@ -139,8 +151,12 @@ void OleUserControl::PutEnabled(bool enabled) {
 
 void OleUserControl::EnableWindow() {
   user_mode_ = ambient_.UserMode();
-  if (window_.Handle()) ::EnableWindow(window_.Handle(), enabled_ || !user_mode_);
+  if (!window_.Handle()) return;
+  ::EnableWindow(window_.Handle(), enabled_ || !user_mode_);
+  drop_target_.Update(window_.Handle(), user_mode_);
 }
+
+void OleUserControl::ListenersChanged() { drop_target_.Update(window_.Handle(), user_mode_); }
 
 void OleUserControl::UserModeMayHaveChanged() {
   const bool before = user_mode_;
@@ -159,6 +175,19 @@ void OleUserControl::MouseMayBeTaken() {
 
 void OleUserControl::FocusChanged(bool got) {
   if (const auto site = site_.Query<IOleControlSite>()) site->OnFocus(got ? TRUE : FALSE);
+}
+
+// --- The pointer ------------------------------------------------------------------------------------------
+
+void OleUserControl::TrackMouseEvent() {
+  TRACKMOUSEEVENT wanted = {sizeof wanted, TME_LEAVE, window_.Handle(), 0};
+  ::_TrackMouseEvent(&wanted);
+}
+
+HostTooltipRef OleUserControl::CreateTooltip() { return std::make_shared<WindowTooltip>(window_.Handle()); }
+
+void OleUserControl::StartSubclass(bool extended_buttons) {
+  subclass_.Loaded(window_.Handle(), extended_buttons);
 }
 
 // There is always a font: Nothing leaves the one that stands.

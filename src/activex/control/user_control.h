@@ -1,8 +1,10 @@
 // What the control asks of its host, answered over OLE.
 #pragma once
 
+#include "activex/control/drop_target.h"
 #include "activex/control/extent.h"
 #include "activex/control/site.h"
+#include "activex/control/subclass.h"
 #include "activex/control/window.h"
 #include "control/marklet.h"
 #include "host/user_control.h"
@@ -26,7 +28,8 @@ class ChangeListener {
 class OleUserControl final : public UserControl, public PlaceListener, public InputListener {
  public:
   OleUserControl(ChangeListener& listener, const Site& site, Extent& extent, HostFont& host_font,
-                 ControlWindow& window, InPlace& in_place, Marklet& marklet);
+                 ControlWindow& window, InPlace& in_place, WindowSubclass& subclass, DropTarget& drop_target,
+                 Marklet& marklet);
 
   Ambient& AmbientProperties() override { return ambient_; }
 
@@ -54,6 +57,10 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   std::u16string AccessKeys() override { return access_keys_; }
   void PutAccessKeys(std::u16string keys) override;
 
+  void TrackMouseEvent() override;
+  HostTooltipRef CreateTooltip() override;
+  void StartSubclass(bool extended_buttons) override;
+
   HWND ContainerHwnd() override;
   NamedMembersRef Parent() override;
   NamedMembersRef Extender() override;
@@ -63,6 +70,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   // The client size in pixels: the window's, or what the container has given to a control without one.
   ::SIZE Size() const;
   void Entered() override;
+  void Leaving() override;
   // Raises Resize when the size, or the resolution, is another than at the last one.
   void SizeMayHaveChanged() override;
   // The container of an active control has the last word on that too.
@@ -71,6 +79,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   void FocusChanged(bool got) override;
   // Draws the control anew when the mode is another one: a designer outlines what would show nothing.
   void UserModeMayHaveChanged();
+  void ListenersChanged();  // to the control's events
   // Ends a press that is no longer the control's.
   void MouseMayBeTaken();
 
@@ -81,7 +90,8 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   void FitFont();
   // Raises Resize.
   void Resized();
-  // Lets the window take the mouse as Enabled says. A designer has the mouse for itself.
+  // Lets the window take the mouse as Enabled says, and what is dropped on it in run mode. A designer has the
+  // mouse for itself.
   void EnableWindow();
 
   ChangeListener& listener_;
@@ -90,6 +100,8 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   HostFont& host_font_;
   ControlWindow& window_;
   InPlace& in_place_;
+  WindowSubclass& subclass_;
+  DropTarget& drop_target_;
   Marklet& marklet_;
   SiteAmbient ambient_;
   ::SIZE last_size_ = {};

@@ -58,12 +58,6 @@ short ButtonOf(UINT message) {
   return 0;
 }
 
-// All buttons that are down, as the mouse messages report them.
-short ButtonsOf(WPARAM keys) {
-  return static_cast<short>(((keys & MK_LBUTTON) != 0 ? 1 : 0) | ((keys & MK_RBUTTON) != 0 ? 2 : 0) |
-                            ((keys & MK_MBUTTON) != 0 ? 4 : 0));
-}
-
 // The messages don't say whether Alt is down.
 short ShiftOf(WPARAM keys) {
   return static_cast<short>(((keys & MK_SHIFT) != 0 ? 1 : 0) | ((keys & MK_CONTROL) != 0 ? 2 : 0) |
@@ -96,6 +90,7 @@ const ControlWindow::Route ControlWindow::kRoutes[] = {
     {WM_SETCURSOR, &ControlWindow::OnSetCursor, true},
     {WM_SETFOCUS, &ControlWindow::OnFocus, false},
     {WM_KILLFOCUS, &ControlWindow::OnFocus, false},
+    {WM_DESTROY, &ControlWindow::OnDestroy, false},
     {WM_NCDESTROY, &ControlWindow::OnLast, false},
 };
 
@@ -323,6 +318,11 @@ LRESULT ControlWindow::OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam) {
 
 LRESULT ControlWindow::OnFocus(UINT message, WPARAM wparam, LPARAM lparam) {
   input_.FocusChanged(message == WM_SETFOCUS);
+  return Default(message, wparam, lparam);
+}
+
+LRESULT ControlWindow::OnDestroy(UINT message, WPARAM wparam, LPARAM lparam) {
+  listener_.Leaving();
   return Default(message, wparam, lparam);
 }
 

@@ -73,6 +73,7 @@ class ControlWindow {
   LRESULT OnCaptureLost(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnSetCursor(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnFocus(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnDestroy(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnLast(UINT message, WPARAM wparam, LPARAM lparam);
 
   FaceOwner& owner_;
