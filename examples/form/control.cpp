@@ -15,6 +15,20 @@ SIZEL Himetric(const RECT& place) {
   return {MulDiv(place.right - place.left, 2540, per_inch), MulDiv(place.bottom - place.top, 2540, per_inch)};
 }
 
+// A form that nothing was saved in: each property takes its default.
+class EmptyBag final : public IPropertyBag {
+ public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    if (!object) return E_POINTER;
+    *object = iid == IID_IUnknown || iid == IID_IPropertyBag ? this : nullptr;
+    return *object ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }  // nobody keeps it
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP Read(LPCOLESTR, VARIANT*, IErrorLog*) override { return E_INVALIDARG; }
+  STDMETHODIMP Write(LPCOLESTR, VARIANT*) override { return S_OK; }
+};
+
 }  // namespace
 
 Control::Control(HWND window, const RECT& place) {
@@ -26,11 +40,13 @@ Control::Control(HWND window, const RECT& place) {
   site_ = new Site(window, place);
   site_->Attach(in_place_.Get());
 
-  // A control that is told its site first knows its ambient properties when it takes its first values.
+  // A control that is told its site first knows its ambient properties when it takes its first values. One
+  // that is loaded, as from a saved form, hears when the pointer leaves; a new one doesn't.
   Check(object_->SetClientSite(static_cast<IOleClientSite*>(site_.Get())));
-  ComPtr<IPersistStreamInit> persist;
+  ComPtr<IPersistPropertyBag> persist;
   Check(object_.As(&persist));
-  Check(persist->InitNew());
+  EmptyBag bag;
+  Check(persist->Load(&bag, nullptr));
 
   SIZEL size = Himetric(place);
   Check(object_->SetExtent(DVASPECT_CONTENT, &size));
@@ -39,10 +55,22 @@ Control::Control(HWND window, const RECT& place) {
 }
 
 Control::~Control() {
+  if (events_) events_->Unadvise(connection_);
   site_->Attach(nullptr);
   in_place_->InPlaceDeactivate();
   object_->Close(OLECLOSE_NOSAVE);
   object_->SetClientSite(nullptr);
+}
+
+void Control::Listen(IDispatch* sink) {
+  ComPtr<IProvideClassInfo2> information;
+  ComPtr<IConnectionPointContainer> points;
+  GUID events;
+  Check(object_.As(&information));
+  Check(object_.As(&points));
+  Check(information->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events));
+  Check(points->FindConnectionPoint(events, &events_));
+  Check(events_->Advise(sink, &connection_));
 }
 
 void Control::Move(const RECT& place) { site_->OnPosRectChange(&place); }

@@ -29,6 +29,9 @@ class Control {
   // Adds an image file to the control's list under a key; false when it doesn't take it.
   bool LoadImage(const wchar_t* file, const wchar_t* key);
 
+  // Connects a sink for the control's events until the control goes.
+  void Listen(IDispatch* sink);
+
   // Moves the control to another place in its window.
   void Move(const RECT& place);
 
@@ -40,6 +43,8 @@ class Control {
   ComPtr<IOleInPlaceObject> in_place_;
   ComPtr<IDispatch> properties_;
   ComPtr<Site> site_;
+  ComPtr<IConnectionPoint> events_;
+  DWORD connection_ = 0;
 };
 
 }  // namespace form

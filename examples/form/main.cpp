@@ -1,7 +1,9 @@
 // A form with Marklet controls: how to place them, in one small program.
 //
 //   form                       shows the form until it is closed
-//   form --picture FILE.png    shows it, writes a picture of what the window shows and ends
+//   form --picture FILE.png    shows it with the pointer on one control, writes a picture of it and ends
+//
+// A pane beside the controls shows each event as it arrives.
 //
 // The control must be registered: regsvr32 zvsMarklet.ocx
 #include <windows.h>
@@ -16,6 +18,7 @@
 
 #include "contents.h"
 #include "control.h"
+#include "event_log.h"
 #include "picture.h"
 
 namespace form {
@@ -88,6 +91,13 @@ LRESULT CALLBACK FormProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
   return result;
 }
 
+constexpr int kPaneWidth = 280, kPaneMargin = 20;
+
+RECT PanePlace() {
+  const SIZE size = ContentsSize();
+  return {size.cx, kPaneMargin, size.cx + kPaneWidth, size.cy - kPaneMargin};
+}
+
 HWND CreateForm() {
   WNDCLASSW description = {};
   description.lpfnWndProc = FormProcedure;
@@ -97,8 +107,8 @@ HWND CreateForm() {
   description.lpszClassName = L"Marklet form";
   RegisterClassW(&description);
   constexpr DWORD style = WS_OVERLAPPEDWINDOW & ~static_cast<DWORD>(WS_THICKFRAME | WS_MAXIMIZEBOX);
-  const SIZE size = ContentsSize();
-  RECT frame = {0, 0, size.cx, size.cy};
+  const RECT pane = PanePlace();
+  RECT frame = {0, 0, pane.right + kPaneMargin, pane.bottom + kPaneMargin};
   AdjustWindowRect(&frame, style, FALSE);
   return CreateWindowW(description.lpszClassName, L"Marklet", style | WS_CLIPCHILDREN, CW_USEDEFAULT,
                        CW_USEDEFAULT, frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
@@ -125,11 +135,35 @@ std::unique_ptr<Control> Place(HWND window, const Item& item) {
   return control;
 }
 
+// What the control is called in the pane; empty for those that only label others.
+std::wstring NameOf(const Item& item) {
+  const bool is_title =
+      item.properties.size() == 2 && item.images.empty() && item.place.bottom - item.place.top < 20;
+  if (is_title) return {};
+  for (const Property& property : item.properties)
+    if (property.name == std::wstring_view(L"Caption"))
+      return std::wstring(std::get<const wchar_t*>(property.value)).substr(0, 12);
+  return L"?";
+}
+
 void HandleMessagesFor(DWORD milliseconds) {
   const DWORD start = GetTickCount();
   for (MSG message; GetTickCount() - start < milliseconds; Sleep(10)) {
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
   }
+}
+
+// The pointer comes to rest on the control with a hover image and a tip.
+void PointAtHoverImage(HWND window) {
+  for (const Item& item : Contents())
+    for (const Property& property : item.properties) {
+      if (property.name != std::wstring_view(L"ImageKeyhover")) continue;
+      POINT place = {item.place.left + 120, item.place.top + 30};
+      ClientToScreen(window, &place);
+      SetCursorPos(place.x - 5, place.y);
+      HandleMessagesFor(100);
+      SetCursorPos(place.x, place.y);
+    }
 }
 
 void HandleMessages() {
@@ -142,7 +176,12 @@ void HandleMessages() {
 int Show(const std::wstring& picture_file) {
   const HWND window = CreateForm();
   std::vector<std::unique_ptr<Control>> controls;
-  for (const Item& item : Contents()) controls.push_back(Place(window, item));
+  const HWND pane = CreateEventPane(window, PanePlace());
+  for (const Item& item : Contents()) {
+    controls.push_back(Place(window, item));
+    if (const std::wstring name = NameOf(item); !name.empty())
+      controls.back()->Listen(ComPtr<IDispatch>(new EventSink(pane, name)).Get());
+  }
   PlaceGroupBoxes(window);
   ShowWindow(window, SW_SHOW);
   UpdateWindow(window);
@@ -151,6 +190,8 @@ int Show(const std::wstring& picture_file) {
     HandleMessages();
   } else {
     HandleMessagesFor(500);
+    PointAtHoverImage(window);
+    HandleMessagesFor(2000);
     if (!SavePicture(window, picture_file)) {
       std::fwprintf(stderr, L"form: can't write %ls\n", picture_file.c_str());
       result = 1;

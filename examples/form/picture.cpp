@@ -10,7 +10,8 @@
 namespace form {
 namespace {
 
-// The window's pixels, top row first, four bytes each: blue, green, red and one unused.
+// The window's pixels and what stands over them, such as a tip, top row first, four bytes each: blue, green,
+// red and one unused.
 std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
   std::vector<std::uint8_t> pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
   BITMAPINFO info = {};
@@ -19,16 +20,18 @@ std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
   info.bmiHeader.biHeight = -size.cy;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
-  const HDC source = GetDC(window);
+  POINT corner = {};
+  ClientToScreen(window, &corner);
+  const HDC source = GetDC(nullptr);
   const HDC memory = CreateCompatibleDC(source);
   const HBITMAP bitmap = CreateCompatibleBitmap(source, size.cx, size.cy);
   const HGDIOBJ old = SelectObject(memory, bitmap);
-  BitBlt(memory, 0, 0, size.cx, size.cy, source, 0, 0, marklet::SRCCOPY);
+  BitBlt(memory, 0, 0, size.cx, size.cy, source, corner.x, corner.y, marklet::SRCCOPY);
   SelectObject(memory, old);
   GetDIBits(memory, bitmap, 0, static_cast<UINT>(size.cy), pixels.data(), &info, DIB_RGB_COLORS);
   DeleteObject(bitmap);
   DeleteDC(memory);
-  ReleaseDC(window, source);
+  ReleaseDC(nullptr, source);
   return pixels;
 }
 

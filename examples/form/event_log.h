@@ -1,0 +1,38 @@
+// A pane that shows each event of the form's controls as it arrives.
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <string>
+
+namespace form {
+
+// The sink of one control. It begins without a reference: assign it to a ComPtr, which counts the first one.
+class EventSink final : public IDispatch {
+ public:
+  // `pane` is a list box, `name` what the control is called in it.
+  EventSink(HWND pane, std::wstring name) : pane_(pane), name_(std::move(name)) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override;
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result, EXCEPINFO*,
+                      UINT*) override;
+
+ private:
+  ~EventSink() = default;
+
+  ULONG references_ = 0;
+  HWND pane_;
+  std::wstring name_;
+};
+
+// A list box in the form.
+HWND CreateEventPane(HWND form, const RECT& place);
+
+}  // namespace form
