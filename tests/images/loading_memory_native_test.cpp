@@ -7,10 +7,8 @@
 
 #include "images/icon_bytes.h"
 #include "png/png_files.h"
+#include "support/heap_watch.h"
 #include "support/temporary_folder.h"
-#if defined(__SANITIZE_ADDRESS__)
-#include "png/heap_watch.h"
-#endif
 
 namespace marklet {
 namespace {
@@ -28,22 +26,19 @@ std::vector<std::uint8_t> FlatPng(std::uint32_t size) {
   return png::test::File({size, size, 8, 6}, stream);
 }
 
-TEST(LoadingMemory, HoldsThePixelsOfAPngOnce) {
-#if defined(__SANITIZE_ADDRESS__)
+using LoadingMemory = HeapTest;
+
+TEST_F(LoadingMemory, HoldsThePixelsOfAPngOnce) {
   constexpr std::uint32_t kSize = 900;
   constexpr std::size_t kPixels = std::size_t{kSize} * kSize * 4;
   const std::vector<std::uint8_t> file = FlatPng(kSize);
   const testing::TemporaryFolder folder;
   folder.Write("large.png", std::string(file.begin(), file.end()));
   CIconBytes image;
-  const std::size_t peak =
-      png::test::PeakOfHeap([&] { image.LoadFromFile(folder.Path("large.png").u16string()); });
+  const std::size_t peak = PeakOfHeap([&] { image.LoadFromFile(folder.Path("large.png").u16string()); });
   EXPECT_TRUE(image.HasImage256());
   EXPECT_GT(peak, kPixels);
   EXPECT_LE(peak, file.size() + kPixels + kBesides);
-#else
-  GTEST_SKIP() << "only the address sanitizer tells what is allocated";
-#endif
 }
 
 }  // namespace

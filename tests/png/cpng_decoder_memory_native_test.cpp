@@ -10,10 +10,8 @@
 #include "png/palettes.h"
 #include "png/png_files.h"
 #include "png/scanlines.h"
+#include "support/heap_watch.h"
 #include "support/temporary_folder.h"
-#if defined(__SANITIZE_ADDRESS__)
-#include "png/heap_watch.h"
-#endif
 
 namespace marklet::png::test {
 namespace {
@@ -23,22 +21,7 @@ using Numbers = std::initializer_list<std::uint8_t>;
 // Beside the rows and pixels: the bitmap's object, what a match may run over, strings.
 constexpr std::size_t kSmallChange = 2000;
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kWatchesHeap = true;
-#else
-constexpr bool kWatchesHeap = false;
-template <typename Work>
-std::size_t PeakOfHeap(Work) {
-  return 0;
-}
-#endif
-
-class CPngDecoderMemory : public ::testing::Test {
- protected:
-  void SetUp() override {
-    if (!kWatchesHeap) GTEST_SKIP() << "only the address sanitizer tells what is allocated";
-  }
-};
+using CPngDecoderMemory = HeapTest;
 
 Bytes Deflated(const Bytes& data, int level) {
   uLongf size = compressBound(data.size());

@@ -2,9 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "render/sheet.h"
-#if defined(__SANITIZE_ADDRESS__)
-#include "png/heap_watch.h"
-#endif
+#include "support/heap_watch.h"
 
 namespace marklet {
 namespace {
@@ -17,15 +15,13 @@ std::string SheetOf(int items) {
   return json + "] }";
 }
 
-TEST(SheetMemory, HoldsOneControlAtATime) {
-#if defined(__SANITIZE_ADDRESS__)
+using SheetMemory = HeapTest;
+
+TEST_F(SheetMemory, HoldsOneControlAtATime) {
   RenderSheet(SheetOf(20), 1);  // what is kept for good
-  const std::size_t few = png::test::PeakOfHeap([] { RenderSheet(SheetOf(20), 1); });
-  const std::size_t many = png::test::PeakOfHeap([] { RenderSheet(SheetOf(400), 1); });
+  const std::size_t few = PeakOfHeap([] { RenderSheet(SheetOf(20), 1); });
+  const std::size_t many = PeakOfHeap([] { RenderSheet(SheetOf(400), 1); });
   EXPECT_LT(many, few + (1u << 20));
-#else
-  GTEST_SKIP() << "only the address sanitizer tells what is allocated";
-#endif
 }
 
 }  // namespace

@@ -1,16 +1,24 @@
-// What a piece of code takes from the heap at most, by the sanitizer's hooks.
+// What a piece of code takes from the heap at most. Only the address sanitizer tells, by its hooks; without
+// it the tests that ask are skipped and say so.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 
+#if defined(__SANITIZE_ADDRESS__)
 extern "C" {
 int __sanitizer_install_malloc_and_free_hooks(void (*after_malloc)(const volatile void*, std::size_t),
                                               void (*before_free)(const volatile void*));
 std::size_t __sanitizer_get_allocated_size(const volatile void* memory);
 }
+#endif
 
-namespace marklet::png::test {
+namespace marklet {
+
+#if defined(__SANITIZE_ADDRESS__)
+inline constexpr bool kWatchesHeap = true;
 
 // There can only be a few hooks in a program: these are the only ones.
 class HeapWatch {
@@ -41,5 +49,20 @@ std::size_t PeakOfHeap(Work work) {
   work();
   return watches ? HeapWatch::Peak() : ~std::size_t{0};
 }
+#else
+inline constexpr bool kWatchesHeap = false;
 
-}  // namespace marklet::png::test
+template <typename Work>
+std::size_t PeakOfHeap(Work) {
+  return 0;
+}
+#endif
+
+class HeapTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!kWatchesHeap) GTEST_SKIP() << "only the address sanitizer tells what is allocated";
+  }
+};
+
+}  // namespace marklet
