@@ -216,7 +216,8 @@ std::vector<Item> Contents() {
     const RECT title = {place.left, place.top, place.right, place.top + kTitleHeight};
     RECT control = ControlPlace(index - 1);
     if (cell.scenery == Scenery::Kind::GroupBox) InflateRect(&control, -kGap, -14);
-    items.push_back({title, {{L"Caption", cell.title}, {L"ForeColor", LONG{RGB(90, 101, 112)}}}});
+    items.push_back(
+        {title, {{L"Caption", cell.title}, {L"ForeColor", LONG{RGB(90, 101, 112)}}}, {}, /*is_title=*/true});
     items.push_back({control, WithDefaults(cell), ImagesOf(cell)});
     if (cell.properties.back().name != std::wstring_view(L"AutoSize")) continue;
     const RECT below = {control.left, control.top + 20, control.left + 150, control.bottom};

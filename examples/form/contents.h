@@ -24,6 +24,7 @@ struct Item {
   RECT place;
   std::vector<Property> properties;
   std::vector<Image> images{};  // to be loaded before the properties are set
+  bool is_title = false;        // only tells what stands below it
 };
 
 // What the form itself shows behind a control, in pixels.

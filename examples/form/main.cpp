@@ -135,14 +135,14 @@ std::unique_ptr<Control> Place(HWND window, const Item& item) {
   return control;
 }
 
-// What the control is called in the pane; empty for those that only label others.
+// What the control is called in the pane: the start of its caption.
 std::wstring NameOf(const Item& item) {
-  const bool is_title =
-      item.properties.size() == 2 && item.images.empty() && item.place.bottom - item.place.top < 20;
-  if (is_title) return {};
-  for (const Property& property : item.properties)
-    if (property.name == std::wstring_view(L"Caption"))
-      return std::wstring(std::get<const wchar_t*>(property.value)).substr(0, 12);
+  constexpr std::size_t kLongest = 16;
+  for (const Property& property : item.properties) {
+    if (property.name != std::wstring_view(L"Caption")) continue;
+    const std::wstring caption = std::get<const wchar_t*>(property.value);
+    return caption.size() <= kLongest ? caption : caption.substr(0, kLongest) + L"...";
+  }
   return L"?";
 }
 
@@ -179,8 +179,7 @@ int Show(const std::wstring& picture_file) {
   const HWND pane = CreateEventPane(window, PanePlace());
   for (const Item& item : Contents()) {
     controls.push_back(Place(window, item));
-    if (const std::wstring name = NameOf(item); !name.empty())
-      controls.back()->Listen(ComPtr<IDispatch>(new EventSink(pane, name)).Get());
+    if (!item.is_title) controls.back()->Listen(ComPtr<IDispatch>(new EventSink(pane, NameOf(item))).Get());
   }
   PlaceGroupBoxes(window);
   ShowWindow(window, SW_SHOW);
