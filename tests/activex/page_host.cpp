@@ -46,8 +46,10 @@ class PageSite final : public IPropertyPageSite {
 // --- The frame --------------------------------------------------------------------------------------------
 
 PageHost::PageHost(HMODULE server) : site_(new PageSite(*this)) {
-  frame_ = CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 40, 40, 800, 520, nullptr, nullptr,
-                           nullptr, nullptr);
+  frame_ = CreateWindowExW(0, L"Static", L"", WS_POPUP, 40, 40, 800, 520, nullptr, nullptr, nullptr, nullptr);
+  // A window that is shown by being activated is a window manager's to Wine, which waits for it two seconds
+  // when the window goes.
+  ShowWindow(frame_, SW_SHOWNOACTIVATE);
   using Function = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
   const auto get =
       reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(server, "DllGetClassObject")));
