@@ -21,8 +21,6 @@ constexpr ButtonRow kButtons[] = {{PageButton::Next, Item::Next},
                                   {PageButton::DeleteIcon, Item::DeleteIcon},
                                   {PageButton::Browse, Item::Browse}};
 
-std::wstring Text(std::u16string_view text) { return Wide(text); }
-
 }  // namespace
 
 // --- Identity ---------------------------------------------------------------------------------------------
@@ -66,7 +64,7 @@ HRESULT ImagePage::Activate(::HWND parent, LPCRECT position, BOOL) {
   const ComPtr<IUnknown> keeper(this);
   return Guarded([&] {
     if (!window_.Create(parent, *position)) return E_FAIL;
-    window_.PutKeyText(Text(kept_key_));
+    window_.PutKeyText(Wide(kept_key_));
     Flow([this] { flows_.SelectionChanged(); });
     return S_OK;
   });
@@ -170,7 +168,7 @@ std::u16string ImagePage::KeyText() {
 }
 
 void ImagePage::PutKeyText(std::u16string text) {
-  if (window_.Handle()) return window_.PutKeyText(Text(text));
+  if (window_.Handle()) return window_.PutKeyText(Wide(text));
   kept_key_ = std::move(text);
   KeyTyped();
 }
@@ -184,13 +182,13 @@ double ImagePage::TwipsPerPixelX() { return double{page::kTwipsPerInch} / window
 marklet::HWND ImagePage::BrowseWindow() { return win32::Wrap(window_.Control(Item::Browse)); }
 
 void ImagePage::Inform(std::u16string_view text) {
-  ::MessageBoxW(window_.Handle(), Text(text).c_str(), Wide(library::kName).c_str(),
+  ::MessageBoxW(window_.Handle(), Wide(text).c_str(), Wide(library::kName).c_str(),
                 MB_OK | MB_ICONINFORMATION);
 }
 
 bool ImagePage::Ask(std::u16string_view text, std::u16string_view title) {
   constexpr UINT kStyle = MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2;
-  return ::MessageBoxW(window_.Handle(), Text(text).c_str(), Text(title).c_str(), kStyle) == IDYES;
+  return ::MessageBoxW(window_.Handle(), Wide(text).c_str(), Wide(title).c_str(), kStyle) == IDYES;
 }
 
 void ImagePage::PutChanged(bool changed) {

@@ -7,33 +7,16 @@
 // commdlg.h needs windows.h first.
 #include <commdlg.h>
 
+#include "platform/system.h"
 #include "platform/win32/system_function.h"
 #include "platform/win32/undefine.h"
 
 namespace marklet::activex::page {
 namespace {
 
-constexpr UINT kAnsi = 0;  // the code page of the system, CP_ACP
 constexpr const wchar_t* kLibrary = L"comdlg32.dll";
 
-std::string ToAnsi(std::u16string_view text) {
-  if (text.empty()) return {};
-  const int length = static_cast<int>(text.size());
-  const int bytes =
-      ::WideCharToMultiByte(kAnsi, 0, Native(text.data()), length, nullptr, 0, nullptr, nullptr);
-  std::string result(static_cast<std::size_t>(bytes), '\0');
-  ::WideCharToMultiByte(kAnsi, 0, Native(text.data()), length, result.data(), bytes, nullptr, nullptr);
-  return result;
-}
-
-std::u16string FromAnsi(const std::string& text) {
-  if (text.empty()) return {};
-  const int length = static_cast<int>(text.size());
-  const int units = ::MultiByteToWideChar(kAnsi, 0, text.data(), length, nullptr, 0);
-  std::wstring result(static_cast<std::size_t>(units), L'\0');
-  ::MultiByteToWideChar(kAnsi, 0, text.data(), length, result.data(), units);
-  return {result.begin(), result.end()};
-}
+std::string ToAnsi(std::u16string_view text) { return WideCharToMultiByte(CP_ACP, text); }
 
 // A buffer that the dialog fills: at least as many bytes as it has characters.
 std::string BufferOf(const std::u16string& text) {
@@ -44,7 +27,7 @@ std::string BufferOf(const std::u16string& text) {
 
 void TakeBack(const std::string& buffer, std::u16string& text) {
   const std::size_t size = text.size();
-  text = FromAnsi(buffer);
+  text = MultiByteToWideChar(CP_ACP, buffer);
   text.resize(size);
 }
 

@@ -5,29 +5,15 @@
 #include "activex/com/text.h"
 
 namespace marklet::activex::page {
-namespace {
-
-// For a call, with its length.
-class BstrArgument {
- public:
-  explicit BstrArgument(std::u16string_view text) : text_(NewBstr(text)) {}
-  ~BstrArgument() { ::SysFreeString(text_); }
-  BstrArgument(const BstrArgument&) = delete;
-  BstrArgument& operator=(const BstrArgument&) = delete;
-  operator BSTR() const { return text_; }
-
- private:
-  BSTR text_;
-};
-
-}  // namespace
 
 // --- The owner of images ----------------------------------------------------------------------------------
 
 void SelectedObject::Owner::DestroyIconByteCollectionData() { owner_->DestroyIconByteCollectionData(); }
 
 void SelectedObject::Owner::DeleteIconImage(std::u16string_view key) {
-  owner_->DeleteIconImage(BstrArgument(key));
+  BstrResult text;
+  *text.Out() = NewBstr(key);
+  owner_->DeleteIconImage(text.Get());
 }
 
 std::shared_ptr<ImageCollection> SelectedObject::Owner::GetIconByteCollection() const {
