@@ -10,15 +10,16 @@
 
 namespace ocx_test {
 
-// A bitmap file of 16 by 16 pixels, white with a black dot in the middle, deleted at the end.
+// A bitmap file of 16 by 16 pixels, white with a black dot in the middle, deleted at the end. Its path ends
+// in `name` and ".bmp".
 class BitmapFile {
  public:
-  BitmapFile() {
+  explicit BitmapFile(const wchar_t* name = L"") {
     wchar_t folder[MAX_PATH], file[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
     GetTempFileNameW(folder, L"img", 0, file);
     DeleteFileW(file);
-    path_ = std::wstring(file) + L".bmp";
+    path_ = std::wstring(file) + name + L".bmp";
     constexpr std::uint32_t kHead = 54, kRow = 16 * 3, kPixels = 16 * kRow;
     std::vector<char> bytes(kHead + kPixels, '\xFF');
     const std::uint32_t head[] = {kHead + kPixels, 0, kHead, 40, 16, 16, 1 | 24 << 16, 0,

@@ -18,10 +18,12 @@ using Keys = std::vector<std::wstring>;
 // What the platform's own names for them stand for.
 using marklet::COLOR_BTNFACE, marklet::COLOR_BTNHIGHLIGHT, marklet::COLOR_BTNSHADOW;
 
+// As the system's dialog gives it: in the ANSI code page, "?" in the place of what that page lacks.
 std::string Narrow(const std::wstring& text) {
-  std::string result;
-  for (const wchar_t unit : text) result += static_cast<char>(unit);
-  return result;
+  constexpr UINT kAnsi = 0;
+  char bytes[MAX_PATH] = {};
+  WideCharToMultiByte(kAnsi, 0, text.c_str(), -1, bytes, MAX_PATH, nullptr, nullptr);
+  return bytes;
 }
 
 class ImagePage : public ::testing::Test {
@@ -41,9 +43,10 @@ class ImagePage : public ::testing::Test {
   }
   Keys Images() const { return ImageKeys(container_.Object()); }
   // Types the key, if there is one, and chooses the file.
-  void Add(const std::wstring& key) {
+  void Add(const std::wstring& key) { Add(key, file_.Path()); }
+  void Add(const std::wstring& key, const std::wstring& path) {
     host_.Type(key);
-    answers_.file = Narrow(file_.Path());
+    answers_.file = Narrow(path);
     host_.Press(kBrowse);
   }
 
@@ -52,6 +55,9 @@ class ImagePage : public ::testing::Test {
   PageAnswers answers_;
   PageHost host_;
 };
+
+// Whether the strip shows an image of the file at a place from its left edge.
+bool HasDot(const Picture& strip, int x) { return strip.At(x + 8, strip.Height() / 2) == 0; }
 
 // --- The class --------------------------------------------------------------------------------------------
 
@@ -198,21 +204,27 @@ TEST_F(ImagePage, IsGoneThroughInItsOrder) {
 }
 
 struct TipSearch {
-  HWND owner, found;
+  HWND owner;
+  std::vector<HWND> found;
 };
-BOOL CALLBACK IsTheTip(HWND window, LPARAM value) {
+BOOL CALLBACK CollectTip(HWND window, LPARAM value) {
   wchar_t kind[40] = {};
   GetClassNameW(window, kind, 40);
   auto& search = *reinterpret_cast<TipSearch*>(value);
-  if (lstrcmpiW(kind, L"tooltips_class32") != 0 || GetWindow(window, GW_OWNER) != search.owner) return TRUE;
-  search.found = window;
-  return FALSE;
+  if (lstrcmpiW(kind, L"tooltips_class32") == 0 && GetWindow(window, GW_OWNER) == search.owner)
+    search.found.push_back(window);
+  return TRUE;
+}
+// The tooltips that belong to a frame of this thread.
+std::vector<HWND> TipsOf(HWND frame) {
+  TipSearch search = {frame, {}};
+  EnumThreadWindows(GetCurrentThreadId(), CollectTip, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 TEST_F(ImagePage, HasATipForEachControlThatHasSomethingToTell) {
-  TipSearch search = {GetAncestor(host_.Window(), GA_ROOT), nullptr};
-  EnumThreadWindows(GetCurrentThreadId(), IsTheTip, reinterpret_cast<LPARAM>(&search));
-  ASSERT_TRUE(search.found);
+  const std::vector<HWND> tips = TipsOf(host_.Frame());
+  ASSERT_EQ(1u, tips.size());
   struct ToolInfo {  // as every system takes it
     UINT size;
     UINT flags;
@@ -228,7 +240,7 @@ TEST_F(ImagePage, HasATipForEachControlThatHasSomethingToTell) {
       {kNext, L"View next set of icons."},      {kStrip, L"16x16 preview of currently assigned icons."},
       {kDeleteAll, L"Deletes all icons."},      {kDeleteIcon, L"Deletes the currently selected icon."}};
   constexpr UINT kGetToolCount = WM_USER + 13, kGetText = WM_USER + 56;
-  EXPECT_EQ(6, SendMessageW(search.found, kGetToolCount, 0, 0));
+  EXPECT_EQ(6, SendMessageW(tips[0], kGetToolCount, 0, 0));
   for (const auto& [item, text] : expected) {
     wchar_t buffer[100] = {};
     ToolInfo tool = {};
@@ -236,7 +248,7 @@ TEST_F(ImagePage, HasATipForEachControlThatHasSomethingToTell) {
     tool.parent = host_.Window();
     tool.tool = reinterpret_cast<UINT_PTR>(host_.Item(item));
     tool.text = buffer;
-    SendMessageW(search.found, kGetText, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tips[0], kGetText, 0, reinterpret_cast<LPARAM>(&tool));
     EXPECT_STREQ(text, buffer);
   }
 }
@@ -415,6 +427,24 @@ TEST_F(ImagePage, KeepsEveryLetterOfAKey) {
   EXPECT_EQ((Keys{L"\x03BB\x4E2D"}), Images());
 }
 
+TEST_F(ImagePage, AddsAFileWhosePathHasLettersBeyondAscii) {
+  const BitmapFile file(L"\xE9t\xFC");
+  Add(L"lamp", file.Path());
+  EXPECT_EQ(Keys{L"lamp"}, Images());
+  EXPECT_TRUE(HasDot(*host_.Strip(), 6)) << "it was read";
+}
+
+TEST_F(ImagePage, AFileBeyondTheDialogsCodePageIsAddedByItsShortNameAlone) {
+  const BitmapFile file(L"\x4E2D\x0915");
+  Add(L"full", file.Path());
+  wchar_t path[MAX_PATH] = {};
+  ASSERT_NE(0u, GetShortPathNameW(file.Path().c_str(), path, MAX_PATH));
+  Add(L"short", path);
+  EXPECT_EQ((Keys{L"full", L"short"}), Images());
+  EXPECT_FALSE(HasDot(*host_.Strip(), 6)) << "the dialog can't tell its name";
+  EXPECT_TRUE(HasDot(*host_.Strip(), 27));
+}
+
 TEST_F(ImagePage, AFileThatCantBeReadLeavesAnEmptyPlace) {
   host_.Type(L"nothing");
   answers_.file = "Z:\\nowhere\\nothing.bmp";
@@ -426,9 +456,6 @@ TEST_F(ImagePage, AFileThatCantBeReadLeavesAnEmptyPlace) {
 }
 
 // --- The strip --------------------------------------------------------------------------------------------
-
-// Where a column of the strip differs from what the strip shows without images.
-bool HasDot(const Picture& strip, int x) { return strip.At(x + 8, strip.Height() / 2) == 0; }
 
 TEST_F(ImagePage, ShowsTheImagesOfTheControl) {
   LoadMany(3);
@@ -486,6 +513,22 @@ TEST_F(ImagePage, ShowsFifteenImagesAtATime) {
   EXPECT_FALSE(host_.IsOn(kPrevious));
   EXPECT_FALSE(host_.IsOn(kDeleteIcon));
   EXPECT_TRUE(HasDot(*host_.Strip(), 6 + 14 * 21));
+}
+
+TEST_F(ImagePage, TurnsThroughAThousandImages) {
+  LoadMany(1000);
+  int pages = 1;
+  for (; host_.IsOn(kNext); ++pages) host_.Press(kNext);
+  EXPECT_EQ(67, pages);
+  const auto strip = host_.Strip();
+  for (int i = 0; i < 15; ++i) EXPECT_EQ(i < 10, HasDot(*strip, 6 + i * 21)) << i;
+  host_.PressStrip(6 + 9 * 21);
+  EXPECT_EQ(L"image1000", host_.KeyText());
+  host_.Press(kDeleteIcon);
+  EXPECT_EQ(999u, Images().size());
+  answers_.box_answer = IDYES;
+  host_.Press(kDeleteAll);
+  EXPECT_EQ(Keys{}, Images());
 }
 
 TEST_F(ImagePage, TheFocusMovesOnFromAButtonThatGoesOff) {
