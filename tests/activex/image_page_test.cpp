@@ -690,6 +690,20 @@ TEST_F(ImagePage, KeepsItsTextAndItsPlaceWhileAnotherPageIsShown) {
   EXPECT_TRUE(EqualRect(&place, &shown));
 }
 
+TEST_F(ImagePage, LeavesNoTipWhenItsWindowGoesWithItsParentAndMayBeShownAgain) {
+  EXPECT_EQ(S_OK, host_.Page()->Deactivate());
+  const HWND parent = CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE, 0, 0, 400, 300, host_.Frame(),
+                                      nullptr, nullptr, nullptr);
+  const RECT place = {0, 0, 365, 240};
+  EXPECT_EQ(S_OK, host_.Page()->Activate(parent, &place, FALSE));
+  EXPECT_EQ(1u, TipsOf(host_.Frame()).size());
+  DestroyWindow(parent);
+  EXPECT_EQ(0u, TipsOf(host_.Frame()).size());
+  EXPECT_EQ(S_OK, host_.Page()->Activate(host_.Frame(), &place, FALSE));
+  host_.Type(L"lamp");
+  EXPECT_TRUE(host_.IsOn(kBrowse));
+}
+
 TEST_F(ImagePage, LetsGoOfAnObjectThatIsNoLongerSelected) {
   IUnknown* const object = container_.Object();
   LoadMany(1);

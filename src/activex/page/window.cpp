@@ -235,8 +235,9 @@ INT_PTR Window::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       Layout();
       input_.StripResized();
       return TRUE;
-    case WM_NCDESTROY:  // with its parent
+    case WM_NCDESTROY:  // with its parent; its tips belong to the frame and stay
       window_ = nullptr;
+      Destroy();
       return FALSE;
     default:
       return FALSE;
