@@ -146,16 +146,16 @@ TEST_P(SlowLongTexts, TakeNoTimeToSpeakOf) {
   EXPECT_LT(ProcessorSeconds() - start, 20);
 }
 
-INSTANTIATE_TEST_SUITE_P(Pieces, SlowLongTexts,
-                         testing::Values(LongText{"OneWord", u"x"}, LongText{"Words", u"word "},
-                                         LongText{"Blanks", u" "}, LongText{"Lines", u"a\n"},
-                                         LongText{"Marks", u"&x"}, LongText{"Ampersands", u"&"},
-                                         LongText{"Hebrew", u"\u05E9\u05DC\u05D5\u05DD "},
-                                         LongText{"OneHebrewWord", u"\u05E9"}, LongText{"Mixed", u"a\u05E9 "},
-                                         LongText{"Chinese", u"\u4E2D"}, LongText{"Surrogates", u"\xD800"},
-                                         LongText{"Nul", std::u16string(1, u'\0')},
-                                         LongText{"Accents", u"\u0301"}),
-                         [](const auto& tested) { return tested.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Pieces, SlowLongTexts,
+    testing::Values(LongText{"OneWord", u"x"}, LongText{"Words", u"word "}, LongText{"Blanks", u" "},
+                    LongText{"Lines", u"a\n"}, LongText{"Marks", u"&x"}, LongText{"Ampersands", u"&"},
+                    LongText{"Hebrew", u"\u05E9\u05DC\u05D5\u05DD "}, LongText{"OneHebrewWord", u"\u05E9"},
+                    LongText{"Mixed", u"a\u05E9 "}, LongText{"Chinese", u"\u4E2D"},
+                    LongText{"Surrogates", u"\xD800"}, LongText{"Nul", std::u16string(1, u'\0')},
+                    LongText{"Accents", u"\u0301"},
+                    LongText{"AccentsOnALetter", u"x" + std::u16string(100'000, u'\u0301')}),
+    [](const auto& tested) { return tested.param.name; });
 
 TEST_F(ExtremeText, WiderThanANumberSaysSo) {
   UseSize(32767);

@@ -29,6 +29,21 @@ bool Joins(const PangoItem* item) {
   }
 }
 
+// From each mark the shaping engine looks back for the letter that it stands on, past all the marks between
+// them. That takes quadratic time, so that more marks than anybody can read on one letter are shaped apart.
+constexpr int kMostMarks = 128;
+
+// How many bytes of a text are shaped in one go.
+int ShapedAtOnce(const char* text, int length) {
+  if (length <= kMostMarks) return length;
+  int marks = 0;
+  for (const char* at = text; at < text + length; at = g_utf8_next_char(at)) {
+    marks = g_unichar_ismark(g_utf8_get_char(at)) ? marks + 1 : 0;
+    if (marks > kMostMarks) return static_cast<int>(at - text);
+  }
+  return length;
+}
+
 class Shaper {
  public:
   Shaper(Face& face, const EncodedText& text)
@@ -36,8 +51,9 @@ class Shaper {
   ShapedRuns Run(bool rtl);
 
  private:
-  void ShapeItem(PangoItem* item);
-  Piece PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int cluster);
+  void ShapeItem(const PangoItem* item);
+  void ShapePart(const PangoItem* item, int start, int length);
+  Piece PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int byte);
 
   Face& face_;
   const EncodedText& text_;
@@ -63,23 +79,31 @@ ShapedRuns Shaper::Run(bool rtl) {
   return std::move(result_);
 }
 
-void Shaper::ShapeItem(PangoItem* item) {
+void Shaper::ShapeItem(const PangoItem* item) {
+  const int end = item->offset + item->length;
+  for (int start = item->offset; start < end;) {
+    const int length = ShapedAtOnce(text_.bytes.data() + start, end - start);
+    ShapePart(item, start, length);
+    start += length;
+  }
+}
+
+void Shaper::ShapePart(const PangoItem* item, int start, int length) {
   PangoGlyphString* glyphs = pango_glyph_string_new();
   const PangoShapeFlags flags = face_.Scale() == 1 ? PANGO_SHAPE_ROUND_POSITIONS : PANGO_SHAPE_NONE;
-  pango_shape_with_flags(text_.bytes.data() + item->offset, item->length, text_.bytes.data(), length_,
-                         &item->analysis, glyphs, flags);
+  pango_shape_with_flags(text_.bytes.data() + start, length, text_.bytes.data(), length_, &item->analysis,
+                         glyphs, flags);
   const std::size_t first = result_.pieces.size();
   for (int i = 0; i < glyphs->num_glyphs; ++i)
-    result_.pieces.push_back(PieceOf(item, glyphs->glyphs[i], glyphs->log_clusters[i]));
+    result_.pieces.push_back(PieceOf(item, glyphs->glyphs[i], start + glyphs->log_clusters[i]));
   result_.runs.push_back({first, result_.pieces.size(), item->analysis.level, Joins(item)});
   pango_glyph_string_free(glyphs);
 }
 
-Piece Shaper::PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int cluster) {
+Piece Shaper::PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int byte) {
   const double pixel = face_.Scale() / PANGO_SCALE;
   const bool missing = (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
-  const std::size_t unit =
-      text_.units[static_cast<std::size_t>(item->offset) + static_cast<std::size_t>(cluster)];
+  const std::size_t unit = text_.units[static_cast<std::size_t>(byte)];
   Piece piece{nullptr, unit, info.geometry.width * pixel, info.geometry.x_offset * pixel,
               info.geometry.y_offset * pixel};
   if (missing) {
