@@ -53,8 +53,7 @@ struct MarkletState {
   bool WordWrap = false;
   OLE_COLOR EffectColor = 0;
   bool AutoSize = false;
-  Long XButtonDown =
-      0;  // what the last press of an extended button told, for the release, which doesn't tell
+  Long XButtonDown = 0;  // the extended button last pressed, for the release, which doesn't tell
   // The finished picture; null when it must be built again. Shared with the paint that builds it, since a
   // setter called from inside that paint drops it.
   std::shared_ptr<CDib24> BackBuffer;
