@@ -298,27 +298,74 @@ TEST_F(Behind, TheCaptionStandsInFrontOfIt) {
 
 INT_PTR CALLBACK LeaveAllToTheDialog(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 
-// A dialog as the system has it, and the same without the control.
-TEST_F(Behind, OnADialogItLooksAsIfOnlyItsInkWereThere) {
-  Server::Get();
-  struct {
-    DLGTEMPLATE head;
-    WORD menu, window_class, title;
-  } dialog = {};
-  dialog.head = {WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 150, 80};
-  parent_ =
-      CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &dialog.head, nullptr, LeaveAllToTheDialog, 0);
-  ASSERT_TRUE(parent_);
-  const HWND box = CreateWindowExW(0, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 5, 5, 150,
-                                   100, parent_, nullptr, nullptr, nullptr);
-  PumpMessages();
+// A dialog as the system has it, with a group box, and the same without the control.
+class BehindOnADialog : public Behind {
+ protected:
+  void SetUp() override {
+    Server::Get();
+    struct {
+      DLGTEMPLATE head;
+      WORD menu, window_class, title;
+    } dialog = {};
+    dialog.head = {WS_POPUP, 0, 0, 0, 0, 150, 80};
+    parent_ =
+        CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &dialog.head, nullptr, LeaveAllToTheDialog, 0);
+    ASSERT_TRUE(parent_);
+    box_ = CreateWindowExW(0, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 5, 5, 150, 100,
+                           parent_, nullptr, nullptr, nullptr);
+    ShowParent();
+  }
+  // What is seen at the control's place, whoever drew it.
+  void TakeScreen(const Picture& picture) const {
+    const HDC dc = GetDCEx(parent_, nullptr, DCX_CACHE);
+    BitBlt(picture.Dc(), 0, 0, picture.Width(), picture.Height(), dc, place_.left, place_.top,
+           marklet::SRCCOPY);
+    ReleaseDC(parent_, dc);
+  }
+  // Some of it is the caption's, all else is as it was without the control.
+  void ExpectOnlyInkOnScreen(const Picture& without) const {
+    Picture with(without.Width(), without.Height());
+    TakeScreen(with);
+    int ink = 0;
+    for (int y = 0; y < with.Height(); ++y)
+      for (int x = 0; x < with.Width(); ++x) {
+        const bool is_ink = with.At(x, y) == 0xFF0000;
+        ink += is_ink;
+        if (is_ink) continue;
+        ASSERT_EQ(without.At(x, y), with.At(x, y)) << x << "," << y;
+      }
+    EXPECT_GT(ink, 20);
+  }
+
+  HWND box_ = nullptr;
+};
+
+TEST_F(BehindOnADialog, ItLooksAsIfOnlyItsInkWereThere) {
   Picture without(60, 30);
-  const HDC dc = GetDC(parent_);
-  BitBlt(without.Dc(), 0, 0, 60, 30, dc, place_.left, place_.top, marklet::SRCCOPY);
-  ReleaseDC(parent_, dc);
+  TakeScreen(without);
   Activate();
-  SetWindowPos(box, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+  SetWindowPos(box_, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
   ExpectLook([&](int x, int y) { return without.At(x - place_.left, y - place_.top); });
+}
+
+// The box is the first in the order of the keyboard, and so above what stands in it. The second place lies on
+// its frame.
+TEST_F(BehindOnADialog, BelowAGroupBoxItLooksSoToo) {
+  for (const RECT& place : {RECT{20, 30, 80, 60}, RECT{2, 30, 62, 60}}) {
+    place_ = place;
+    Picture without(60, 30);
+    TakeScreen(without);
+    Activate();
+    ASSERT_EQ(box_, GetWindow(container_->ControlWindow(), GW_HWNDPREV));
+    PutNumber(Object().Get(), L"ForeColor", 0x0000FF);
+    PutText(Object().Get(), L"Caption", L"<b>MM</b>");
+    ExpectOnlyInkOnScreen(without);
+    RedrawWindow(parent_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    ExpectOnlyInkOnScreen(without);
+    container_->frame_window = nullptr;
+    container_->Close();
+    RedrawWindow(parent_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  }
 }
 
 TEST_F(Behind, AGroupBoxThatHoldsTheControlIsSeen) {
@@ -327,6 +374,26 @@ TEST_F(Behind, AGroupBoxThatHoldsTheControlIsSeen) {
                                    parent_, nullptr, nullptr, nullptr);
   Activate(box);
   EXPECT_EQ(ToRgb(GradientAt(10 + 50, 10 + 45)), At(30, 15)) << "inside of it is its parent";
+}
+
+TEST_F(BehindOnADialog, MovedBelowAGroupBoxItIsSeenAndElsewhereItSparesWindowsAboveIt) {
+  const auto spares_siblings = [&] {
+    return (GetWindowLongPtrW(container_->ControlWindow(), GWL_STYLE) & WS_CLIPSIBLINGS) != 0;
+  };
+  const RECT outside = {170, 30, 230, 60}, inside = place_;
+  Picture without(60, 30);
+  TakeScreen(without);
+  place_ = outside;
+  Activate();
+  EXPECT_TRUE(spares_siblings());
+  PutNumber(Object().Get(), L"ForeColor", 0x0000FF);
+  PutText(Object().Get(), L"Caption", L"<b>MM</b>");
+  place_ = inside;
+  As<IOleInPlaceObject>(Object())->SetObjectRects(&place_, &container_->clip);
+  PumpMessages();
+  ExpectOnlyInkOnScreen(without);
+  As<IOleInPlaceObject>(Object())->SetObjectRects(&outside, &container_->clip);
+  EXPECT_TRUE(spares_siblings());
 }
 
 // The control is asked to print, painted, and closed from inside.
@@ -360,7 +427,8 @@ TEST_F(Behind, AnythingMayHappenWhileAWindowIsAsked) {
       };
       Drawing drawing;
       (kind == 0 ? drawing.erase : kind == 1 ? drawing.print : drawing.paint) = draw;
-      const HWND parent = NewWindow(&drawing, nullptr, {40, 40, 340, 190}, WS_POPUP | WS_VISIBLE);
+      const HWND parent = NewWindow(&drawing, nullptr, {40, 40, 340, 190}, WS_POPUP);
+      ShowWindow(parent, SW_SHOWNOACTIVATE);
       PumpMessages();
       container.frame_window = parent;
       container.Host();

@@ -1,5 +1,7 @@
 // The control in containers of the system's: the ATL host window and the script host.
+#include "activex/picture.h"
 #include "activex/server.h"
+#include "platform/system_colours.h"
 
 namespace ocx_test {
 namespace {
@@ -85,6 +87,30 @@ TEST_F(AtlHost, AutoSizeChangesTheWindowThoughTheHostIgnoresTheWish) {
   RECT client = {};
   GetClientRect(GetWindow(host_, GW_CHILD), &client);
   EXPECT_LT(client.right, 60);
+}
+
+// The host window draws nothing, and gives neither colours nor the members that forms have.
+TEST_F(AtlHost, ATransparentControlShowsWhatStandsBehindTheHostWindow) {
+  SetWindowLongPtrW(parent_, GWL_STYLE, WS_POPUP | WS_VISIBLE | SS_GRAYRECT);
+  RedrawWindow(parent_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  PumpMessages();
+  const HDC dc = GetDCEx(parent_, nullptr, DCX_CACHE);
+  Picture without(180, 60), with(180, 60);
+  BitBlt(without.Dc(), 0, 0, 180, 60, dc, 20, 10, marklet::SRCCOPY);
+  const ComPtr<IUnknown> control = CreateControl();
+  ASSERT_EQ(S_OK, Attach(control.Get()));
+  const auto object = As<IDispatch>(control);
+  PutNumber(object.Get(), L"ForeColor", 0x0000FF);
+  PutText(object.Get(), L"Caption", L"<b>hosted</b>");
+  PutNumber(object.Get(), L"BackStyle", 0);
+  BitBlt(with.Dc(), 0, 0, 180, 60, dc, 20, 10, marklet::SRCCOPY);
+  ReleaseDC(parent_, dc);
+  EXPECT_NE(GetSysColor(marklet::COLOR_BTNFACE), without.At(150, 50))
+      << "which is what it shows where nobody draws";
+  EXPECT_GT(with.Count(0xFF0000), 20);
+  for (int y = 0; y < 60; ++y)
+    for (int x = 0; x < 180; ++x)
+      EXPECT_TRUE(with.At(x, y) == 0xFF0000 || with.At(x, y) == without.At(x, y)) << x << "," << y;
 }
 
 TEST_F(AtlHost, GoesWithItsWindow) {

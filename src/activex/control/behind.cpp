@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "activex/control/group_box.h"
 #include "platform/gdi.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/saved_state.h"
@@ -71,6 +72,12 @@ bool IsOfThisThread(::HWND window) {
   return parent == ::GetDesktopWindow() ? nullptr : parent;
 }
 
+// Of two siblings.
+bool IsAbove(::HWND window, ::HWND other) {
+  while (window && window != other) window = ::GetWindow(window, GW_HWNDNEXT);
+  return window != nullptr;
+}
+
 ::RECT ClientOnScreen(::HWND window) {
   ::RECT rect = {};
   ::GetClientRect(window, &rect);
@@ -114,6 +121,16 @@ class Scene {
     for (::HWND sibling = ::GetWindow(child, GW_HWNDLAST); sibling && sibling != child;
          sibling = ::GetWindow(sibling, GW_HWNDPREV))
       DrawWithChildren(sibling);
+    DrawGroupBoxesAbove(child, parent);
+  }
+
+  // The control paints over those that stand above it, too.
+  void DrawGroupBoxesAbove(::HWND child, ::HWND parent) {
+    ::RECT place = CanvasOnScreen();
+    ::MapWindowPoints(nullptr, parent, reinterpret_cast<::POINT*>(&place), 2);
+    const std::vector<::HWND> boxes = GroupBoxesAt(parent, place);
+    for (auto box = boxes.rbegin(); box != boxes.rend(); ++box)
+      if (IsAbove(*box, child)) DrawWithChildren(*box);
   }
 
   // Those that draw nothing when they are asked may do so when they paint.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "activex/com/module.h"
+#include "activex/control/group_box.h"
 #include "activex/control/pointer.h"
 
 namespace marklet::activex {
@@ -103,13 +104,23 @@ ControlWindow::~ControlWindow() {
   ReleaseContext();
 }
 
+namespace {
+
+// A window that spares its siblings shows nothing where one stands above it. Group boxes do so in dialogs,
+// and are seen through.
+DWORD StyleAt(::HWND parent, const ::RECT& position) {
+  return GroupBoxesAt(parent, position).empty() ? WS_CHILD | WS_CLIPSIBLINGS : WS_CHILD;
+}
+
+}  // namespace
+
 bool ControlWindow::Create(::HWND parent, const ::RECT& position) {
   if (window_) return true;
   if (!RegisterWindowClass(&Procedure)) return false;
   ReleaseContext();
   cut_ = false;
   creating_ = true;
-  ::CreateWindowExW(0, kClassName, Wide(marklet_.State().Caption).c_str(), WS_CHILD | WS_CLIPSIBLINGS,
+  ::CreateWindowExW(0, kClassName, Wide(marklet_.State().Caption).c_str(), StyleAt(parent, position),
                     position.left, position.top, position.right - position.left,
                     position.bottom - position.top, parent, nullptr, ModuleInstance(), this);
   creating_ = false;
@@ -165,8 +176,11 @@ void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
   if (cut || cut_) ::SetWindowRgn(window_, cut ? ::CreateRectRgnIndirect(&visible) : nullptr, TRUE);
   cut_ = cut;
   if (const ::RECT now = PositionInParent(window_); ::EqualRect(&now, &position)) return;
+  const LONG_PTR style = ::GetWindowLongPtrW(window_, GWL_STYLE);
+  const DWORD spares = StyleAt(::GetAncestor(window_, GA_PARENT), position) & WS_CLIPSIBLINGS;
+  ::SetWindowLongPtrW(window_, GWL_STYLE, (style & ~LONG_PTR{WS_CLIPSIBLINGS}) | spares);
   ::SetWindowPos(window_, nullptr, position.left, position.top, position.right - position.left,
-                 position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE);
+                 position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
 // --- What is painted on -----------------------------------------------------------------------------------
