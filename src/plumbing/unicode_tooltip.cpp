@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 
 #include "base/blanks.h"
@@ -44,10 +45,12 @@ constexpr UINT kToolFlags = TTF_IDISHWND | TTF_SUBCLASS | TTF_TRANSPARENT;
 static_assert(kToolFlags == 273 && (kToolFlags | TTF_CENTERTIP) == 275);
 
 // The platform's name casts to a type that is ours here.
-const ::HWND kTopmost = reinterpret_cast<::HWND>(LONG_PTR{-1});
+const auto kTopmost = std::bit_cast<::HWND>(LONG_PTR{-1});
 
-LONG ::RECT::*const kSides[] = {&::RECT::left, &::RECT::top, &::RECT::right, &::RECT::bottom};
-LONG* SideOf(::RECT& rect, Long side) { return side >= 0 && side < 4 ? &(rect.*kSides[side]) : nullptr; }
+LONG* SideOf(::RECT& rect, Long side) {
+  LONG* const sides[] = {&rect.left, &rect.top, &rect.right, &rect.bottom};
+  return side >= 0 && side < 4 ? sides[side] : nullptr;
+}
 
 }  // namespace
 
@@ -112,19 +115,21 @@ void CUnicodeTooltip::ApplyTitle() {
 
 // --- Tools ------------------------------------------------------------------------------------------------
 
+// The record is filled anew for each tool: one without a text takes the room for it out of the record.
 bool CUnicodeTooltip::FindTool(::HWND tool, ToolInfo& info, std::u16string* text) const {
   static_assert(sizeof info == offsetof(TTTOOLINFOW, lpReserved) &&
                 (sizeof(void*) == 8 || sizeof info == 44));
-  info = {};
-  if (text) {
-    text->assign(max_text_length_, u'\0');
-    info.text = Native(text->data());
-  }
   const Long count = ToolCount();
-  for (Long index = 0; index < count; ++index)
+  for (Long index = 0; index < count; ++index) {
+    info = {};
+    if (text) {
+      text->assign(max_text_length_, u'\0');
+      info.text = Native(text->data());
+    }
     if (Send(kEnumTools, static_cast<WPARAM>(index), &info) != 0 &&
         info.tool == reinterpret_cast<UINT_PTR>(tool))
       return true;
+  }
   return false;
 }
 

@@ -313,6 +313,17 @@ TEST_F(UnicodeTooltip, AToolIsFoundAmongOthersAndRemoved) {
   EXPECT_EQ(u"two, which is longer", tip_.GetToolText(other_));
 }
 
+TEST_F(UnicodeTooltip, AToolWithoutATextTakesNoPartInThoseOfOthers) {
+  ASSERT_TRUE(tip_.Create(parent_));
+  ASSERT_TRUE(tip_.AddTool(tool_, parent_, u"", u""));
+  ASSERT_TRUE(tip_.AddTool(other_, parent_, u"text", u""));
+  const ::HWND third = NewTool(5);
+  ASSERT_TRUE(tip_.AddTool(third, parent_, u"", u""));
+  EXPECT_EQ(u"", tip_.GetToolText(tool_));
+  EXPECT_EQ(u"text", tip_.GetToolText(other_)) << "the one before it has none";
+  EXPECT_EQ(u"", tip_.GetToolText(third)) << "the one before it has one";
+}
+
 TEST_F(UnicodeTooltip, ATextForAnUnknownToolStillBringsTheTipToTheTop) {
   ASSERT_TRUE(tip_.Create(parent_));
   ::SetWindowPos(tip_.TipWindow(), reinterpret_cast<::HWND>(LONG_PTR{-2}), 0, 0, 0, 0,
