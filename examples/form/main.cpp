@@ -11,6 +11,7 @@
 #include <objbase.h>
 #include <shellapi.h>
 
+#include <bit>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -87,7 +88,7 @@ LRESULT CALLBACK FormProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
     return 0;
   }
   const LRESULT result = DefWindowProcW(window, message, wparam, lparam);
-  if (message == WM_ERASEBKGND) DrawScenery(reinterpret_cast<HDC>(wparam));
+  if (message == WM_ERASEBKGND) DrawScenery(std::bit_cast<HDC>(wparam));
   return result;
 }
 

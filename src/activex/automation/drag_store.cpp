@@ -1,5 +1,6 @@
 #include "activex/automation/drag_store.h"
 
+#include <bit>
 #include <cstring>
 #include <span>
 
@@ -48,7 +49,7 @@ HRESULT GivePicture(CLIPFORMAT format, IPicture& picture, STGMEDIUM& medium) {
   const HRESULT result = picture.get_Handle(&handle);
   if (FAILED(result)) return result;
   // Handles have 32 significant bits, with their sign.
-  const auto native = reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(static_cast<LONG>(handle)));
+  const auto native = std::bit_cast<HANDLE>(LONG_PTR{static_cast<LONG>(handle)});
   if (format == CF_BITMAP) {
     medium.hBitmap = static_cast<::HBITMAP>(::CopyImage(native, IMAGE_BITMAP, 0, 0, 0));
     medium.tymed = medium.hBitmap ? TYMED_GDI : TYMED_NULL;

@@ -1,5 +1,6 @@
 #include "activex/control/subclass.h"
 
+#include <bit>
 #include <vector>
 
 #include "activex/com/module.h"
@@ -88,7 +89,7 @@ void WindowSubclass::AddMessages(::HWND window, Long when, bool extended) {
 void WindowSubclass::CreateProxyWindow(::HWND window) {
   IgnoreErrors([&] {
     const std::string title = WideCharToMultiByte(CP_ACP, marklet_.State().Caption);
-    const auto identifier = reinterpret_cast<HMENU>(LONG_PTR{4096});
+    const auto identifier = std::bit_cast<HMENU>(LONG_PTR{4096});
     proxy_window_ = ::CreateWindowExA(0, "Static", title.c_str(), WS_CHILD | WS_VISIBLE, -1000, -1000, 5, 5,
                                       window, identifier, ::GetModuleHandleW(nullptr), nullptr);
   });
@@ -117,7 +118,7 @@ void WindowSubclass::OnMouseLeave(SubclassCall&) {
 
 // Whatever parts of the window were asked for.
 void WindowSubclass::OnPrint(SubclassCall& call) {
-  marklet_.PaintControl(Wrap(reinterpret_cast<::HDC>(call.wParam)));
+  marklet_.PaintControl(Wrap(std::bit_cast<::HDC>(call.wParam)));
 }
 
 void WindowSubclass::OnGetTextLength(SubclassCall& call) {
@@ -125,8 +126,8 @@ void WindowSubclass::OnGetTextLength(SubclassCall& call) {
 }
 
 void WindowSubclass::OnGetText(SubclassCall& call) {
-  call.lReturn = static_cast<plumbing::Word>(
-      marklet_.CopyCaption(call.wParam, reinterpret_cast<char16_t*>(call.lParam)));
+  call.lReturn =
+      static_cast<plumbing::Word>(marklet_.CopyCaption(call.wParam, std::bit_cast<char16_t*>(call.lParam)));
 }
 
 // --- Extended buttons -------------------------------------------------------------------------------------
