@@ -61,7 +61,9 @@ int DrawTextA(HDC dc, std::string_view text, RECT& rect, std::uint32_t flags);
 
 // Draws one line at a point, placed as SetTextAlign says.
 bool TextOutW(HDC dc, Long x, Long y, std::u16string_view text);
-// The same; `options` 4 clips to `rect`, 2 fills it first with the background colour.
+// What is done with the rectangle of a text at a point: filled first with the background colour, clipped to.
+constexpr std::uint32_t ETO_OPAQUE = 2, ETO_CLIPPED = 4;
+// The same; `options` are those above.
 bool ExtTextOutW(HDC dc, Long x, Long y, std::uint32_t options, const RECT* rect, std::u16string_view text);
 
 }  // namespace marklet

@@ -83,7 +83,7 @@ const std::uint8_t* ScriptString_pLogAttr(SCRIPT_STRING_ANALYSIS analysis);
 // it would have begun, after TA_CENTER half of it does; the bar below a marked character stays where it was.
 //
 // Draws the line at a point, in the colours and modes of its context, placed as a whole as SetTextAlign says.
-// `options` 4 clips to `clip`, 2 fills it first with the background colour. Characters from `first_selected`
+// `options` are those of ExtTextOutW, for the rectangle `clip`. Characters from `first_selected`
 // to before `past_selected` are drawn as a selection by Windows; none when they are equal. `disabled` greys
 // a selection.
 bool ScriptStringOut(SCRIPT_STRING_ANALYSIS analysis, Long x, Long y, std::uint32_t options, const RECT* clip,

@@ -11,8 +11,6 @@
 namespace marklet {
 namespace {
 
-constexpr std::uint32_t ETO_CLIPPED = 4;
-
 // Neither of the two background modes.
 constexpr int kNoBackgroundMode = 0;
 

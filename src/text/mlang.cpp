@@ -149,8 +149,9 @@ std::vector<DetectEncodingInfo> MLang::DetectInputCodepage(std::u16string_view t
   Check(object_->DetectInputCodepage(kFlags, 0, reinterpret_cast<const char*>(material.data()), size,
                                      results.data(), count));
   results.resize(static_cast<std::size_t>(std::clamp(count, 0, kRoom)));
-  std::vector<DetectEncodingInfo> records;
-  for (const tagDetectEncodingInfo& result : results) records.push_back(RecordOf(result));
+  std::vector<DetectEncodingInfo> records(results.size());
+  std::transform(results.begin(), results.end(), records.begin(),
+                 [](const tagDetectEncodingInfo& result) { return RecordOf(result); });
   return records;
 }
 

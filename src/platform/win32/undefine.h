@@ -42,6 +42,8 @@
 #undef DT_CALCRECT
 #undef DT_RTLREADING
 #undef DT_WORD_ELLIPSIS
+#undef ETO_OPAQUE
+#undef ETO_CLIPPED
 #undef TA_RIGHT
 #undef TA_CENTER
 #undef TA_BASELINE

@@ -11,6 +11,7 @@
 
 #include "platform/shared/aligned_corner.h"
 #include "platform/shared/script_window.h"
+#include "platform/text.h"
 #include "platform/win32/handles.h"
 #include "platform/win32/saved_state.h"
 #include "platform/win32/system_function.h"
@@ -98,6 +99,7 @@ struct ScriptStringHandle {
   bool Fits(std::size_t units) const;
   bool FindFit(std::u16string_view text);
   Long SearchFit() const;
+  bool StartsCluster(std::size_t unit) const;
   std::size_t ClusterStart(std::size_t unit) const;
   bool MakeDrawn();
 
@@ -164,7 +166,7 @@ Long ScriptStringHandle::SearchFit() const {
   // Between the two ends there may be one cluster of several units, or several clusters when the middle lies
   // in a long one.
   for (std::size_t next = fitting + 1; next < too_long; ++next)
-    if (ClusterStart(next) == next && Fits(next)) fitting = next;
+    if (StartsCluster(next) && Fits(next)) fitting = next;
   return static_cast<Long>(fitting);
 }
 
@@ -174,14 +176,17 @@ bool ScriptStringHandle::Fits(std::size_t units) const {
   return size && size->cx <= width_;
 }
 
+// Whether a cluster begins at a unit, or the text ends there.
+bool ScriptStringHandle::StartsCluster(std::size_t unit) const {
+  if (unit == 0 || unit >= text_.size()) return true;
+  if (IS_SURROGATE_PAIR(text_[unit - 1], text_[unit])) return false;
+  const SCRIPT_LOGATTR* const attributes = Platform().attributes(analysis_.get());
+  return !attributes || attributes[unit].fCharStop || text_[unit] == kNoWidth;
+}
+
 // Where the cluster begins that a unit belongs to.
 std::size_t ScriptStringHandle::ClusterStart(std::size_t unit) const {
-  const SCRIPT_LOGATTR* const attributes = Platform().attributes(analysis_.get());
-  const auto continues = [&](std::size_t at) {
-    const bool inside_pair = IS_SURROGATE_PAIR(text_[at - 1], text_[at]);
-    return inside_pair || (attributes && !attributes[at].fCharStop && text_[at] != kNoWidth);
-  };
-  while (unit > 0 && unit < text_.size() && continues(unit)) --unit;
+  while (!StartsCluster(unit)) --unit;
   return unit;
 }
 
@@ -190,7 +195,7 @@ bool ScriptStringHandle::MakeDrawn() {
   if (fitting_ == std::ssize(text_)) return true;
   if (drawn_) return true;
   std::size_t end = static_cast<std::size_t>(fitting_) + 1;
-  while (end < text_.size() && ClusterStart(end) != end) ++end;
+  while (!StartsCluster(end)) ++end;
   drawn_ = Analysed(end, flags_ & ~(SSA_CLIP | SSA_FIT));
   return drawn_ != nullptr;
 }

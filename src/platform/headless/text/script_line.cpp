@@ -15,14 +15,14 @@ bool TakesNoRoom(char16_t c) { return c == u'\r' || c == u'\n' || c == u'\0' || 
 bool HangsAtTheEnd(char16_t c) { return c == u' ' || c == kWideBlank || TakesNoRoom(c); }
 
 // Mean of the letters, as the platform reckons the average width of a font's characters.
-double AverageWidth(Face& face) {
+Long AverageWidth(Face& face) {
   constexpr std::u16string_view kLetters = u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   Long sum = 0;
   face.ForEachGlyph(kLetters, [&sum](const Glyph& glyph, std::size_t) {
     sum += glyph.advance;
     return true;
   });
-  return std::max(1.0, double((sum + 26) / 52));
+  return std::max<Long>(1, (sum + 26) / 52);
 }
 
 double NextStop(double position, double step) { return (std::floor(position / step) + 1) * step; }
@@ -149,9 +149,10 @@ void ScriptLine::Stretch(std::u16string_view text, std::int64_t width) {
   const std::int64_t missing = width - Placed(runs_, text.size()).width;
   const std::vector<Piece*> gaps = missing > 0 ? GapsOf(text, end) : std::vector<Piece*>();
   const auto count = static_cast<std::int64_t>(gaps.size());
-  for (std::int64_t i = 0; i < count; ++i)
-    gaps[static_cast<std::size_t>(i)]->advance +=
-        static_cast<double>(missing * (i + 1) / count - missing * i / count);
+  for (std::int64_t i = 0; i < count; ++i) {
+    const std::int64_t share = missing * (i + 1) / count - missing * i / count;
+    gaps[static_cast<std::size_t>(i)]->advance += static_cast<double>(share);
+  }
   text_ = Placed(runs_, text.size());
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/headless/pixels/device_context.h"
+#include "platform/headless/text/line_painter.h"
 #include "platform/headless/text/log_attributes.h"
 #include "platform/shared/aligned_corner.h"
 #include "platform/shared/saturated.h"
@@ -13,11 +14,7 @@ namespace {
 
 using headless::Box;
 using headless::Canvas;
-using headless::Face;
 using headless::ScriptLine;
-
-constexpr std::uint32_t kOptionOpaque = 2, kOptionClipped = 4;
-constexpr int kOpaque = 2;
 
 }  // namespace
 
@@ -90,30 +87,21 @@ const std::uint8_t* ScriptStringHandle::LogAttrs() {
 
 bool ScriptStringHandle::Draw(Long x, Long y, std::uint32_t options, const RECT* clip) {
   if (!Has(SSA_GLYPHS)) return false;
-  const headless::Surface& surface = dc_->surface;
-  Box visible = surface.Bounds();
-  if (clip != nullptr) {
-    const Box box = headless::BoxOf(*clip);
-    if ((options & kOptionOpaque) != 0) FillBox(surface, box, dc_->bk_colour);
-    if ((options & kOptionClipped) != 0) visible = Intersect(visible, box);
-  }
+  const Box visible = headless::RoomFor(*dc_, options, clip);
   if (drawn_ < text_.size()) {
     text_.resize(drawn_);
     line_ = LaidOut(text_);
   }
   const LineCorner corner =
       AlignedCorner(dc_->text_align, x, y, {size_.cx, face_->Height(), face_->Ascent()});
-  if (surface.bits != nullptr) DrawLine(visible, corner.x, corner.y);
+  if (dc_->surface.bits != nullptr) DrawLine(visible, corner.x, corner.y);
   return true;
 }
 
 void ScriptStringHandle::DrawLine(const Box& clip, std::int64_t left, std::int64_t top) {
   const Canvas canvas(dc_->surface, clip, dc_->text_colour);
-  const std::int64_t right = left + size_.cx, baseline = top + face_->Ascent();
-  if (dc_->bk_mode == kOpaque)
-    FillBox(canvas.surface, Intersect({left, top, right, top + size_.cy}, canvas.clip), dc_->bk_colour);
-  // Marks above and below a line stay within another line's height.
-  if (canvas.clip.bottom <= top - size_.cy || canvas.clip.top >= top + 2 * size_.cy) return;
+  if (!BeginLine(canvas, *dc_, {left, top, left + size_.cx, top + size_.cy})) return;
+  const std::int64_t baseline = top + face_->Ascent();
   DrawPlaces(canvas, *face_, line_.Text(), left, baseline);
   if (underlined_) FillBar(canvas, face_->Underline(), left, baseline, size_.cx);
   if (struck_out_) FillBar(canvas, face_->StrikeOut(), left, baseline, size_.cx);

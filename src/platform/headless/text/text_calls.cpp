@@ -18,8 +18,6 @@ using headless::Box;
 using headless::Operation;
 using headless::Refused;
 
-constexpr std::uint32_t kOptionOpaque = 2, kOptionClipped = 4;
-
 bool MeasureLine(HDC dc, std::u16string_view text, SIZE& size) {
   if (dc == nullptr) return false;
   if (text.empty()) {
@@ -108,13 +106,7 @@ bool TextOutW(HDC dc, Long x, Long y, std::u16string_view text) {
 bool ExtTextOutW(HDC dc, Long x, Long y, std::uint32_t options, const RECT* rect, std::u16string_view text) {
   if (Refused(Operation::kExtTextOutW, dc, x, y, options, rect, text)) return false;
   if (dc == nullptr) return false;
-  Box clip = dc->surface.Bounds();
-  if (rect != nullptr) {
-    const Box box = headless::BoxOf(*rect);
-    if ((options & kOptionOpaque) != 0) FillBox(dc->surface, box, dc->bk_colour);
-    if ((options & kOptionClipped) != 0) clip = Intersect(clip, box);
-  }
-  return DrawAt(dc, x, y, clip, text);
+  return DrawAt(dc, x, y, headless::RoomFor(*dc, options, rect), text);
 }
 
 }  // namespace marklet
