@@ -27,12 +27,8 @@ void SetExtent(IUnknown* object, LONG width, LONG height) {
   EXPECT_EQ(S_OK, As<IOleObject>(object)->SetExtent(DVASPECT_CONTENT, &size));
 }
 
-bool IsDirty(IUnknown* control) { return As<IPersistStreamInit>(control)->IsDirty() == S_OK; }
-
 ComPtr<IUnknown> NewControl(LONG width = 8000, LONG height = 3000) {
-  ComPtr<IUnknown> control = CreateControl();
-  EXPECT_EQ(S_OK, As<IPersistStreamInit>(control)->InitNew());
-  PutText(As<IDispatch>(control).Get(), L"Caption", L"sized");
+  ComPtr<IUnknown> control = NewCaptioned(L"sized");
   SetExtent(control.Get(), width, height);
   return control;
 }

@@ -82,6 +82,16 @@ ComPtr<IUnknown> ControlOf(const Bytes& bytes) {
   return control;
 }
 
+ComPtr<IUnknown> NewCaptioned(const wchar_t* caption) {
+  ComPtr<IUnknown> control = CreateControl();
+  EXPECT_EQ(S_OK, As<IPersistStreamInit>(control)->InitNew());
+  PutText(As<IDispatch>(control).Get(), L"Caption", caption);
+  return control;
+}
+
+std::wstring CaptionOf(IUnknown* control) { return GetText(As<IDispatch>(control).Get(), L"Caption"); }
+bool IsDirty(IUnknown* control) { return As<IPersistStreamInit>(control)->IsDirty() == S_OK; }
+
 // --- Bags -------------------------------------------------------------------------------------------------
 
 MemoryBag::~MemoryBag() { EXPECT_EQ(0u, references_) << "references to the bag are left"; }

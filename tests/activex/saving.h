@@ -64,6 +64,11 @@ HRESULT LoadFromStream(IUnknown* control, const Bytes& bytes);
 // A new control with the bytes loaded.
 ComPtr<IUnknown> ControlOf(const Bytes& bytes);
 
+// A new control that has a caption, and is dirty for it.
+ComPtr<IUnknown> NewCaptioned(const wchar_t* caption = L"New");
+std::wstring CaptionOf(IUnknown* control);
+bool IsDirty(IUnknown* control);
+
 // --- Bags -------------------------------------------------------------------------------------------------
 
 class MemoryBag final : public IPropertyBag {
