@@ -14,7 +14,7 @@ HDC MemoryHost::hDC() {
     surface_height_ = height_;
     if (TooLarge() || !surface_.Create(width_, height_)) surface_.ClearUp();
   }
-  SelectObject(surface_.hDC(), font_->hFont());
+  SelectObject(surface_.hDC(), Font()->hFont());
   return surface_.hDC();
 }
 
@@ -35,10 +35,6 @@ void MemoryHost::Resized() {
 bool MemoryHost::PaintBehind(HDC dc) {
   if (backdrop_) PaintBackdrop(*backdrop_, dc);
   return backdrop_.has_value();
-}
-
-void MemoryHost::PutFont(FontRef font) {
-  if (font) font_ = std::move(font);
 }
 
 }  // namespace marklet

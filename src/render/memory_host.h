@@ -6,13 +6,12 @@
 
 #include "bitmaps/cdib24.h"
 #include "control/marklet.h"
-#include "host/user_control.h"
-#include "platform/system_colours.h"
+#include "host/storing_user_control.h"
 #include "render/backdrop.h"
 
 namespace marklet {
 
-class MemoryHost final : public UserControl, public MarkletEvents {
+class MemoryHost final : public StoringUserControl, public MarkletEvents {
  public:
   // Sizes are in pixels. `pixels_per_inch` tells how long a twip is.
   MemoryHost(Long width, Long height, Long pixels_per_inch);
@@ -35,18 +34,6 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   void PutHeight(double twips) override;
   double TwipsPerPixelX() override { return kTwipsPerInch / pixels_per_inch_; }
   double TwipsPerPixelY() override { return kTwipsPerInch / pixels_per_inch_; }
-  bool Enabled() override { return enabled_; }
-  void PutEnabled(bool enabled) override { enabled_ = enabled; }
-  FontRef Font() override { return font_; }
-  void PutFont(FontRef font) override;
-  OLE_COLOR BackColor() override { return back_color_; }
-  void PutBackColor(OLE_COLOR colour) override { back_color_ = colour; }
-  HostObjectRef MouseIcon() override { return mouse_icon_; }
-  void PutMouseIcon(HostObjectRef icon) override { mouse_icon_ = std::move(icon); }
-  Long MousePointer() override { return mouse_pointer_; }
-  void PutMousePointer(Long pointer) override { mouse_pointer_ = pointer; }
-  std::u16string AccessKeys() override { return access_keys_; }
-  void PutAccessKeys(std::u16string keys) override { access_keys_ = std::move(keys); }
   HWND ContainerHwnd() override { return nullptr; }
   NamedMembersRef Parent() override { return nullptr; }
   NamedMembersRef Extender() override { return nullptr; }
@@ -83,12 +70,6 @@ class MemoryHost final : public UserControl, public MarkletEvents {
   double pixels_per_inch_;
   CDib24 surface_;
   Long surface_width_ = 0, surface_height_ = 0;  // what the surface was made for
-  bool enabled_ = true;
-  FontRef font_ = std::make_shared<StdFont>();
-  OLE_COLOR back_color_ = kButtonFace;
-  HostObjectRef mouse_icon_;
-  Long mouse_pointer_ = 0;
-  std::u16string access_keys_;
 };
 
 }  // namespace marklet

@@ -123,7 +123,7 @@ bool OleUserControl::FollowResolution() {
 // A font that knows no resolution is made for the screen, as a host's own object is.
 void OleUserControl::FitFont() {
   const bool is_screen = last_resolution_ == PixelsPerInch(nullptr);
-  font_->PutPixelsPerInch(is_screen ? 0 : last_resolution_);
+  Font()->PutPixelsPerInch(is_screen ? 0 : last_resolution_);
 }
 
 void OleUserControl::SizeLoaded(SIZEL himetric) {
@@ -145,14 +145,14 @@ void OleUserControl::Resized() {
 // --- What the control keeps here --------------------------------------------------------------------------
 
 void OleUserControl::PutEnabled(bool enabled) {
-  enabled_ = enabled;
+  StoringUserControl::PutEnabled(enabled);
   EnableWindow();
 }
 
 void OleUserControl::EnableWindow() {
   user_mode_ = ambient_.UserMode();
   if (!window_.Handle()) return;
-  ::EnableWindow(window_.Handle(), enabled_ || !user_mode_);
+  ::EnableWindow(window_.Handle(), Enabled() || !user_mode_);
   drop_target_.Update(window_.Handle(), user_mode_);
 }
 
@@ -193,14 +193,14 @@ void OleUserControl::StartSubclass(bool extended_buttons) {
 // There is always a font: Nothing leaves the one that stands.
 void OleUserControl::PutFont(FontRef font) {
   if (!font) return;
-  font_ = std::move(font);
+  StoringUserControl::PutFont(std::move(font));
   FitFont();
-  host_font_.Follow(font_);
+  host_font_.Follow(Font());
 }
 
 void OleUserControl::PutAccessKeys(std::u16string keys) {
-  if (keys == access_keys_) return;
-  access_keys_ = std::move(keys);
+  if (keys == AccessKeys()) return;
+  StoringUserControl::PutAccessKeys(std::move(keys));
   if (const auto site = site_.Query<IOleControlSite>()) site->OnControlInfoChanged();
 }
 

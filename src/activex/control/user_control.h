@@ -7,8 +7,7 @@
 #include "activex/control/subclass.h"
 #include "activex/control/window.h"
 #include "control/marklet.h"
-#include "host/user_control.h"
-#include "platform/system_colours.h"
+#include "host/storing_user_control.h"
 
 namespace marklet::activex {
 
@@ -25,7 +24,7 @@ class ChangeListener {
   ~ChangeListener() = default;
 };
 
-class OleUserControl final : public UserControl, public PlaceListener, public InputListener {
+class OleUserControl final : public StoringUserControl, public PlaceListener, public InputListener {
  public:
   OleUserControl(ChangeListener& listener, const Site& site, Extent& extent, HostFont& host_font,
                  ControlWindow& window, InPlace& in_place, WindowSubclass& subclass, DropTarget& drop_target,
@@ -44,17 +43,8 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   double TwipsPerPixelX() override { return extent_.TwipsPerPixel(); }
   double TwipsPerPixelY() override { return extent_.TwipsPerPixel(); }
 
-  bool Enabled() override { return enabled_; }
   void PutEnabled(bool enabled) override;
-  FontRef Font() override { return font_; }
   void PutFont(FontRef font) override;
-  OLE_COLOR BackColor() override { return back_color_; }
-  void PutBackColor(OLE_COLOR colour) override { back_color_ = colour; }
-  HostObjectRef MouseIcon() override { return mouse_icon_; }
-  void PutMouseIcon(HostObjectRef icon) override { mouse_icon_ = std::move(icon); }
-  Long MousePointer() override { return mouse_pointer_; }
-  void PutMousePointer(Long pointer) override { mouse_pointer_ = pointer; }
-  std::u16string AccessKeys() override { return access_keys_; }
   void PutAccessKeys(std::u16string keys) override;
 
   void TrackMouseEvent() override;
@@ -106,13 +96,7 @@ class OleUserControl final : public UserControl, public PlaceListener, public In
   SiteAmbient ambient_;
   ::SIZE last_size_ = {};
   Long last_resolution_;
-  bool enabled_ = true;
   bool user_mode_ = true;  // as the window knows it
-  FontRef font_ = std::make_shared<StdFont>();
-  OLE_COLOR back_color_ = kButtonFace;
-  HostObjectRef mouse_icon_;
-  Long mouse_pointer_ = 0;
-  std::u16string access_keys_;
 };
 
 }  // namespace marklet::activex
