@@ -10,11 +10,11 @@
 
 namespace ocx_test {
 
-// A bitmap file of 16 by 16 pixels, white with a black dot in the middle, deleted at the end. Its path ends
-// in `name` and ".bmp".
+// A bitmap file of 16 by 16 pixels, white with a dot of 8 by 8 in the middle, deleted at the end. Its path
+// ends in `name` and ".bmp".
 class BitmapFile {
  public:
-  explicit BitmapFile(const wchar_t* name = L"") {
+  explicit BitmapFile(const wchar_t* name = L"", COLORREF dot = 0) {
     wchar_t folder[MAX_PATH], file[MAX_PATH];
     GetTempPathW(MAX_PATH, folder);
     GetTempFileNameW(folder, L"img", 0, file);
@@ -27,7 +27,10 @@ class BitmapFile {
     bytes[0] = 'B';
     bytes[1] = 'M';
     std::copy_n(reinterpret_cast<const char*>(head), sizeof head, bytes.begin() + 2);
-    for (std::uint32_t row = 4; row < 12; ++row) std::fill_n(&bytes[kHead + row * kRow + 4 * 3], 8 * 3, '\0');
+    const char pixel[] = {static_cast<char>(dot >> 16), static_cast<char>(dot >> 8), static_cast<char>(dot)};
+    for (std::uint32_t row = 4; row < 12; ++row)
+      for (std::uint32_t column = 4; column < 12; ++column)
+        std::copy_n(pixel, 3, &bytes[kHead + row * kRow + column * 3]);
     const HANDLE out = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
     WriteFile(out, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);

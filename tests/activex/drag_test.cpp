@@ -1,10 +1,10 @@
 // Drags over the control and drags that begin at it, by a mouse that really moves.
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <string>
 
-#include "activex/container.h"
-#include "activex/saving.h"
+#include "activex/deeds.h"
 #include "activex/server_copy.h"
 
 namespace ocx_test {
@@ -225,6 +225,170 @@ class Drag : public ::testing::Test {
   HRESULT result_ = E_FAIL;
 };
 
+// --- Whether it is a target -------------------------------------------------------------------------------
+
+bool IsTarget(HWND window) {
+  Target other;
+  const HRESULT result = RegisterDragDrop(window, &other);
+  if (result == S_OK) RevokeDragDrop(window);
+  return result == DRAGDROP_E_ALREADYREGISTERED;
+}
+
+TEST_F(Drag, TheControlIsATargetWhileSomebodyListensWheneverHeCame) {
+  EXPECT_FALSE(IsTarget(control_));
+  Sink second, changes;
+  ASSERT_EQ(S_OK, changes.ConnectChanges(container_.Object()));
+  EXPECT_FALSE(IsTarget(control_)) << "that one hears of no event";
+  for (int round = 0; round < 2; ++round) {
+    Connect();
+    EXPECT_TRUE(IsTarget(control_));
+    ASSERT_EQ(S_OK, second.ConnectEvents(container_.Object()));
+    events_.Disconnect();
+    EXPECT_TRUE(IsTarget(control_));
+    EXPECT_EQ(DWORD{DROPEFFECT_COPY | DROPEFFECT_MOVE}, DragAlong({{5, 6}}));
+    second.Disconnect();
+    EXPECT_FALSE(IsTarget(control_));
+    EXPECT_EQ(DWORD{DROPEFFECT_NONE}, DragAlong({{5, 6}}));
+  }
+}
+
+TEST_F(Drag, AListenerFromBeforeTheWindowMakesEachOfThemATarget) {
+  Container container;
+  Sink events;
+  container.Host();
+  ASSERT_EQ(S_OK, events.ConnectEvents(container.Object()));
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_EQ(S_OK, container.Activate());
+    EXPECT_TRUE(IsTarget(container.ControlWindow()));
+    const HWND window = container.ControlWindow();
+    ASSERT_EQ(S_OK, As<IOleInPlaceObject>(container.Object())->InPlaceDeactivate());
+    EXPECT_FALSE(GetPropW(window, L"OleDropTargetInterface"));
+  }
+}
+
+TEST_F(Drag, AListenerOfAQuickActivationMakesItATarget) {
+  Container container;
+  Sink events;
+  const ComPtr<IUnknown> control = CreateControl();
+  QACONTAINER given = {};
+  given.cbSize = sizeof given;
+  given.pClientSite = container.ClientSite();
+  given.pUnkEventSink = events.Object();
+  QACONTROL taken = {};
+  taken.cbSize = sizeof taken;
+  ASSERT_EQ(S_OK, As<IQuickActivate>(control)->QuickActivate(&given, &taken));
+  container.HostObject(control);
+  ASSERT_EQ(S_OK, As<IPersistStreamInit>(control)->InitNew());
+  ASSERT_EQ(S_OK, container.Activate());
+  EXPECT_TRUE(IsTarget(container.ControlWindow()));
+  ComPtr<IConnectionPoint> point;
+  As<IConnectionPointContainer>(control)->FindConnectionPoint(kEventsId, point.GetAddressOf());
+  EXPECT_EQ(S_OK, point->Unadvise(taken.dwEventCookie));
+  EXPECT_FALSE(IsTarget(container.ControlWindow()));
+}
+
+// A host that doesn't tell, and connects its handlers when it runs.
+TEST_F(Drag, AListenerThatComesInRunModeMakesItATargetThoughNobodyToldOfTheMode) {
+  Container container;
+  Sink events;
+  container.ambients.user_mode = false;
+  container.Host();
+  ASSERT_EQ(S_OK, container.Activate());
+  container.ambients.user_mode = true;
+  ASSERT_EQ(S_OK, events.ConnectEvents(container.Object()));
+  EXPECT_TRUE(IsTarget(container.ControlWindow()));
+  events.Disconnect();
+  container.ambients.user_mode = false;
+  ASSERT_EQ(S_OK, events.ConnectEvents(container.Object()));
+  EXPECT_FALSE(IsTarget(container.ControlWindow())) << "nor in a designer that didn't";
+}
+
+// As OLE calls the target of a window.
+struct Asked {
+  explicit Asked(HWND window)
+      : target(static_cast<IDropTarget*>(GetPropW(window, L"OleDropTargetInterface"))),
+        place(Inside(window, 5, 6)) {
+    EXPECT_TRUE(target);
+  }
+  DWORD Enter(IDataObject& data) {
+    return Ask([&](POINTL at, DWORD* effect) { target->DragEnter(&data, MK_LBUTTON, at, effect); });
+  }
+  DWORD Over() {
+    return Ask([&](POINTL at, DWORD* effect) { target->DragOver(MK_LBUTTON, at, effect); });
+  }
+  DWORD Drop(IDataObject& data) {
+    return Ask([&](POINTL at, DWORD* effect) { target->Drop(&data, 0, at, effect); });
+  }
+  void Leave() { target->DragLeave(); }
+
+  template <typename Call>
+  DWORD Ask(Call call) {
+    DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
+    call(POINTL{place.x, place.y}, &effect);
+    return effect;
+  }
+  ComPtr<IDropTarget> target;
+  POINT place;
+};
+
+TEST_F(Drag, AListenerThatGoesInsideItTakesNothing) {
+  Connect();
+  events_.on_event = [&](const std::string&) {
+    events_.Disconnect();
+    EXPECT_FALSE(IsTarget(control_));
+  };
+  Asked asked(control_);
+  EXPECT_EQ(DWORD{DROPEFFECT_NONE}, asked.Enter(data_));
+  Connect();
+  EXPECT_EQ(DWORD{DROPEFFECT_NONE}, asked.Over()) << "what OLE holds is another target by now";
+  EXPECT_EQ(DWORD{DROPEFFECT_NONE}, asked.Drop(data_));
+  EXPECT_EQ(Log{"OLEDragOver(Data,3,1,0,5,6,0)"}, Steps());
+  events_.on_event = nullptr;
+  EXPECT_EQ(DWORD{DROPEFFECT_COPY | DROPEFFECT_MOVE}, DragAlong({{5, 6}})) << "the next drag finds it";
+}
+
+// Without OLE a thread has no dragging, and a control there everything else.
+TEST_F(Drag, AThreadWithoutOleHasEventsButNoTarget) {
+  ASSERT_TRUE(RunOnThread([] {
+    Container container;
+    Sink events;
+    container.Host();
+    ASSERT_EQ(S_OK, container.Activate());
+    ASSERT_EQ(S_OK, events.ConnectEvents(container.Object()));
+    SendMessageW(container.ControlWindow(), WM_LBUTTONDOWN, 0, MAKELPARAM(5, 6));
+    EXPECT_EQ(Log{"MouseDown(1,0,5,6)"}, events.log);
+    EXPECT_FALSE(GetPropW(container.ControlWindow(), L"OleDropTargetInterface"));
+    events.Disconnect();
+    const Apartment apartment;
+    ASSERT_EQ(S_OK, events.ConnectEvents(container.Object()));
+    EXPECT_TRUE(IsTarget(container.ControlWindow())) << "from the next listener on";
+    events.Disconnect();
+    container.Close();
+  }));
+}
+
+TEST_F(Drag, ControlsOfManyThreadsBecomeTargetsAtTheSameTime) {
+  constexpr int kThreads = 4, kRounds = 5;
+  std::vector<std::unique_ptr<HostThread>> threads;
+  for (int i = 0; i < kThreads; ++i)
+    threads.push_back(std::make_unique<HostThread>([] {
+      const Apartment apartment;
+      for (int round = 0; round < kRounds; ++round) {
+        Container container;
+        Sink events;
+        container.Host();
+        EXPECT_EQ(S_OK, container.Activate());
+        EXPECT_EQ(S_OK, events.ConnectEvents(container.Object()));
+        EXPECT_TRUE(IsTarget(container.ControlWindow()));
+        PumpMessages();
+        events.Disconnect();
+        EXPECT_FALSE(IsTarget(container.ControlWindow()));
+        container.Close();
+      }
+    }));
+  for (const auto& thread : threads) ASSERT_TRUE(thread->Join());
+}
+
 // --- Into the control -------------------------------------------------------------------------------------
 
 TEST_F(Drag, IntoTheControlIsToldStepByStep) {
@@ -256,10 +420,7 @@ TEST_F(Drag, TheEffectIsWhatTheHandlerLeaves) {
   for (const std::string& step : Steps()) EXPECT_FALSE(step.starts_with("OLEDragDrop")) << "it was refused";
 }
 
-TEST_F(Drag, NothingIsTakenWhereNobodyListens) {
-  EXPECT_EQ(DWORD{DROPEFFECT_NONE}, DragAlong({{5, 6}}));
-  EXPECT_EQ(S_OK, RegisterDragDrop(control_, nullptr) == DRAGDROP_E_ALREADYREGISTERED ? S_FALSE : S_OK);
-}
+TEST_F(Drag, NothingIsTakenWhereNobodyListens) { EXPECT_EQ(DWORD{DROPEFFECT_NONE}, DragAlong({{5, 6}})); }
 
 TEST_F(Drag, NothingIsTakenWhileEventsAreFrozen) {
   Connect();
@@ -271,21 +432,15 @@ TEST_F(Drag, NothingIsTakenWhileEventsAreFrozen) {
 
 TEST_F(Drag, TheControlIsATargetOnlyInRunMode) {
   Connect();
-  Target other;
-  const auto is_target = [&] {
-    const HRESULT result = RegisterDragDrop(control_, &other);
-    if (result == S_OK) RevokeDragDrop(control_);
-    return result == DRAGDROP_E_ALREADYREGISTERED;
-  };
   const auto tell = [&](bool user_mode) {
     container_.ambients.user_mode = user_mode;
     As<IOleControl>(container_.Object())->OnAmbientPropertyChange(DISPID_AMBIENT_USERMODE);
   };
-  EXPECT_TRUE(is_target());
+  EXPECT_TRUE(IsTarget(control_));
   tell(false);
-  EXPECT_FALSE(is_target());
+  EXPECT_FALSE(IsTarget(control_));
   tell(true);
-  EXPECT_TRUE(is_target());
+  EXPECT_TRUE(IsTarget(control_));
   container_.ambients.ui_dead = true;
   EXPECT_EQ(DWORD{DROPEFFECT_NONE}, DragAlong({{5, 6}})) << "while the host is stopped";
   EXPECT_EQ(Log{}, Steps());
@@ -374,28 +529,6 @@ TEST_F(Drag, FromAnotherThreadComesInToo) {
   EXPECT_EQ("OLEDragDrop(Data,1,0,0,5,6)", Steps().back());
 }
 
-// What a handler may do to the control that calls it.
-struct Deed {
-  const char* name;
-  void (*run)(Container& container);
-};
-const Deed kDeeds[] = {
-    {"close", [](Container& container) { container.Close(); }},
-    {"deactivate",
-     [](Container& container) { As<IOleInPlaceObject>(container.Object())->InPlaceDeactivate(); }},
-    {"resize",
-     [](Container& container) {
-       const RECT place = {0, 0, 33, 44};
-       As<IOleInPlaceObject>(container.Object())->SetObjectRects(&place, &place);
-     }},
-    {"release",
-     [](Container& container) {
-       As<IOleObject>(container.Object())->Close(OLECLOSE_NOSAVE);
-       As<IOleObject>(container.Object())->SetClientSite(nullptr);
-       container.Drop();
-     }},
-};
-
 // As OLE calls it, without a mouse that would have to be quick.
 TEST_F(Drag, HandlersMayEndTheControl) {
   for (const char* const when : {"OLEDragOver(Data,3,1,0,5,6,0)", "OLEDragOver(Data,3,1,0,7,8,2)",
@@ -413,21 +546,15 @@ TEST_F(Drag, HandlersMayEndTheControl) {
         events.Disconnect();
         deed.run(container);
       };
-      const HWND window = container.ControlWindow();
-      const ComPtr<IDropTarget> target =
-          static_cast<IDropTarget*>(GetPropW(window, L"OleDropTargetInterface"));
-      ASSERT_TRUE(target);
-      const POINT first = Inside(window, 5, 6), second = Inside(window, 7, 8);
-      DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
-      target->DragEnter(&data_, MK_LBUTTON, {first.x, first.y}, &effect);
-      effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
-      target->DragOver(MK_LBUTTON, {second.x, second.y}, &effect);
-      if (std::string(when).ends_with(",1)")) {
-        target->DragLeave();
-      } else {
-        effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
-        target->Drop(&data_, 0, {second.x, second.y}, &effect);
-      }
+      Asked asked(container.ControlWindow());
+      const POINT second = Inside(container.ControlWindow(), 7, 8);
+      asked.Enter(data_);
+      asked.place = second;
+      asked.Over();
+      if (std::string(when).ends_with(",1)"))
+        asked.Leave();
+      else
+        asked.Drop(data_);
       EXPECT_EQ(1, done);
       events.on_event = nullptr;
     }

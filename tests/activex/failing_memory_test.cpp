@@ -261,5 +261,35 @@ TEST(FailureReports, ACallThatSucceedsLeavesNone) {
   EXPECT_EQ(L"", TakeErrorInfo().source);
 }
 
+// Out of sight, with the caption for its title; nobody but who looks for it sees it.
+TEST(FailingMemory, SubclassingThatFailsHalfWayLeavesAProxyWindow) {
+  int proxies = 0;
+  FailEach(false, [&](auto run) {
+    Container container;
+    container.HostObject(CreateControl());
+    ASSERT_EQ(S_OK, container.Activate());
+    const HWND window = container.ControlWindow();
+    MemoryBag bag;
+    bag.Put(L"Caption", Variant(L"title"));
+    run([&] { return LoadFromBag(container.Object(), bag); });
+    const HWND proxy = FindWindowExW(window, nullptr, L"Static", nullptr);
+    if (!proxy) return;
+    ++proxies;
+    wchar_t title[20] = {};
+    GetWindowTextW(proxy, title, 20);
+    EXPECT_STREQ(L"title", title);
+    EXPECT_EQ(4096, GetDlgCtrlID(proxy));
+    EXPECT_EQ(0x50000000, GetWindowLongW(proxy, GWL_STYLE));
+    RECT place = {};
+    GetWindowRect(proxy, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    const RECT expected = {-1000, -1000, -995, -995};
+    EXPECT_TRUE(EqualRect(&expected, &place)) << place.left << ' ' << place.top << ' ' << place.right;
+    container.Close();
+    EXPECT_FALSE(IsWindow(proxy));
+  });
+  EXPECT_GT(proxies, 0);
+}
+
 }  // namespace
 }  // namespace ocx_test

@@ -1,12 +1,13 @@
-// The pointer's way in and out, the tip, and the messages that a loaded control answers beyond its window.
+// The pointer's way in and out, the hover picture and the tip.
 #include <algorithm>
 #include <string>
 
-#include "activex/container.h"
-#include "activex/import_patch.h"
+#include "activex/bitmap_file.h"
+#include "activex/deeds.h"
+#include "activex/image_owner.h"
+#include "activex/loaded.h"
 #include "activex/picture.h"
-#include "activex/saving.h"
-#include "activex/server_copy.h"
+#include "platform/types.h"
 
 #include <commctrl.h>
 
@@ -14,33 +15,7 @@ namespace ocx_test {
 namespace {
 
 using Log = std::vector<std::string>;
-constexpr UINT kXButtonDown = 523, kXButtonUp = 524, kXButtonDoubleClick = 525;
-
-// A control that was loaded, as from a saved form, in a container on the screen.
-class Loaded {
- public:
-  explicit Loaded(bool user_mode = true, bool activate_first = false) {
-    container.ambients.user_mode = user_mode;
-    container.HostObject(CreateControl());
-    if (activate_first) Activate();
-    MemoryBag bag;
-    EXPECT_EQ(S_OK, LoadFromBag(container.Object(), bag));
-    if (!activate_first) Activate();
-    EXPECT_EQ(S_OK, events.ConnectEvents(container.Object()));
-    PumpMessages();
-  }
-  ~Loaded() { events.Disconnect(); }
-
-  void Activate() { EXPECT_EQ(S_OK, container.Activate()); }
-  HWND Window() const { return container.ControlWindow(); }
-  LRESULT Send(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) {
-    return SendMessageW(Window(), message, wparam, lparam);
-  }
-  bool IsSubclassed() { return Send(WM_ERASEBKGND) == -1; }
-
-  Container container;
-  Sink events;
-};
+constexpr UINT kXButtonDown = 523, kXButtonUp = 524;
 
 void MovePointer(int x, int y) { SetCursorPos(x, y); }
 void MoveOver(HWND window, int x, int y) {
@@ -57,13 +32,6 @@ bool WaitFor(const Sink& events, const char* event) {
     Sleep(10);
   }
   return false;
-}
-
-void Wait(int milliseconds) {
-  for (int waited = 0; waited < milliseconds; waited += 10) {
-    PumpMessages();
-    Sleep(10);
-  }
 }
 
 BOOL CALLBACK AddTip(HWND window, LPARAM list) {
@@ -156,34 +124,6 @@ TEST(Hover, EndsWithTheWindowAndBeginsAnewOverTheNextOne) {
   EXPECT_EQ((Log{"MouseEnter", "MouseMove(0,0,5,6)"}), control.events.log);
 }
 
-// What a handler may do to the control that calls it.
-struct Deed {
-  const char* name;
-  void (*run)(Container& container);
-};
-const Deed kDeeds[] = {
-    {"release",
-     [](Container& container) {
-       As<IOleObject>(container.Object())->Close(OLECLOSE_NOSAVE);
-       As<IOleObject>(container.Object())->SetClientSite(nullptr);
-       container.Drop();
-     }},
-    {"close", [](Container& container) { container.Close(); }},
-    {"deactivate",
-     [](Container& container) { As<IOleInPlaceObject>(container.Object())->InPlaceDeactivate(); }},
-    {"destroy the parent", [](Container& container) { DestroyWindow(container.Window()); }},
-    {"resize",
-     [](Container& container) {
-       const RECT place = {0, 0, 33, 44};
-       As<IOleInPlaceObject>(container.Object())->SetObjectRects(&place, &place);
-     }},
-    {"load again",
-     [](Container& container) {
-       MemoryBag bag;
-       LoadFromBag(container.Object(), bag);
-     }},
-};
-
 TEST(Hover, HandlersMayEndTheControl) {
   for (const char* const when : {"MouseEnter", "MouseMove(0,0,5,6)", "MouseLeave"})
     for (const Deed& deed : kDeeds) {
@@ -207,6 +147,67 @@ TEST(Hover, HandlersMayEndTheControl) {
   EXPECT_EQ(0u, Tips().size());
 }
 
+// --- The hover picture ------------------------------------------------------------------------------------
+
+constexpr COLORREF kPlain = 0x0000A0, kHovered = 0xA00000;  // red and blue
+
+// Which of the two images a window shows.
+std::string ShownIn(HWND window) {
+  RECT client = {};
+  GetClientRect(window, &client);
+  const Picture picture(client.right, client.bottom);
+  const HDC dc = GetDC(window);
+  BitBlt(picture.Dc(), 0, 0, client.right, client.bottom, dc, 0, 0, marklet::SRCCOPY);
+  ReleaseDC(window, dc);
+  std::string shown;
+  if (picture.Count(0xA00000) == 64) shown += "plain";
+  if (picture.Count(0x0000A0) == 64) shown += "hovered";
+  return shown;
+}
+
+// Puts both images into a control.
+void PutImages(IDispatch* object) {
+  const BitmapFile plain(L"", kPlain), hovered(L"", kHovered);
+  ASSERT_TRUE(LoadImageFile(object, plain.Path(), L"plain"));
+  ASSERT_TRUE(LoadImageFile(object, hovered.Path(), L"hovered"));
+  PutText(object, L"ImageKey", L"plain");
+  PutText(object, L"ImageKeyhover", L"hovered");
+}
+
+TEST(HoverPicture, IsShownBeforeMouseEnterAndHasGoneBeforeMouseLeave) {
+  MovePointer(900, 900);
+  Loaded control;
+  const ComPtr<IDispatch> object = control.container.Dispatch();
+  PutImages(object.Get());
+  EXPECT_EQ("plain", ShownIn(control.Window()));
+  Log seen;
+  control.events.on_event = [&](const std::string& event) {
+    seen.push_back(event + ' ' + ShownIn(control.Window()));
+  };
+  for (int entry = 0; entry < 2; ++entry) {
+    control.Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+    EXPECT_EQ("hovered", ShownIn(control.Window()));
+    control.Send(WM_MOUSELEAVE);
+    EXPECT_EQ("plain", ShownIn(control.Window()));
+    EXPECT_EQ((Log{"MouseEnter hovered", "MouseMove(0,0,5,6) hovered", "MouseLeave plain"}), seen);
+    seen.clear();
+  }
+  PutText(object.Get(), L"ImageKeyhover", L"");
+  control.Send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+  EXPECT_EQ("plain", ShownIn(control.Window())) << "without an image of its own";
+}
+
+TEST(HoverPicture, OfANewControlStays) {
+  MovePointer(900, 900);
+  Container container;
+  container.Host();
+  ASSERT_EQ(S_OK, container.Activate());
+  PutImages(container.Dispatch().Get());
+  SendMessageW(container.ControlWindow(), WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+  SendMessageW(container.ControlWindow(), WM_MOUSELEAVE, 0, 0);
+  EXPECT_EQ("hovered", ShownIn(container.ControlWindow())) << "it isn't subclassed";
+}
+
 // --- The tip ----------------------------------------------------------------------------------------------
 
 TEST(HoverTip, HoldsItsTextInAnyScriptAndGoesWithIt) {
@@ -226,99 +227,6 @@ TEST(HoverTip, HoldsItsTextInAnyScriptAndGoesWithIt) {
   EXPECT_EQ(L"other", TextOf(Tips()[0]));
   PutText(object.Get(), L"UniToolTipText", L"");
   EXPECT_EQ(0u, Tips().size());
-}
-
-// --- Subclassing ------------------------------------------------------------------------------------------
-
-TEST(Subclassing, BeginsWithLoadAndWindowWhicheverComesFirst) {
-  EXPECT_TRUE(Loaded(true, false).IsSubclassed());
-  EXPECT_TRUE(Loaded(true, true).IsSubclassed());
-  EXPECT_FALSE(Loaded(false, false).IsSubclassed()) << "not in a designer";
-  EXPECT_FALSE(Loaded(false, true).IsSubclassed());
-}
-
-TEST(Subclassing, IsNotForANewControl) {
-  Container container;
-  container.Host();
-  ASSERT_EQ(S_OK, container.Activate());
-  EXPECT_EQ(1, SendMessageW(container.ControlWindow(), WM_ERASEBKGND, 0, 0));
-}
-
-TEST(Subclassing, ASecondLoadLeavesItAsItIs) {
-  Loaded control;
-  MemoryBag bag;
-  ASSERT_EQ(S_OK, LoadFromBag(control.container.Object(), bag));
-  for (int i = 0; i < 3; ++i) EXPECT_TRUE(control.IsSubclassed());
-}
-
-TEST(Subclassing, TheTextsLengthIsThatOfTheMarkup) {
-  Loaded control;
-  PutText(control.container.Dispatch().Get(), L"Caption", L"<b>x</b> \u03B1");
-  EXPECT_EQ(10, control.Send(WM_GETTEXTLENGTH));
-  wchar_t text[20] = {};
-  EXPECT_EQ(10, DefWindowProcW(control.Window(), WM_GETTEXT, 20, reinterpret_cast<LPARAM>(text)));
-  EXPECT_STREQ(L"<b>x</b> \u03B1", text) << "the window gives the text itself";
-}
-
-TEST(Subclassing, PrintsWhateverPartsAreAskedFor) {
-  Loaded control;
-  PutNumber(control.container.Dispatch().Get(), L"BackColor", 0x204080);
-  for (const UINT message : {WM_PRINT, WM_PRINTCLIENT})
-    for (const LPARAM parts : {LPARAM{PRF_CLIENT}, LPARAM{0}, LPARAM{PRF_NONCLIENT}}) {
-      const HDC dc = CreateCompatibleDC(nullptr);
-      const HBITMAP bitmap = CreateBitmap(20, 20, 1, 32, nullptr);
-      const HGDIOBJ former = SelectObject(dc, bitmap);
-      control.Send(message, reinterpret_cast<WPARAM>(dc), parts);
-      EXPECT_EQ(0x204080u, GetPixel(dc, 15, 15)) << message << ' ' << parts;
-      SelectObject(dc, former);
-      DeleteObject(bitmap);
-      DeleteDC(dc);
-    }
-}
-
-// --- Extended buttons -------------------------------------------------------------------------------------
-
-BOOL WINAPI AnswerWindowsXp(OSVERSIONINFOA* version) {
-  version->dwMajorVersion = 5;
-  version->dwMinorVersion = 1;
-  version->dwPlatformId = VER_PLATFORM_WIN32_NT;
-  return TRUE;
-}
-
-// Each thread has its own answers of the system's tests, the first of which is no.
-TEST(ExtendedButtons, AreHeardFromTheSecondControlOnWhereTheSystemIsOfTheirFamily) {
-  const ImportPatch patch(Server::Get().Module(), {{"GetVersionExA", Address(&AnswerWindowsXp)}});
-  ASSERT_TRUE(RunOnThread([] {
-    const Apartment apartment;
-    {
-      Loaded first;
-      first.Send(kXButtonDown, MK_XBUTTON1, MAKELPARAM(30, 45));
-      EXPECT_EQ(Log{}, first.events.log);
-      Loaded second;
-      const LPARAM place = MAKELPARAM(30, 45);
-      EXPECT_EQ(1, second.Send(kXButtonDown, MK_XBUTTON1 | MK_SHIFT, place));
-      EXPECT_EQ(1, second.Send(kXButtonUp, MK_CONTROL, place));
-      EXPECT_EQ(1, second.Send(kXButtonDown, MK_XBUTTON2, place));
-      EXPECT_EQ(1, second.Send(kXButtonUp, 0, MAKELPARAM(0, 0)));
-      EXPECT_EQ(1, second.Send(kXButtonDown, MK_XBUTTON1 | MK_XBUTTON2 | MK_LBUTTON, place));
-      // The vertical position stays in the horizontal one, and both are taken for twips.
-      EXPECT_EQ((Log{"MouseDown(4,4,196610,3)", "MouseUp(4,8,196610,3)", "MouseDown(8,0,196610,3)",
-                     "MouseUp(8,0,0,0)", "MouseDown(16,0,196610,3)"}),
-                second.events.log);
-      second.events.log.clear();
-      EXPECT_EQ(1, second.Send(kXButtonDown, MK_XBUTTON1, MAKELPARAM(15, -15)));
-      EXPECT_EQ(Log{"MouseDown(4,0,-65535,4368)"}, second.events.log) << "above the control";
-      second.events.log.clear();
-      EXPECT_EQ(1, second.Send(kXButtonDoubleClick, MK_XBUTTON1, place));
-      for (const UINT message : {171u, 172u, 173u}) EXPECT_EQ(1, second.Send(message, 0, 0x10000));
-      EXPECT_EQ(Log{}, second.events.log) << "neither double clicks nor presses outside the client area";
-      second.container.ambients.user_mode = false;
-      second.Send(kXButtonDown, MK_XBUTTON1, place);
-      second.Send(kXButtonUp, 0, place);
-      EXPECT_EQ(Log{}, second.events.log) << "the designer's";
-    }
-    Wait(250);  // the thunks end on the thread that made them
-  }));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "activex/container.h"
+#include "activex/loaded.h"
 #include "activex/server_copy.h"
 #include "support/gdi_handles.h"
 
@@ -181,6 +182,155 @@ TEST_F(Unloading, TakesItsWindowClass) {
   server.Unload();
   EXPECT_FALSE(server.IsLoaded());
   EXPECT_FALSE(GetClassInfoExW(server.Module(), kWindowClass, &description));
+}
+
+// --- What windows were subclassed with --------------------------------------------------------------------
+
+// A window's thunk ends after the window, by a timer of the thread that had it.
+constexpr int kLongAfterTheTimer = 250;
+
+// A loaded control's life, to its end.
+void UseLoadedControl(const ServerCopy& server) {
+  Loaded control(server.CreateControl());
+  EXPECT_TRUE(control.IsSubclassed());
+  control.events.Disconnect();
+  control.container.Close();
+}
+
+TEST_F(Unloading, GoesAtOnceAfterAWindowThatWasSubclassed) {
+  ServerCopy server(L"unload_subclassed.ocx");
+  for (int i = 0; i < kRounds; ++i) {
+    ASSERT_TRUE(server.Load());
+    UseLoadedControl(server);
+    EXPECT_EQ(S_OK, server.CanUnloadNow());
+    server.Unload();
+    EXPECT_FALSE(server.IsLoaded());
+    Wait(kLongAfterTheTimer);  // what waits there can do without the server
+  }
+}
+
+// Only machine code of its own could go on without the server.
+TEST_F(Unloading, WaitsForTheThreadWhoseWindowWasSubclassed) {
+  ServerCopy server(L"unload_waiting.ocx");
+  ASSERT_TRUE(server.Load());
+  Signal used, go_on;
+  HostThread other([&] {
+    const Apartment apartment;
+    UseLoadedControl(server);
+    used.Give();
+    EXPECT_TRUE(go_on.Wait());
+    Wait(kLongAfterTheTimer);
+  });
+  ASSERT_TRUE(used.Wait());
+  EXPECT_EQ(sizeof(void*) == 4 ? S_OK : S_FALSE, server.CanUnloadNow());
+  go_on.Give();
+  ASSERT_TRUE(other.Join());
+  EXPECT_EQ(S_OK, server.CanUnloadNow());
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+}
+
+TEST_F(Unloading, AThreadThatEndsTakesWhatWaitsForItsTimer) {
+  ServerCopy server(L"unload_ended.ocx");
+  ASSERT_TRUE(server.Load());
+  ASSERT_TRUE(RunOnThread([&] {
+    const Apartment apartment;
+    UseLoadedControl(server);
+  }));
+  EXPECT_EQ(S_OK, server.CanUnloadNow());
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+}
+
+// A host that doesn't ask.
+TEST_F(Unloading, GoesUnaskedAfterAWindowThatWasSubclassed) {
+  ServerCopy server(L"unload_unasked.ocx");
+  ASSERT_TRUE(server.Load());
+  UseLoadedControl(server);
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+  Wait(kLongAfterTheTimer);
+}
+
+// Somebody who subclassed a window after the control did, and stays to its end.
+struct Foreign {
+  explicit Foreign(HWND window) {
+    calls = 0;
+    thunk = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
+  }
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    ++calls;
+    return CallWindowProcW(thunk, window, message, wparam, lparam);
+  }
+  static inline WNDPROC thunk = nullptr;
+  static inline int calls = 0;
+};
+
+TEST_F(Unloading, GoesAfterAWindowThatSomebodyElseSubclassedToo) {
+  ServerCopy server(L"unload_foreign.ocx");
+  ASSERT_TRUE(server.Load());
+  {
+    Loaded control(server.CreateControl());
+    const Foreign foreign(control.Window());
+    EXPECT_TRUE(control.IsSubclassed());
+    control.events.Disconnect();
+    control.container.Close();
+    EXPECT_GT(Foreign::calls, 1);
+  }
+  EXPECT_EQ(S_OK, server.CanUnloadNow());
+  server.Unload();
+  EXPECT_FALSE(server.IsLoaded());
+  Wait(kLongAfterTheTimer);
+}
+
+// --- From inside a handler --------------------------------------------------------------------------------
+
+// The pointer comes in and leaves, then something is dragged in, across and out, and in again and dropped.
+void PointAndDrag(HWND window) {
+  SendMessageW(window, WM_MOUSEMOVE, 0, MAKELPARAM(5, 6));
+  SendMessageW(window, WM_MOUSELEAVE, 0, 0);
+  const ComPtr<IDropTarget> target = static_cast<IDropTarget*>(GetPropW(window, L"OleDropTargetInterface"));
+  if (!target) return;
+  POINT place = {5, 6};
+  ClientToScreen(window, &place);
+  const POINTL at = {place.x, place.y};
+  DWORD effect = DROPEFFECT_COPY;
+  for (const bool drops : {false, true}) {
+    target->DragEnter(nullptr, MK_LBUTTON, at, &effect);
+    target->DragOver(MK_LBUTTON, at, &effect);
+    if (drops)
+      target->Drop(nullptr, 0, at, &effect);
+    else
+      target->DragLeave();
+  }
+}
+
+TEST_F(Unloading, InsideAHandlerWaitsForTheEndOfTheCall) {
+  ServerCopy server(L"unload_inside.ocx");
+  for (const char* const when : {"MouseEnter", "MouseMove(0,0,5,6)", "MouseLeave",
+                                 "OLEDragOver(Nothing,1,1,0,5,6,0)", "OLEDragOver(Nothing,1,1,0,5,6,2)",
+                                 "OLEDragOver(Nothing,0,1,0,5,6,1)", "OLEDragDrop(Nothing,1,0,0,5,6)"}) {
+    SCOPED_TRACE(when);
+    ASSERT_TRUE(server.Load());
+    {
+      Loaded control(server.CreateControl());
+      int done = 0;
+      control.events.on_event = [&](const std::string& event) {
+        if (event != when || done++ > 0) return;
+        control.events.Disconnect();
+        control.container.Close();
+        EXPECT_EQ(S_FALSE, server.CanUnloadNow());
+      };
+      PointAndDrag(control.Window());
+      EXPECT_EQ(1, done);
+      control.events.on_event = nullptr;
+    }
+    EXPECT_EQ(S_OK, server.CanUnloadNow());
+    server.Unload();
+    EXPECT_FALSE(server.IsLoaded());
+    Wait(kLongAfterTheTimer);
+  }
 }
 
 }  // namespace

@@ -156,7 +156,10 @@ void OleUserControl::EnableWindow() {
   drop_target_.Update(window_.Handle(), user_mode_);
 }
 
-void OleUserControl::ListenersChanged() { drop_target_.Update(window_.Handle(), user_mode_); }
+// Asked anew: a host connects its handlers when it runs, and not every one has told that it does.
+void OleUserControl::ListenersChanged() {
+  if (window_.Handle()) drop_target_.Update(window_.Handle(), ambient_.UserMode());
+}
 
 void OleUserControl::UserModeMayHaveChanged() {
   const bool before = user_mode_;
