@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/byte_order.h"
 #include "platform/gdi.h"
 #include "platform/headless/pixels/device_context.h"
 #include "platform/headless/recorder/hook.h"
@@ -68,6 +69,20 @@ void Row(std::uint8_t* to, const std::uint8_t* from, std::int64_t count) {
   CombineRow<kTo, kFrom>(to, from, count, Combine{});
 }
 
+// Without alpha, four pixels at a time.
+void NarrowRow(std::uint8_t* to, const std::uint8_t* from, std::int64_t count) {
+  const auto pixel = [&from](int at) {
+    return LoadLittleEndian<std::uint32_t>(from + std::ptrdiff_t{4} * at);
+  };
+  for (; count >= 4; count -= 4, to += 12, from += 16) {
+    const std::uint32_t second = pixel(1), third = pixel(2);
+    const std::uint32_t words[] = {(pixel(0) & 0xFFFFFF) | second << 24, (second >> 8 & 0xFFFF) | third << 16,
+                                   (third >> 16 & 0xFF) | pixel(3) << 8};
+    for (int word = 0; word < 3; ++word) StoreLittleEndian(to + std::ptrdiff_t{4} * word, words[word]);
+  }
+  Row<3, 4, Copy>(to, from, count);
+}
+
 struct RasterOperation {
   std::uint32_t rop;
   RowCombiner rows[2][2];  // by depth of destination and source: three bytes, four bytes
@@ -79,7 +94,7 @@ constexpr RasterOperation Combining(std::uint32_t rop) {
 }
 
 constexpr RasterOperation kRasterOperations[] = {
-    {SRCCOPY, {{CopyRow3, Row<3, 4, Copy>}, {Row<4, 3, Copy>, CopyRow4}}},
+    {SRCCOPY, {{CopyRow3, NarrowRow}, {Row<4, 3, Copy>, CopyRow4}}},
     Combining<And>(SRCAND),
     Combining<Xor>(SRCINVERT),
     Combining<NotCopy>(NOTSRCCOPY),

@@ -1,5 +1,6 @@
 #include "platform/headless/pixels/raster.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace marklet::headless {
@@ -20,12 +21,12 @@ void FillRow(std::uint8_t* row, std::int64_t count, int bytes_per_pixel, Pixel p
     std::memset(row, pixel.blue, static_cast<std::size_t>(count) * 3);
     return;
   }
-  for (std::int64_t i = 0; i < count; ++i, row += bytes_per_pixel) {
-    row[0] = pixel.blue;
-    row[1] = pixel.green;
-    row[2] = pixel.red;
-    if (bytes_per_pixel == 4) row[3] = 0;
-  }
+  // What is there is doubled until the row is full.
+  const std::uint8_t bytes[] = {pixel.blue, pixel.green, pixel.red, 0};
+  std::memcpy(row, bytes, static_cast<std::size_t>(bytes_per_pixel));
+  const auto end = static_cast<std::size_t>(count * bytes_per_pixel);
+  for (auto done = static_cast<std::size_t>(bytes_per_pixel); done < end; done *= 2)
+    std::memcpy(row + done, row, std::min(done, end - done));
 }
 
 // x / 255 to nearest for x up to 255 * 255.
