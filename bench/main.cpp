@@ -1,5 +1,6 @@
-// Runs the benchmarks, or with --picture FILE draws what the caption benchmarks draw. All peers get the same
-// fonts, from the fontconfig file of the tests.
+// Runs the benchmarks, or with --picture FILE draws what the caption benchmarks draw, or with --calls FILE
+// writes the platform calls of a repaint for the benchmark on Windows. All peers get the same fonts, from the
+// fontconfig file of the tests.
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
@@ -7,6 +8,7 @@
 #include <string_view>
 
 #include "captions.h"
+#include "full_control.h"
 
 int main(int count, char** arguments) {
   setenv("FONTCONFIG_FILE", MARKLET_FONTS_CONF, 1);
@@ -15,6 +17,8 @@ int main(int count, char** arguments) {
     const QGuiApplication application(count, arguments);
     return marklet::bench::SavePicture(arguments[2]) ? 0 : 1;
   }
+  if (count == 3 && std::string_view(arguments[1]) == "--calls")
+    return marklet::bench::SaveRepaintCalls(arguments[2]) ? 0 : 1;
   benchmark::Initialize(&count, arguments);
   if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 2;
   const QGuiApplication application(count, arguments);
