@@ -18,6 +18,7 @@ namespace {
 
 using testing::FakeHost;
 using testing::HostedControl;
+using testing::PlacedControl;
 using Log = FakeHost::Log;
 
 // An image that draws nothing and remembers how it was asked to.
@@ -159,8 +160,7 @@ TEST(LoadIconImageFromFile, AKeyInUseIsRefusedWithoutTouchingTheList) {
 }
 
 TEST(LoadIconImageFromFile, DoesNotRedraw) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.control.LoadIconImageFromFile(u"no such file.bmp", u"key");
   EXPECT_EQ(hosted.host.Paints(), 0);
 }
@@ -196,8 +196,7 @@ TEST(LoadIconImageFromFile, ShowsTheImageAtTheNextRepaint) {
   const testing::TemporaryFolder folder;
   const auto png = pictures::Png(16, [](int, int) { return 0xFF203040u; });
   folder.Write("a.png", std::string(png.begin(), png.end()));
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string());
   hosted.Set("ImageKey", std::u16string(u"key"));
   EXPECT_TRUE(hosted.control.LoadIconImageFromFile(folder.Path("a.png").u16string(), u"key"));
@@ -365,8 +364,7 @@ TEST(HiddenList, IsAnotherThanTheControlsOwn) {
 }
 
 TEST(HiddenList, StandsInNoSavedForm) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   testing::MemoryBag without, with;
   ASSERT_TRUE(hosted.control.WriteProperties(without));
   hosted.control.InternalAlphaImageList1().LoadImageIntoList(u"no such file.bmp", u"hidden");

@@ -10,6 +10,7 @@ namespace {
 
 using testing::FakeHost;
 using testing::HostedControl;
+using testing::PlacedControl;
 using Log = FakeHost::Log;
 
 TEST(Initialize, SetsSixFieldsAndTellsNobody) {
@@ -93,8 +94,7 @@ TEST(InitProperties, DesignModeIsWrittenOnceAndNeverFollows) {
 // --- Re-entry ---------------------------------------------------------------------------------------------
 
 TEST(Reentry, AHandlerOfChangeMaySetTheCaption) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.host.on_change = [&] {
     if (hosted.State().Caption.size() < 5) hosted.Set("Caption", hosted.State().Caption + u"x");
   };
@@ -104,8 +104,7 @@ TEST(Reentry, AHandlerOfChangeMaySetTheCaption) {
 }
 
 TEST(Reentry, AHandlerOfPropertyChangedMaySetEveryOtherProperty) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   int depth = 0;
   hosted.host.on_property_changed = [&](std::string_view) {
     if (++depth > 1) return;
@@ -117,8 +116,7 @@ TEST(Reentry, AHandlerOfPropertyChangedMaySetEveryOtherProperty) {
 
 // The question whether the host is enabled comes from inside the drawing of the caption.
 TEST(Reentry, APictureDroppedWhileItIsBuiltLeavesTheNewerOne) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   bool nested = false;
   hosted.host.on_enabled_asked = [&] {
     if (nested) return;
@@ -132,8 +130,7 @@ TEST(Reentry, APictureDroppedWhileItIsBuiltLeavesTheNewerOne) {
 }
 
 TEST(Reentry, APictureTakenAwayWhileItIsBuiltIsNotCopied) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.host.Surface().Clear(0x123456);
   hosted.host.on_enabled_asked = [&] { hosted.State().BackBuffer.reset(); };
   hosted.Set("BackColor", Long{0x00FF00});
@@ -142,8 +139,7 @@ TEST(Reentry, APictureTakenAwayWhileItIsBuiltIsNotCopied) {
 }
 
 TEST(Reentry, ManySettersInsideOnePaintEnd) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   int depth = 0;
   hosted.host.on_enabled_asked = [&] {
     if (++depth < 50) hosted.Set("ForeColor", Long{depth});
@@ -156,8 +152,7 @@ TEST(Reentry, ManySettersInsideOnePaintEnd) {
 // --- Hosts that fail --------------------------------------------------------------------------------------
 
 TEST(FailingHost, AnAnnouncementThatThrowsIsSkippedAndChangeIsStillRaised) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.host.on_property_changed = [](std::string_view) { throw std::runtime_error("no"); };
   hosted.host.on_change = [] { throw std::runtime_error("no"); };
   hosted.Set("Caption", std::u16string(u"x"));
@@ -166,8 +161,7 @@ TEST(FailingHost, AnAnnouncementThatThrowsIsSkippedAndChangeIsStillRaised) {
 }
 
 TEST(FailingHost, AStepOfAPaintThatThrowsIsSkippedAndTheNextRuns) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Caption = u"WWW";
   hosted.host.on_enabled_asked = [] { throw std::runtime_error("no"); };
   hosted.Set("BackColor", Long{0x00FF00});

@@ -16,6 +16,7 @@ namespace {
 using testing::FakeHost;
 using testing::FixedSystem;
 using testing::HostedControl;
+using testing::PlacedControl;
 using Log = FakeHost::Log;
 
 struct PaintCalls : ::testing::Test {
@@ -362,8 +363,7 @@ TEST_F(PaintCalls, AutoSizeMeasuresWithTwoSetsOfFlags) {
 
 TEST(PaintCallsOnOldSystems, AutoSizeMeasuresBytes) {
   const FixedSystem windows98(4, 10, 1);
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Caption = u"caf\u00E9";
   hosted.State().AutoSize = true;
   const Recorder recorder;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <new>
@@ -19,6 +20,7 @@ namespace {
 
 using testing::HostedControl;
 using testing::MemoryBag;
+using testing::PlacedControl;
 
 std::vector<std::uint8_t> Utf16Bytes(std::u16string_view text) {
   std::vector<std::uint8_t> bytes;
@@ -33,6 +35,10 @@ std::vector<std::string> Names(const MemoryBag& bag) {
   std::vector<std::string> names;
   for (const auto& entry : bag.entries) names.push_back(entry.name);
   return names;
+}
+
+std::vector<std::string> FromTheImagesOn(const std::vector<std::string>& names) {
+  return {std::ranges::find(names, "NumOfIconBytes"), names.end()};
 }
 
 // Channel, column, row: the shape in which images are kept.
@@ -51,8 +57,7 @@ ImageRef MakeImage(std::u16string key, ByteArray cell, Long size, Long depth) {
 // --- Writing ----------------------------------------------------------------------------------------------
 
 TEST(Persistence, KeysAreWrittenInTheOrderOfSavedForms) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
   EXPECT_EQ(
@@ -104,8 +109,7 @@ TEST(Persistence, DefaultsHaveTheTypesOfSavedForms) {
 }
 
 TEST(Persistence, ValuesHaveTheTypesOfSavedForms) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
   const std::pair<const char*, BagType> expected[] = {
@@ -126,8 +130,7 @@ TEST(Persistence, ValuesHaveTheTypesOfSavedForms) {
 }
 
 TEST(Persistence, DefaultTextsAreStillSavedAsByteArrays) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
   for (const char* name : {"Caption", "UniToolTipText"}) {
@@ -139,8 +142,7 @@ TEST(Persistence, DefaultTextsAreStillSavedAsByteArrays) {
 }
 
 TEST(Persistence, CaptionIsSavedLowByteFirst) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"A\u05E9\u4E16"));
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
@@ -160,8 +162,7 @@ TEST(Persistence, ADesignerSavesTheTextAndNotItsPlaceholder) {
 }
 
 TEST(Persistence, AnImagesKeyHasANullStringAsItsDefaultAndItsCellsHaveNone) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
@@ -178,8 +179,7 @@ struct PlaceBag final : PropertyBag {
 };
 
 TEST(Persistence, CellsAreNotCopiedOnTheirWayIntoABag) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Images->Add(u"a", MakeImage(u"a", Cell(4, 16, 16, 3), 0, 4));
   PlaceBag bag;
   hosted.control.WriteProperties(bag);
@@ -187,8 +187,7 @@ TEST(Persistence, CellsAreNotCopiedOnTheirWayIntoABag) {
 }
 
 TEST(Persistence, AlignmentIsNeverWritten) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Alignment = 3;
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
@@ -264,8 +263,7 @@ TEST(Persistence, LoadingAnAppearanceChangesNoColour) {
 TEST(Persistence, ACaptionBeyondTheCodePageSurvivesASaveAndALoad) {
   using std::string_literals::operator""s;  // for the NUL in it
   const std::u16string caption = u"<b>\u05E9\u4E16\U0001F600</b>\u0001\0x"s;
-  HostedControl saved;
-  saved.Init();
+  PlacedControl saved;
   saved.Set("Caption", caption);
   MemoryBag bag;
   saved.control.WriteProperties(bag);
@@ -390,8 +388,7 @@ TEST(Persistence, TheLastStepSettlesTheColourFlag) {
 // --- Bad data ---------------------------------------------------------------------------------------------
 
 TEST(Persistence, AValueOfAWrongTypeLeavesTheField) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Padding = 7;
   hosted.State().BackColor = 5;
   MemoryBag bag;
@@ -438,8 +435,7 @@ struct RefusingBag final : PropertyBag {
 };
 
 TEST(Persistence, AValueThatCannotBeWrittenIsToldAndTheOthersAreWritten) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
   MemoryBag all;
   EXPECT_TRUE(hosted.control.WriteProperties(all));
@@ -464,8 +460,7 @@ struct ForgetfulBag final : PropertyBag {
 };
 
 TEST(Persistence, AValueThatCannotBeHadIsToldAndTheOthersAreRead) {
-  HostedControl saved;
-  saved.Init();
+  PlacedControl saved;
   saved.Set("Caption", std::u16string(u"x"));
   saved.Set("ImageKey", std::u16string(u"a"));
   saved.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1, 2}), 0, 4));
@@ -538,8 +533,7 @@ struct MeddlingBag final : PropertyBag {
 
 TEST(Persistence, AListEmptiedWhileItIsWrittenEndsWithTheImageAtHand) {
   for (const bool all_at_once : {false, true}) {
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     for (const char16_t* key : {u"a", u"b", u"c"})
       hosted.State().Images->Add(key, MakeImage(key, OneDimension({1, 2}), 0, 4));
     MeddlingBag bag;
@@ -557,8 +551,7 @@ TEST(Persistence, AListEmptiedWhileItIsWrittenEndsWithTheImageAtHand) {
 }
 
 TEST(Persistence, ImagesKeepTheirCellsAndShapes) {
-  HostedControl saved;
-  saved.Init();
+  PlacedControl saved;
   const ByteArray cell = Cell(4, 32, 32, 9);
   saved.State().Images->Add(u"logo", MakeImage(u"logo", cell, 2, 4));
   saved.State().Images->Add(u"Next", MakeImage(u"Next", Cell(3, 16, 16, 5), 0, 3));
@@ -579,8 +572,7 @@ TEST(Persistence, ImagesKeepTheirCellsAndShapes) {
 
 // An image's key, its cells size by size and within a size depth by depth; then the next image.
 TEST(Persistence, CellsStandAfterTheirImagesKeySizeBySize) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const ImageRef first = MakeImage(u"a", OneDimension({1, 2}), 7, 4);
   for (const auto& [size, depth] : {std::pair<Long, Long>{1, 0}, {0, 4}, {0, 1}})
     first->SetBytes(size, depth, OneDimension({1, 2}));
@@ -588,11 +580,10 @@ TEST(Persistence, CellsStandAfterTheirImagesKeySizeBySize) {
   hosted.State().Images->Add(u"b", MakeImage(u"b", OneDimension({1, 2}), 3, 2));
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
-  const std::vector<std::string> names = Names(bag);
   const std::vector<std::string> expected = {"NumOfIconBytes",  "IcoBytesKey_1",   "IconBytesJ0K1_1",
                                              "IconBytesJ0K4_1", "IconBytesJ1K0_1", "IconBytesJ7K4_1",
                                              "IcoBytesKey_2",   "IconBytesJ3K2_2"};
-  EXPECT_EQ(std::vector<std::string>(names.begin() + 21, names.end()), expected);
+  EXPECT_EQ(FromTheImagesOn(Names(bag)), expected);
 }
 
 TEST(Persistence, EveryCellOfAnImageIsAskedForAfterItsKey) {
@@ -605,12 +596,11 @@ TEST(Persistence, EveryCellOfAnImageIsAskedForAfterItsKey) {
     for (const char depth : std::string("01234"))
       expected.push_back(std::string("IconBytesJ") + size + "K" + depth + "_1");
   expected.insert(expected.end(), {"ImageKey", "ImageKeyHover", "AutoSize"});
-  EXPECT_EQ(std::vector<std::string>(bag.asked.begin() + 19, bag.asked.end()), expected);
+  EXPECT_EQ(FromTheImagesOn(bag.asked), expected);
 }
 
 TEST(Persistence, NumbersOfImagesAreNotPadded) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   for (char16_t key = u'a'; key < u'l'; ++key)
     hosted.State().Images->Add({key}, MakeImage({key}, OneDimension({1, 2}), 0, 4));
   MemoryBag bag;
@@ -619,8 +609,7 @@ TEST(Persistence, NumbersOfImagesAreNotPadded) {
 }
 
 TEST(Persistence, ACellOfOneByteDoesNotSurvive) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Images->Add(u"a", MakeImage(u"a", OneDimension({1}), 0, 4));
   hosted.State().Images->Add(u"b", MakeImage(u"b", OneDimension({1, 2}), 0, 4));
   MemoryBag bag;
@@ -669,8 +658,7 @@ TEST(Persistence, ASecondImageUnderAKeyIsNotInTheList) {
 }
 
 TEST(Persistence, AnEmptyListWritesItsCountAlone) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
   EXPECT_TRUE(bag.Find("NumOfIconBytes")->value == BagValue(Long{0}));
@@ -681,8 +669,7 @@ TEST(Persistence, AnEmptyListWritesItsCountAlone) {
 }
 
 TEST(Persistence, WithoutAListNoImageKeyIsWritten) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.State().Images.reset();
   MemoryBag bag;
   hosted.control.WriteProperties(bag);
@@ -690,8 +677,7 @@ TEST(Persistence, WithoutAListNoImageKeyIsWritten) {
 }
 
 TEST(Persistence, SavingLoadingAndSavingAgainGivesTheSame) {
-  HostedControl first;
-  first.Init();
+  PlacedControl first;
   first.Set("Caption", std::u16string(u"<b>\u4E16</b> &x"));
   first.Set("TextEffect", Long{3});
   first.Set("BackStyle", Long{0});

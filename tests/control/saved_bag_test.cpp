@@ -17,6 +17,7 @@ namespace {
 
 using testing::HostedControl;
 using testing::Join;
+using testing::PlacedControl;
 using testing::Seal;
 using testing::U32;
 using Bytes = std::vector<std::uint8_t>;
@@ -265,8 +266,7 @@ TEST(SavedBag, BytesPastTheEndArePassedOver) {
 
 // A control with everything set, as bytes.
 Bytes RichForm() {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"<b>\u05E9\u4E16</b>"));
   hosted.Set("ImageKey", std::u16string(u"logo"));
   const auto image = std::make_shared<CIconBytes>();

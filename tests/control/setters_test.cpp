@@ -13,6 +13,7 @@ namespace {
 using testing::FakeHost;
 using testing::FixedSystem;
 using testing::HostedControl;
+using testing::PlacedControl;
 using Log = FakeHost::Log;
 
 // One line a property: a value to set and everything that the host sees of it. AutoSize is off, so that the
@@ -61,8 +62,7 @@ TEST(Setters, EachDoesAndAnnouncesWhatIsKnownOfItInOrder) {
   const auto protocols = Protocols();
   ASSERT_EQ(protocols.size(), Properties().size());
   for (const Protocol& protocol : protocols) {
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     hosted.Set(protocol.property, protocol.value);
     EXPECT_EQ(hosted.host.log, protocol.seen) << protocol.property;
   }
@@ -73,28 +73,38 @@ TEST(Setters, EachValueReadsBack) {
   for (const Protocol& protocol : Protocols()) {
     const std::string_view name = protocol.property;
     if (name == "hwnd" || name == "Font") continue;
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     hosted.Set(name, protocol.value);
     EXPECT_EQ(hosted.Get(name), protocol.value) << name;
   }
 }
+
+// A control that fits itself to its caption.
+struct FittingControl : PlacedControl {
+  FittingControl() {
+    State().Caption = u"Caption";
+    State().AutoSize = true;
+  }
+};
+
+Log SeenUnderAutoSize(const Protocol& protocol) {
+  FittingControl hosted;
+  const std::string_view name = protocol.property;
+  hosted.Set(name, name == "AutoSize" ? Value(true) : protocol.value);
+  return hosted.host.log;
+}
+
+bool SetsHeight(std::string_view line) { return line.starts_with("Height("); }
 
 // With AutoSize on, these measure (one more context asked for) and size the control before the repaint.
 TEST(Setters, SevenKindsOfSetterMeasureUnderAutoSize) {
   const FixedSystem windows7;
   for (const Protocol& protocol : Protocols()) {
     const std::string_view name = protocol.property;
-    HostedControl hosted;
-    hosted.Init();
-    hosted.State().Caption = u"Caption";
-    hosted.State().AutoSize = true;
-    hosted.Set(name, name == "AutoSize" ? Value(true) : protocol.value);
     const bool measures = name == "AutoSize" || name == "Caption" || name.starts_with("Font") ||
                           name == "ImageKey" || name == "WordWrap" || name == "ImageSize";
-    int heights = 0;
-    for (const std::string& line : hosted.host.log) heights += line.starts_with("Height(");
-    EXPECT_EQ(heights, measures ? 1 : 0) << name;
+    const Log seen = SeenUnderAutoSize(protocol);
+    EXPECT_EQ(std::ranges::count_if(seen, SetsHeight), measures ? 1 : 0) << name;
   }
 }
 
@@ -104,15 +114,9 @@ TEST(Setters, MeasuringComesBeforeTheRepaintAndTheAnnouncementAfterIt) {
   const FixedSystem windows7;
   for (const Protocol& protocol : Protocols()) {
     const std::string_view name = protocol.property;
-    HostedControl hosted;
-    hosted.Init();
-    hosted.State().Caption = u"Caption";
-    hosted.State().AutoSize = true;
-    hosted.Set(name, name == "AutoSize" ? Value(true) : protocol.value);
-    const bool measures = std::any_of(hosted.host.log.begin(), hosted.host.log.end(),
-                                      [](const std::string& line) { return line.starts_with("Height("); });
-    if (!measures) {
-      EXPECT_EQ(hosted.host.log, protocol.seen) << name;
+    const Log log = SeenUnderAutoSize(protocol);
+    if (std::ranges::none_of(log, SetsHeight)) {
+      EXPECT_EQ(log, protocol.seen) << name;
       continue;
     }
     Log expected;
@@ -125,7 +129,7 @@ TEST(Setters, MeasuringComesBeforeTheRepaintAndTheAnnouncementAfterIt) {
       expected.push_back(line);
     }
     Log seen;
-    for (const std::string& line : hosted.host.log) {
+    for (const std::string& line : log) {
       const bool sizes = line.starts_with("Width(") || line.starts_with("Height(");
       seen.push_back(sizes ? line.substr(0, line.find('(')) : line);
     }
@@ -137,8 +141,7 @@ TEST(Setters, EachButFourDropsThePictureAndLeavesANewOne) {
   const FixedSystem windows7;
   for (const Protocol& protocol : Protocols()) {
     const std::string_view name = protocol.property;
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     hosted.control.RedrawNow();
     const auto before = hosted.State().BackBuffer;
     ASSERT_TRUE(before);
@@ -151,8 +154,7 @@ TEST(Setters, EachButFourDropsThePictureAndLeavesANewOne) {
 }
 
 TEST(Setters, HiddenPropertiesFollowTheSameProtocolUnderTheirOwnNames) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const Value values[] = {Long{4}, true, Long{2}, Long{3}};
   for (std::size_t i = 0; i < 4; ++i) {
     const PropertyRow& row = HiddenProperties()[i];
@@ -167,18 +169,14 @@ TEST(Setters, HiddenPropertiesFollowTheSameProtocolUnderTheirOwnNames) {
 }
 
 TEST(Setters, PaddingMeasuresUnderAutoSize) {
-  HostedControl hosted;
-  hosted.Init();
-  hosted.State().Caption = u"Caption";
-  hosted.State().AutoSize = true;
+  FittingControl hosted;
   hosted.control.Set(HiddenProperties()[0], Long{4});
   EXPECT_EQ(hosted.host.log[0], "hDC");
-  EXPECT_TRUE(hosted.host.log[1].starts_with("Height("));
+  EXPECT_TRUE(SetsHeight(hosted.host.log[1]));
 }
 
 TEST(Setters, BackStyleAnnouncesBackColorAndNeverItself) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("BackStyle", Long{0});
   hosted.Set("BackStyle", Long{1});
   EXPECT_EQ(hosted.host.Announced(), (Log{"BackColor", "BackColor"}));
@@ -186,8 +184,7 @@ TEST(Setters, BackStyleAnnouncesBackColorAndNeverItself) {
 }
 
 TEST(Setters, AppearanceLeavesBackColorAloneWhenItStays) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   ASSERT_EQ(hosted.Number("Appearance"), 1);
   hosted.Set("BackColor", Long{0x0000FF});
   hosted.host.TakeLog();
@@ -197,8 +194,7 @@ TEST(Setters, AppearanceLeavesBackColorAloneWhenItStays) {
 }
 
 TEST(Setters, AppearanceOverwritesBackColorWithoutAnnouncingIt) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   for (const char* name : {"BackColor", "ForeColor", "EffectColor"}) hosted.Set(name, Long{0x0000FF});
   hosted.host.TakeLog();
   hosted.Set("Appearance", Long{0});
@@ -211,8 +207,7 @@ TEST(Setters, AppearanceOverwritesBackColorWithoutAnnouncingIt) {
 }
 
 TEST(Setters, ColourFlagFollowsTheThreeColours) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   EXPECT_TRUE(hosted.State().UsesSystemColors);
   hosted.Set("BackColor", Long{0});
   hosted.Set("ForeColor", Long{0});
@@ -231,8 +226,7 @@ TEST(Setters, ColourFlagFollowsTheThreeColours) {
 TEST(Setters, ColourFlagIsUpdatedBeforeTheRepaint) {
   for (const char* name : {"BackColor", "ForeColor", "EffectColor"}) {
     const FixedSystem windows7;
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     for (const char* colour : {"BackColor", "ForeColor", "EffectColor"}) hosted.Set(colour, Long{0xFF});
     Configuration().system_colours[15] = 0x00ABCDEF;
     hosted.control.RedrawNow();
@@ -243,16 +237,14 @@ TEST(Setters, ColourFlagIsUpdatedBeforeTheRepaint) {
 }
 
 TEST(Setters, EnabledIsReadFromTheHost) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   EXPECT_TRUE(hosted.Flag("Enabled"));
   hosted.host.enabled = false;
   EXPECT_FALSE(hosted.Flag("Enabled"));
 }
 
 TEST(Setters, ImageSizeOutOfRangeIsKeptAndMeansSixteenPixels) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const Long pixels[] = {16, 24, 32, 48, 72, 96, 128, 256};
   for (Long size = 0; size < 8; ++size) {
     hosted.Set("ImageSize", size);
@@ -267,8 +259,7 @@ TEST(Setters, ImageSizeOutOfRangeIsKeptAndMeansSixteenPixels) {
 }
 
 TEST(Setters, NoEnumerationIsChecked) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   for (const char* name : {"BackStyle", "Appearance", "BorderStyle", "TextEffect", "ImageAlignment"}) {
     for (const Long value : {77, -5}) {
       hosted.Set(name, value);
@@ -278,8 +269,7 @@ TEST(Setters, NoEnumerationIsChecked) {
 }
 
 TEST(Setters, AValueOfAnotherTypeIsIgnoredWhole) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const std::u16string text = u"1";
   hosted.Set("Caption", Long{5});
   hosted.Set("AutoSize", Long{-1});
@@ -311,8 +301,7 @@ TEST(Setters, MouseIconGoesToTheHostAndComesBackUnread) {
 TEST(Caption, RaisesChangeAndNothingElseDoes) {
   const FixedSystem windows7;
   for (const Protocol& protocol : Protocols()) {
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     hosted.Set(protocol.property, protocol.value);
     const bool changed = !hosted.host.log.empty() && hosted.host.log.back() == "Change";
     EXPECT_EQ(changed, std::string_view(protocol.property) == "Caption") << protocol.property;
@@ -320,16 +309,14 @@ TEST(Caption, RaisesChangeAndNothingElseDoes) {
 }
 
 TEST(Caption, RaisesChangeForTheSameTextToo) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string());
   hosted.Set("Caption", std::u16string());
   EXPECT_EQ(std::count(hosted.host.log.begin(), hosted.host.log.end(), "Change"), 2);
 }
 
 TEST(Caption, BytesOfUtf8AreRepaired) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   // Each byte arrives as one character.
   hosted.Set("Caption", std::u16string(u"f\u00C3\u00BCnf \u00C3\u00A9t\u00C3\u00A9s"));
   EXPECT_EQ(hosted.State().Caption, u"f\u00FCnf \u00E9t\u00E9s");
@@ -338,8 +325,7 @@ TEST(Caption, BytesOfUtf8AreRepaired) {
 }
 
 TEST(Caption, TheKeyIsFoundInTheStoredTextWhenMnemonicsAreOn) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"Save &As"));
   EXPECT_EQ(hosted.host.access_keys, u"A");
   hosted.State().UseMnemonic = false;
@@ -348,8 +334,7 @@ TEST(Caption, TheKeyIsFoundInTheStoredTextWhenMnemonicsAreOn) {
 }
 
 TEST(Caption, DesignersGetAPlaceholderForTextsBeyondPlainLatin) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   for (const char* name : {"Caption", "UniToolTipText"}) {
     hosted.host.ambient.user_mode = true;
     hosted.Set(name, std::u16string(u"\u0395\u03BB\u03BB\u03AC\u03B4\u03B1"));
@@ -362,8 +347,7 @@ TEST(Caption, DesignersGetAPlaceholderForTextsBeyondPlainLatin) {
 }
 
 TEST(Caption, ThePlaceholderAsksTheHostAndNotTheDesignModeField) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"\u03A9"));
   hosted.State().DesignMode = true;
   EXPECT_EQ(hosted.Text("Caption"), u"\u03A9");
@@ -371,16 +355,14 @@ TEST(Caption, ThePlaceholderAsksTheHostAndNotTheDesignModeField) {
 
 // Units of 0x8000 and above count as negative, so that a text of nothing else passes for plain.
 TEST(Caption, HangulTextIsNoReasonForThePlaceholder) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.host.ambient.user_mode = false;
   hosted.Set("Caption", std::u16string(u"\uD55C\uAE00"));
   EXPECT_EQ(hosted.Text("Caption"), u"\uD55C\uAE00");
 }
 
 TEST(ToolTip, AnEmptyTextIsStoredAndAnnouncedAndNoMore) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("UniToolTipText", std::u16string(u"tip"));
   hosted.host.TakeLog();
   hosted.Set("UniToolTipText", std::u16string());
@@ -391,8 +373,7 @@ TEST(ToolTip, AnEmptyTextIsStoredAndAnnouncedAndNoMore) {
 // --- Access keys ------------------------------------------------------------------------------------------
 
 TEST(AccessKeys, UseMnemonicOffClearsThemAndKeepsTheAmpersand) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"&Open"));
   ASSERT_EQ(hosted.host.access_keys, u"O");
   hosted.Set("UseMnemonic", false);
@@ -403,36 +384,31 @@ TEST(AccessKeys, UseMnemonicOffClearsThemAndKeepsTheAmpersand) {
 }
 
 TEST(AccessKeys, ACaptionThatEndsInAnAmpersandGivesNone) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"Save &"));
   EXPECT_EQ(hosted.host.access_keys, u"");
 }
 
 TEST(AccessKeys, TheScanKnowsNoMarkup) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"<f=A&B>E&xit</f>"));
   EXPECT_EQ(hosted.host.access_keys, u"B");
 }
 
 TEST(AccessKeys, ADoubledAmpersandIsTheKey) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"a && b &c"));
   EXPECT_EQ(hosted.host.access_keys, u"&");
 }
 
 TEST(AccessKeys, TheKeyKeepsItsCase) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"&quit"));
   EXPECT_EQ(hosted.host.access_keys, u"q");
 }
 
 TEST(AccessKeys, TheScanEndsOnANonCharacter) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   hosted.Set("Caption", std::u16string(u"&\uFFFF &x"));
   EXPECT_EQ(hosted.host.access_keys, u"");
 }
@@ -440,8 +416,7 @@ TEST(AccessKeys, TheScanEndsOnANonCharacter) {
 // --- Font -------------------------------------------------------------------------------------------------
 
 TEST(Font, PutMakesADeepCopy) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const auto given = std::make_shared<StdFont>();
   given->PutName(u"Arial");
   given->PutSize(14.25);
@@ -465,8 +440,7 @@ TEST(Font, PutMakesADeepCopy) {
 }
 
 TEST(Font, NoFontLeavesTheFontAndStillRedraws) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const FontRef before = hosted.host.font;
   hosted.Set("Font", FontRef());
   EXPECT_EQ(hosted.host.font, before);
@@ -474,8 +448,7 @@ TEST(Font, NoFontLeavesTheFontAndStillRedraws) {
 }
 
 TEST(Font, EachMemberMakesANewFontAndChangesOnlyItself) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const FontRef before = hosted.host.font;
   hosted.Set("FontBold", true);
   EXPECT_NE(hosted.host.font, before);
@@ -503,8 +476,7 @@ TEST(Font, AMemberSetToWhatItIsMakesANewFontToo) {
                                                    {"FontName", std::u16string(u"Tahoma")},
                                                    {"FontSize", Long{8}}};
   for (const auto& [name, value] : members) {
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     const FontRef before = hosted.host.font;
     ASSERT_EQ(hosted.Get(name), value) << name;
     hosted.Set(name, value);
@@ -513,16 +485,14 @@ TEST(Font, AMemberSetToWhatItIsMakesANewFontToo) {
 }
 
 TEST(Font, AMemberIsSetOnTheFontThatStoodToo) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const FontRef before = hosted.host.font;
   hosted.Set("FontItalic", true);
   EXPECT_TRUE(before->Italic());
 }
 
 TEST(Font, SizeReadsAsAWholeNumberHalvesToEven) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   const std::pair<double, Long> sizes[] = {{8.25, 8}, {8.5, 8}, {9.5, 10}, {9.75, 10}};
   for (const auto& [points, whole] : sizes) {
     hosted.host.font->PutSize(points);

@@ -13,6 +13,7 @@ namespace {
 using testing::FakeHost;
 using testing::FixedSystem;
 using testing::HostedControl;
+using testing::PlacedControl;
 using Log = FakeHost::Log;
 
 struct Sizing : ::testing::Test {
@@ -149,8 +150,7 @@ TEST_F(Sizing, AnAutoSizeThatIsOffOnlyRedraws) {
 TEST(SizingOnOldSystems, AWidthMeasuredFromBytesIsStretchedForTextsBeyondPlainLatin) {
   const FixedSystem windows98(4, 10, 1);
   for (const bool beyond : {false, true}) {
-    HostedControl hosted;
-    hosted.Init();
+    PlacedControl hosted;
     hosted.State().WordWrap = false;
     const std::u16string text = beyond ? u"caf\u00E9" : u"cafe";
     hosted.State().Caption = text;
@@ -166,8 +166,7 @@ TEST(SizingOnOldSystems, AWidthMeasuredFromBytesIsStretchedForTextsBeyondPlainLa
 // --- Resize -----------------------------------------------------------------------------------------------
 
 TEST(Resize, MarksGrowAndNeverShrink) {
-  HostedControl hosted;
-  hosted.Init();
+  PlacedControl hosted;
   EXPECT_EQ(hosted.State().MaxWidth, 0);
   hosted.control.Resize();
   EXPECT_EQ(hosted.State().MaxWidth, 100);

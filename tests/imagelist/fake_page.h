@@ -28,8 +28,7 @@ struct FakeFileDialog final : OpenFileDialog {
 
 // A control on the form.
 struct LabelObject final : PageObject {
-  HostedControl hosted;
-  LabelObject() { hosted.Init(); }
+  PlacedControl hosted;
   ISupportsAlphaImage* AlphaImages() override { return &hosted.control; }
   InternalAlphaImageList* HiddenList() override { return nullptr; }
   ImageRef LoadImageIntoLabel(std::u16string_view file, std::u16string_view key) override {

@@ -141,6 +141,11 @@ struct HostedControl {
   MarkletState& State() { return control.State(); }
 };
 
+// One that has been placed on a form, with nothing in its log.
+struct PlacedControl : HostedControl {
+  PlacedControl() { Init(); }
+};
+
 // Fixes the answers of the system on this thread, and forgets them again.
 class FixedSystem {
  public:
