@@ -43,12 +43,12 @@ TEST(Persistence, AStorageHoldsTheBytesOfAStream) {
 }
 
 TEST(Persistence, AStorageFileOfEachVersionLoadsAsItsStreamDoes) {
-  const std::pair<const wchar_t*, Bytes> files[] = {{L"1.0", FirstSavedForm()}, {L"1.1", SavedForm()}};
-  for (const auto& [version, form] : files) {
-    const std::wstring path = SavedFormsPath() + L"\\" + version + L"\\every_property.stg";
+  for (const wchar_t* version : {L"1.0", L"1.1"}) {
+    const std::wstring path = SavedFormsPath() + L"\\" + version + L"\\every_property";
+    const Bytes form = BytesOfFile(path + L".form");
     ComPtr<IStorage> storage;
-    ASSERT_EQ(S_OK, StgOpenStorage(path.c_str(), nullptr, STGM_READ | STGM_SHARE_DENY_WRITE, nullptr, 0,
-                                   storage.GetAddressOf()));
+    ASSERT_EQ(S_OK, StgOpenStorage((path + L".stg").c_str(), nullptr, STGM_READ | STGM_SHARE_DENY_WRITE,
+                                   nullptr, 0, storage.GetAddressOf()));
     EXPECT_EQ(form, StreamOf(storage.Get()));
     const ComPtr<IUnknown> control = CreateControl();
     EXPECT_EQ(S_OK, As<IPersistStorage>(control)->Load(storage.Get()));
