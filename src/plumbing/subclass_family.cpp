@@ -117,8 +117,6 @@ void CSubClassAsm::ssc_UnSubclass(::HWND lng_hWnd) {
 void CSubClassAsm::ssc_Terminate() {
   for (const Thunk& thunk : subclasses_.FromTheLast())
     if (subclasses_.Find(thunk.key)) ssc_UnSubclass(PointerIn<::HWND>(zData(kWindow, thunk.block)));
-  // Keys of windows that went before.
-  subclasses_.Clear();
 }
 
 Word CSubClassAsm::ssc_CallOrigWndProc(::HWND lng_hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {

@@ -95,6 +95,11 @@ TEST_F(Callback, RefusesANegativeCountAndAnUnknownMethod) {
   EXPECT_EQ(0, subclasser_.scb_SetCallbackAddr(100000, 1, &taker_, true, false));
 }
 
+TEST_F(Callback, ARefusedOneLeavesNoKey) {
+  EXPECT_EQ(0, subclasser_.scb_SetCallbackAddr(100000, Taker::OrdinalFor(2), &taker_, true, false));
+  EXPECT_NE(0, subclasser_.scb_SetCallbackAddr(2, Taker::OrdinalFor(2), &taker_, true, false));
+}
+
 // The memory with the machine code goes; a dispatcher's address stays, and leads to nothing.
 TEST_F(Callback, IsReleasedByObjectAndOrdinal) {
   const int before = CountPrivateRegions();
@@ -112,6 +117,15 @@ TEST_F(Callback, AllAreReleasedTogether) {
     ASSERT_NE(0, subclasser_.scb_SetCallbackAddr(2, Taker::OrdinalFor(2), &taker_, true, false)) << i;
     subclasser_.scb_TerminateCallbacks();
   }
+}
+
+TEST_F(Callback, AllGoWithTheSubclasser) {
+  const int before = CountPrivateRegions();
+  for (int i = 0; i < 200; ++i) {
+    CSubClassAsm subclasser;
+    ASSERT_NE(0, subclasser.scb_SetCallbackAddr(1, Taker::OrdinalFor(1), &taker_, true, false)) << i;
+  }
+  EXPECT_LT(CountPrivateRegions() - before, 100);
 }
 
 // --- Timers
@@ -176,6 +190,47 @@ TEST_F(Callback, AVanishedMethodThatServesNoTimerGivesZero) {
   EXPECT_EQ(0, CallAs(address, std::make_index_sequence<4>{}));
   PumpFor(50);
   EXPECT_TRUE(::KillTimer(nullptr, timer)) << "nobody else did";
+}
+
+// The block of an object's callback: memory of this process's own whose first words are the object and its
+// method.
+Word* BlockOf(const CallbackObject& object) {
+  Word* block = nullptr;
+  CountRegions([&](const MEMORY_BASIC_INFORMATION& region) {
+    if (region.Protect != PAGE_READWRITE && region.Protect != PAGE_EXECUTE_READWRITE) return false;
+    auto* const words = static_cast<Word*>(region.BaseAddress);
+    const bool found = region.BaseAddress == region.AllocationBase &&
+                       zData(kObject, words) == reinterpret_cast<Word>(&object) &&
+                       zData(kMethod, words) == reinterpret_cast<Word>(object.Methods()[0]);
+    if (found) block = words;
+    return found;
+  });
+  return block;
+}
+
+Long mode_answer = 1;
+Long CALLBACK AnswerMode() { return mode_answer; }
+
+TEST_F(Callback, TheDesignEnvironmentsModeDecides) {
+  Clock clock;
+  const Word address = subclasser_.scb_SetCallbackAddr(4, 1, &clock, true, true);
+  Word* const block = BlockOf(clock);
+  ASSERT_TRUE(block);
+  zData(kEbMode, block) = reinterpret_cast<Word>(&AnswerMode);
+  const auto call = [&](Long mode, UINT_PTR timer) {
+    mode_answer = mode;
+    return PointerIn<Word(CALLBACK*)(::HWND, UINT, UINT_PTR, DWORD)>(address)(nullptr, WM_TIMER, timer, 0);
+  };
+  const UINT_PTR timer = ::SetTimer(nullptr, 0, 60000, nullptr);
+  EXPECT_EQ(1, call(1, timer));
+  EXPECT_EQ(0, call(2, timer)) << "nothing is called in a break";
+  EXPECT_EQ(1, clock.ticks);
+  EXPECT_EQ(2, call(1, timer));
+  EXPECT_TRUE(::KillTimer(nullptr, timer)) << "and nothing ends";
+  const UINT_PTR other = ::SetTimer(nullptr, 0, 60000, nullptr);
+  EXPECT_EQ(0, call(0, other));
+  EXPECT_EQ(2, clock.ticks);
+  EXPECT_FALSE(::KillTimer(nullptr, other)) << "where it has stopped, the timer has too";
 }
 
 // --- Enumerations

@@ -186,6 +186,48 @@ TEST_F(Hook, AHandledCallHasTheMethodsResult) {
   EXPECT_TRUE(std::find(window_.seen.begin(), window_.seen.end(), kMarked) == window_.seen.end());
 }
 
+TEST_F(Hook, AHandledCallReachesNeitherTheNextHookNorTheMethodAgain) {
+  CSubClassAsm older;
+  Watcher next;
+  bool unicode = true;
+  ASSERT_TRUE(older.shk_SetHook(kSentMessages, false, kWhenBefore, 0, kWatcherHooks, &next, true, unicode));
+  ASSERT_TRUE(Begin(kWhenBefore | kWhenAfter));
+  int next_calls = 0;
+  next.hook_action = [&](HookCall& call) { next_calls += MessageOf(call) == kMarked; };
+  for (const bool handled : {false, true}) {
+    std::vector<bool> sides;
+    next_calls = 0;
+    OnMarked([&](HookCall& call) {
+      EXPECT_EQ(0, call.bHandled);
+      sides.push_back(call.bBefore);
+      call.bHandled = handled;
+    });
+    window_.Send(kMarked);
+    EXPECT_EQ(handled ? 0 : 1, next_calls);
+    EXPECT_EQ(handled ? std::vector<bool>{true} : std::vector<bool>({true, false}), sides);
+  }
+}
+
+// The platform has this type for all threads together only.
+TEST_F(Hook, AGlobalOneHearsOfKeys) {
+  bool unicode = true;
+  const auto begin = [&](bool global) {
+    return subclasser_->shk_SetHook(WH_KEYBOARD_LL, global, kWhenBefore, 0, kWatcherHooks, &watcher_, true,
+                                    unicode);
+  };
+  ASSERT_FALSE(begin(false));
+  ASSERT_TRUE(begin(true)) << "what was refused left no key";
+  std::vector<DWORD> keys;
+  watcher_.hook_action = [&](HookCall& call) {
+    EXPECT_EQ(WH_KEYBOARD_LL, call.lHookType);
+    keys.push_back(PointerIn<const KBDLLHOOKSTRUCT*>(call.lParam)->vkCode);
+  };
+  ::keybd_event(VK_F13, 0, 0, 0);
+  ::keybd_event(VK_F13, 0, KEYEVENTF_KEYUP, 0);
+  Pump();
+  EXPECT_EQ(std::vector<DWORD>(2, VK_F13), keys);
+}
+
 TEST_F(Hook, TheClassesOwnReceiverRaisesTheEvent) {
   struct Events : SubclassEvents {
     void HookMessage(Long type, Long code, WPARAM, LPARAM lparam) override {

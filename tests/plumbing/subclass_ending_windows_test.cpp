@@ -1,4 +1,5 @@
 // How a thunk ends: by whom, when its memory goes, and that it never goes under a call.
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -44,6 +45,25 @@ TEST_F(SubclassEnding, ComesWithTheNextMessageAfterUnsubclassing) {
   EXPECT_TRUE(IsReleased(block_));
 }
 
+// Timers come in the order in which they are due.
+TEST_F(SubclassEnding, ItsMemoryGoesATenthOfASecondLater) {
+  static Word* block;
+  static std::vector<bool> there;
+  block = block_;
+  there.clear();
+  struct Looker {
+    static void CALLBACK Look(::HWND, UINT, UINT_PTR timer, DWORD) {
+      ::KillTimer(nullptr, timer);
+      there.push_back(IsMemory(block));
+    }
+  };
+  subclasser_->ssc_UnSubclass(window_);
+  window_.Send(kListed);
+  for (const UINT delay : {60u, 180u}) ::SetTimer(nullptr, 0, delay, &Looker::Look);
+  for (int i = 0; i < 100 && there.size() < 2; ++i) PumpFor(10);
+  EXPECT_EQ((std::vector<bool>{true, false}), there);
+}
+
 TEST_F(SubclassEnding, LeavesTheBlockWhereNoMessageComes) {
   subclasser_->ssc_UnSubclass(window_);
   PumpFor(kLongAfterTheTimer);
@@ -55,6 +75,18 @@ TEST_F(SubclassEnding, LeavesTheBlockWhereNoMessageComes) {
 TEST_F(SubclassEnding, TakesAWindowAgainAtOnce) {
   subclasser_->ssc_UnSubclass(window_);
   EXPECT_TRUE(SubclassWith(*subclasser_, window_, &watcher_));
+  subclasser_->ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
+  window_.Send(kListed);
+  EXPECT_EQ(1u, watcher_.calls.size());
+}
+
+TEST_F(SubclassEnding, TakesAWindowAgainManyTimesBeforeAnyTimerComes) {
+  for (int i = 0; i < 70; ++i) {
+    subclasser_->ssc_UnSubclass(window_);
+    window_.Send(kListed);
+    ASSERT_TRUE(SubclassWith(*subclasser_, window_, &watcher_)) << i;
+  }
+  EXPECT_TRUE(watcher_.calls.empty());
   subclasser_->ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
   window_.Send(kListed);
   EXPECT_EQ(1u, watcher_.calls.size());
@@ -73,6 +105,39 @@ TEST_F(SubclassEnding, AWindowThatIsGoneIsUnknown) {
   subclasser_->ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
   subclasser_->ssc_UnSubclass(window_);
   subclasser_->ssc_Terminate();
+}
+
+// The memory of a block that ended may be anything by the time at which its window is named again.
+TEST_F(SubclassEnding, TheMemoryOfAnEndedBlockIsLeftToWhoeverHasIt) {
+  const auto key = reinterpret_cast<Word>(static_cast<::HWND>(window_));
+  const auto object = reinterpret_cast<Word>(static_cast<CallbackObject*>(&watcher_));
+  window_.Destroy();
+  ASSERT_TRUE(IsReleased(block_));
+  constexpr DWORD size = kWords * sizeof(Word);
+  ASSERT_EQ(block_, ::VirtualAlloc(block_, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+  for (const bool other_window : {true, false}) {
+    std::fill_n(block_, kWords, 7);
+    zData(kWindow, block_) = other_window ? 7 : key;
+    zData(kObject, block_) = other_window ? object : 7;
+    const std::vector<Word> content(block_, block_ + kWords);
+    subclasser_->ssc_AddMsg(window_, kWhenBefore | kWhenAfter, {Long{-1}});
+    subclasser_->zSet_lParamUser(key, kSubclassThunk, 9);
+    EXPECT_EQ(content, std::vector<Word>(block_, block_ + kWords)) << other_window;
+  }
+  const std::vector<Word> content(block_, block_ + kWords);
+  subclasser_->ssc_UnSubclass(window_);
+  EXPECT_EQ(content, std::vector<Word>(block_, block_ + kWords));
+  ::VirtualFree(block_, 0, MEM_RELEASE);
+}
+
+TEST_F(SubclassEnding, AnApiWindowThatIsUnsubclassedStays) {
+  TestWindow window;
+  bool unicode = true;
+  ASSERT_TRUE(subclasser_->ssc_Subclass(window, 0, 1, &watcher_, true, unicode, true));
+  subclasser_->ssc_UnSubclass(window);
+  window.Send(kListed);
+  EXPECT_EQ(original_, ProcedureOf(window));
+  EXPECT_TRUE(::IsWindow(window));
 }
 
 TEST_F(SubclassEnding, NeedsNeitherTheSubclasserNorTheObject) {

@@ -1,5 +1,6 @@
 // Windows with a thunk: which messages come to the method, and what it can do with them.
 #include "plumbing/plumbing_test.h"
+#include "plumbing/unloading.h"
 
 namespace marklet::plumbing {
 namespace {
@@ -124,6 +125,14 @@ TEST_F(Subclass, MinusOneBringsEveryMessage) {
   EXPECT_EQ(3u, watcher_.calls.size());
 }
 
+TEST_F(Subclass, AMessageAfterMinusOneComesAlone) {
+  Begin();
+  subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{-1}});
+  subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
+  for (const UINT message : {kListed, kOther, UINT{WM_SIZE}}) window_.Send(message);
+  EXPECT_EQ((std::vector<Watcher::Call>{{true, kListed, 0, 0}}), watcher_.calls);
+}
+
 TEST_F(Subclass, TheThirtyThirdMessageStopsTheList) {
   Begin();
   std::vector<MessageEntry> messages;
@@ -157,6 +166,31 @@ TEST_F(Subclass, NamesTheMethodByItsPlaceFromTheEnd) {
   window_.Send(kListed);
   EXPECT_EQ(1, watcher_.first_method_calls);
   EXPECT_TRUE(watcher_.calls.empty());
+}
+
+// The same methods with one more before them.
+class LongerWatcher : public CallbackObject {
+ public:
+  LongerWatcher() : CallbackObject(kMethods) {}
+  int added = 0, last = 0;
+
+ private:
+  void Added(SubclassCall&) { ++added; }
+  void First(SubclassCall&) {}
+  void OnHook(HookCall&) {}
+  void Last(SubclassCall&) { ++last; }
+  static inline const Method kMethods[] = {
+      MethodOf<&LongerWatcher::Added>(), MethodOf<&LongerWatcher::First>(),
+      MethodOf<&LongerWatcher::OnHook>(), MethodOf<&LongerWatcher::Last>()};
+};
+
+TEST_F(Subclass, OrdinalOneIsTheLastMethodThoughMethodsAreAdded) {
+  LongerWatcher longer;
+  ASSERT_TRUE(SubclassWith(subclasser_, window_, &longer));
+  subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
+  window_.Send(kListed);
+  EXPECT_EQ(1, longer.last);
+  EXPECT_EQ(0, longer.added);
 }
 
 TEST_F(Subclass, CallsTheOwnerWhenNoObjectIsGiven) {
@@ -214,9 +248,12 @@ TEST_F(Subclass, AWindowThatThePlatformRefusedCountsAsSubclassed) {
   const bool subclassed = SubclassWith(subclasser_, window_, &watcher_);
   SetSlot(platforms);
   EXPECT_FALSE(subclassed);
+  EXPECT_FALSE(ThunksNeedModule()) << "the window can't call it";
   EXPECT_FALSE(SubclassWith(subclasser_, window_, &watcher_)) << "its key is still there";
   subclasser_.ssc_AddMsg(window_, kWhenBefore, {Long{kListed}});
   EXPECT_EQ(0, subclasser_.ssc_CallOrigWndProc(window_, kListed, 0, 0));
+  subclasser_.ssc_Terminate();
+  EXPECT_FALSE(SubclassWith(subclasser_, window_, &watcher_)) << "nor does the end of all take it";
   subclasser_.ssc_UnSubclass(window_);
   Begin();
 }
@@ -259,6 +296,20 @@ TEST_F(Subclass, CallsTheOriginalProcedurePastTheMethod) {
   window_.answer = [](UINT, WPARAM wparam, LPARAM lparam) { return static_cast<LRESULT>(wparam) + lparam; };
   EXPECT_EQ(7, subclasser_.ssc_CallOrigWndProc(window_, kListed, 3, 4));
   EXPECT_TRUE(watcher_.calls.empty());
+}
+
+TEST_F(Subclass, CallsTheOriginalProcedureInTheFormThatTheThunkHas) {
+  for (const bool wide : {true, false}) {
+    TestWindow window;
+    CSubClassAsm subclasser;
+    bool unicode = wide;
+    ASSERT_TRUE(subclasser.ssc_Subclass(window, 0, 1, &watcher_, true, unicode, false));
+    const void* const text = wide ? static_cast<const void*>(L"new") : "new";
+    subclasser.ssc_CallOrigWndProc(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    wchar_t kept[16] = {};
+    ::DefWindowProcW(window, WM_GETTEXT, 16, reinterpret_cast<LPARAM>(kept));
+    EXPECT_STREQ(L"new", kept) << wide;
+  }
 }
 
 TEST_F(Subclass, WhatIsDoneToAnUnknownWindowDoesNothing) {

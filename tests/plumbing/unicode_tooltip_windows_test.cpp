@@ -148,7 +148,8 @@ TEST_F(UnicodeTooltip, CastsTheShadowOfItsClassFromXpOn) {
 }
 
 TEST_F(UnicodeTooltip, WithoutAWindowNothingHappens) {
-  EXPECT_FALSE(tip_.AddTool(tool_, parent_, u"text", u""));
+  EXPECT_FALSE(tip_.AddTool(tool_, parent_, u"text", u"first title"));
+  EXPECT_EQ(u"first title", tip_.Title()) << "it is kept";
   EXPECT_FALSE(tip_.RemoveTool(tool_));
   tip_.SetToolText(tool_, u"other");
   EXPECT_EQ(u"", tip_.GetToolText(tool_));
@@ -335,6 +336,16 @@ TEST_F(UnicodeTooltip, ATextForAnUnknownToolStillBringsTheTipToTheTop) {
   EXPECT_TRUE(topmost());
   EXPECT_EQ(Numbers{1037}, NumbersOf(Watch::Take()));
   EXPECT_FALSE(::IsWindowVisible(tip_.TipWindow()));
+}
+
+TEST_F(UnicodeTooltip, ATextLeavesTheActiveWindowActive) {
+  ::ShowWindow(parent_, SW_SHOW);
+  ::SetActiveWindow(parent_);
+  ASSERT_EQ(parent_, ::GetActiveWindow());
+  ASSERT_TRUE(tip_.Create(parent_));
+  ASSERT_TRUE(tip_.AddTool(tool_, parent_, u"text", u""));
+  tip_.SetToolText(tool_, u"other");
+  EXPECT_EQ(parent_, ::GetActiveWindow());
 }
 
 TEST_F(UnicodeTooltip, ATextIsReadUpToItsFirstNul) {
