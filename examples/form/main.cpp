@@ -9,7 +9,6 @@
 #include <windows.h>
 
 #include <objbase.h>
-#include <shellapi.h>
 
 #include <bit>
 #include <cstdio>
@@ -18,12 +17,17 @@
 #include <vector>
 
 #include "contents.h"
-#include "control.h"
-#include "event_log.h"
-#include "picture.h"
+#include "shared/control.h"
+#include "shared/event_log.h"
+#include "shared/picture.h"
+#include "shared/program.h"
 
 namespace form {
 namespace {
+
+using example::BesideProgram, example::Control, example::CreateEventPane, example::EventSink,
+    example::HandleMessagesFor, example::SavePicture;
+using Microsoft::WRL::ComPtr;
 
 COLORREF Between(COLORREF first, COLORREF second, int part, int whole) {
   const auto mix = [&](int shift) {
@@ -116,14 +120,6 @@ HWND CreateForm() {
                        description.hInstance, nullptr);
 }
 
-// The full name of a file in the program's own folder.
-std::wstring BesideProgram(const wchar_t* file) {
-  wchar_t program[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  const std::wstring path = program;
-  return path.substr(0, path.find_last_of(L'\\') + 1) + file;
-}
-
 std::unique_ptr<Control> Place(HWND window, const Item& item) {
   auto control = std::make_unique<Control>(window, item.place);
   for (const Image& image : item.images) {
@@ -145,13 +141,6 @@ std::wstring NameOf(const Item& item) {
     return caption.size() <= kLongest ? caption : caption.substr(0, kLongest) + L"...";
   }
   return L"?";
-}
-
-void HandleMessagesFor(DWORD milliseconds) {
-  const DWORD start = GetTickCount();
-  for (MSG message; GetTickCount() - start < milliseconds; Sleep(10)) {
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-  }
 }
 
 // The pointer comes to rest on the control with a hover image and a tip.
@@ -219,20 +208,12 @@ int Run(const std::vector<std::wstring>& arguments) {
   }
 }
 
-std::vector<std::wstring> Arguments() {
-  int count = 0;
-  LPWSTR* const words = CommandLineToArgvW(GetCommandLineW(), &count);
-  std::vector<std::wstring> arguments(words + 1, words + count);
-  LocalFree(words);
-  return arguments;
-}
-
 }  // namespace
 }  // namespace form
 
 int main() {
   if (FAILED(OleInitialize(nullptr))) return 1;
-  const int result = form::Run(form::Arguments());
+  const int result = form::Run(example::Arguments());
   OleUninitialize();
   return result;
 }

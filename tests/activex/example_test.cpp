@@ -1,5 +1,5 @@
 // The sample container, from which users start.
-#include "examples/form/control.h"  // first: it wants the system's headers whole
+#include "examples/shared/control.h"  // first: it wants the system's headers whole
 
 #include "activex/memory.h"
 #include "activex/server.h"
@@ -21,7 +21,7 @@ class ExampleForm : public ::testing::Test {
 
   // A control in its place on the form, used and taken away.
   void UseControl() {
-    form::Control control(window_, {10, 10, 150, 60});
+    example::Control control(window_, {10, 10, 150, 60});
     control.Set(L"Caption", L"<b>a</b> caption");
     control.Set(L"TextEffect", LONG{1});
     control.Set(L"AutoSize", true);
@@ -32,7 +32,7 @@ class ExampleForm : public ::testing::Test {
 };
 
 TEST_F(ExampleForm, ShowsAControl) {
-  form::Control control(window_, {10, 20, 150, 60});
+  example::Control control(window_, {10, 20, 150, 60});
   const HWND shown = GetWindow(window_, GW_CHILD);
   ASSERT_TRUE(shown);
   RECT rect = {};

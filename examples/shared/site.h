@@ -7,18 +7,37 @@
 #include <ocidl.h>
 #include <olectl.h>
 
-namespace form {
+#include <functional>
+#include <string>
+
+namespace example {
+
+// What a form tells its controls of itself.
+struct Ambients {
+  bool running = true;  // false: it is being designed
+  std::wstring name;    // what the control is called; new ones show it
+  int back_color = COLOR_WINDOW, fore_color = COLOR_WINDOWTEXT;  // of the system
+};
 
 // The client site of one control. It begins without a reference: assign it to a ComPtr, which counts the
 // first one. It lives as long as anybody holds it.
 class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
  public:
   // `window` is where the control's window goes, `place` where in it, in pixels.
-  Site(HWND window, const RECT& place) : window_(window), place_(place) {}
+  Site(HWND window, const RECT& place, Ambients ambients = {})
+      : window_(window), place_(place), ambients_(std::move(ambients)) {}
+
+  // Called after the control has given itself another place, and when it wants its property pages to be
+  // shown (false: they can't be). Both may stay empty.
+  std::function<void()> on_placed;
+  std::function<bool()> on_pages;
 
   // The control whose site this is, so that it can be given another size. Not counted.
   void Attach(IOleInPlaceObject* control) { control_ = control; }
   const RECT& Place() const { return place_; }
+  void Rename(std::wstring name) { ambients_.name = std::move(name); }
+  // Nobody stands behind the site any more, whoever may still hold it.
+  void Detach();
 
   // IUnknown
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
@@ -55,7 +74,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleCon
   STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
   STDMETHODIMP TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
   STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+  STDMETHODIMP ShowPropertyFrame() override { return on_pages && on_pages() ? S_OK : E_NOTIMPL; }
 
   // IDispatch: the ambient properties
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
@@ -70,7 +89,8 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleCon
   ULONG references_ = 0;
   HWND window_;
   RECT place_;
+  Ambients ambients_;
   IOleInPlaceObject* control_ = nullptr;
 };
 
-}  // namespace form
+}  // namespace example

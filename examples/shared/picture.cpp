@@ -7,7 +7,7 @@
 #include "platform/win32/sdk.h"
 #include "render/png_writer.h"
 
-namespace form {
+namespace example {
 namespace {
 
 // The window's pixels and what stands over them, such as a tip, top row first, four bytes each: blue, green,
@@ -53,4 +53,4 @@ bool SavePicture(HWND window, const std::wstring& file) {
   return std::fclose(output) == 0 && written;
 }
 
-}  // namespace form
+}  // namespace example

@@ -7,7 +7,7 @@
 
 #include <string>
 
-namespace form {
+namespace example {
 
 // The sink of one control. It begins without a reference: assign it to a ComPtr, which counts the first one.
 class EventSink final : public IDispatch {
@@ -35,4 +35,4 @@ class EventSink final : public IDispatch {
 // A list box in the form.
 HWND CreateEventPane(HWND form, const RECT& place);
 
-}  // namespace form
+}  // namespace example

@@ -5,9 +5,9 @@
 
 #include <string>
 
-namespace form {
+namespace example {
 
 // Writes what `window` shows inside its frame to a PNG file. False when that fails.
 bool SavePicture(HWND window, const std::wstring& file);
 
-}  // namespace form
+}  // namespace example

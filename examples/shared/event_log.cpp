@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-namespace form {
+namespace example {
 namespace {
 
 // By their numbers, from 1 on.
@@ -70,4 +70,4 @@ HWND CreateEventPane(HWND form, const RECT& place) {
   return pane;
 }
 
-}  // namespace form
+}  // namespace example

@@ -1,6 +1,6 @@
 #include "site.h"
 
-namespace form {
+namespace example {
 namespace {
 
 // The font that controls start with. A machine without it takes the nearest one that it has.
@@ -14,6 +14,12 @@ HRESULT CreateFormFont(IDispatch** font) {
 }
 
 }  // namespace
+
+void Site::Detach() {
+  control_ = nullptr;
+  on_placed = nullptr;
+  on_pages = nullptr;
+}
 
 HRESULT Site::QueryInterface(REFIID iid, void** object) {
   if (!object) return E_POINTER;
@@ -62,7 +68,9 @@ HRESULT Site::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** d
 HRESULT Site::OnPosRectChange(const RECT* position) {
   if (!position) return E_POINTER;
   place_ = *position;
-  return control_ ? control_->SetObjectRects(&place_, &place_) : S_OK;
+  const HRESULT result = control_ ? control_->SetObjectRects(&place_, &place_) : S_OK;
+  if (on_placed) on_placed();
+  return result;
 }
 
 HRESULT Site::GetExtendedControl(IDispatch** extender) {
@@ -79,19 +87,32 @@ HRESULT Site::GetTypeInfoCount(UINT* count) {
 
 HRESULT Site::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) {
   if (!(flags & DISPATCH_PROPERTYGET) || !result) return DISP_E_MEMBERNOTFOUND;
+  const auto give_truth = [&](bool truth) {
+    V_VT(result) = VT_BOOL;
+    V_BOOL(result) = truth ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+  };
+  const auto give_colour = [&](int of_the_system) {
+    V_VT(result) = VT_I4;
+    V_I4(result) = static_cast<LONG>(0x80000000 | static_cast<unsigned>(of_the_system));
+    return S_OK;
+  };
   switch (id) {
-    case DISPID_AMBIENT_USERMODE:  // the form runs, it isn't being designed
-      V_VT(result) = VT_BOOL;
-      V_BOOL(result) = VARIANT_TRUE;
-      return S_OK;
+    case DISPID_AMBIENT_USERMODE:
+      return give_truth(ambients_.running);
+    case DISPID_AMBIENT_UIDEAD:
+      return give_truth(false);
+    case DISPID_AMBIENT_SHOWHATCHING:  // who designs the form sees its own handles
+    case DISPID_AMBIENT_SHOWGRABHANDLES:
+      return give_truth(false);
     case DISPID_AMBIENT_BACKCOLOR:
-      V_VT(result) = VT_I4;
-      V_I4(result) = static_cast<LONG>(0x80000000 | COLOR_WINDOW);
-      return S_OK;
+      return give_colour(ambients_.back_color);
     case DISPID_AMBIENT_FORECOLOR:
-      V_VT(result) = VT_I4;
-      V_I4(result) = static_cast<LONG>(0x80000000 | COLOR_WINDOWTEXT);
-      return S_OK;
+      return give_colour(ambients_.fore_color);
+    case DISPID_AMBIENT_DISPLAYNAME:
+      V_VT(result) = VT_BSTR;
+      V_BSTR(result) = SysAllocString(ambients_.name.c_str());
+      return V_BSTR(result) ? S_OK : E_OUTOFMEMORY;
     case DISPID_AMBIENT_FONT:
       V_VT(result) = VT_DISPATCH;
       return CreateFormFont(&V_DISPATCH(result));
@@ -100,4 +121,4 @@ HRESULT Site::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* 
   }
 }
 
-}  // namespace form
+}  // namespace example
