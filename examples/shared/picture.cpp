@@ -10,9 +10,8 @@
 namespace example {
 namespace {
 
-// The window's pixels and what stands over them, such as a tip, top row first, four bytes each: blue, green,
-// red and one unused.
-std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
+// Pixels of the screen, top row first, four bytes each: blue, green, red and one unused.
+std::vector<std::uint8_t> ReadPixels(POINT corner, SIZE size) {
   std::vector<std::uint8_t> pixels(static_cast<std::size_t>(size.cx) * static_cast<std::size_t>(size.cy) * 4);
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -20,8 +19,6 @@ std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
   info.bmiHeader.biHeight = -size.cy;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
-  POINT corner = {};
-  ClientToScreen(window, &corner);
   const HDC source = GetDC(nullptr);
   const HDC memory = CreateCompatibleDC(source);
   const HBITMAP bitmap = CreateCompatibleBitmap(source, size.cx, size.cy);
@@ -38,12 +35,18 @@ std::vector<std::uint8_t> ReadPixels(HWND window, SIZE size) {
 }  // namespace
 
 bool SavePicture(HWND window, const std::wstring& file) {
-  RECT client;
-  if (!GetClientRect(window, &client)) return false;
-  const std::vector<std::uint8_t> pixels = ReadPixels(window, {client.right, client.bottom});
+  RECT inside;
+  if (!GetClientRect(window, &inside)) return false;
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&inside), 2);
+  return SavePicture(inside, file);
+}
+
+bool SavePicture(const RECT& part, const std::wstring& file) {
+  const SIZE size = {part.right - part.left, part.bottom - part.top};
+  const std::vector<std::uint8_t> pixels = ReadPixels({part.left, part.top}, size);
   marklet::Picture picture;
-  picture.width = client.right;
-  picture.height = client.bottom;
+  picture.width = size.cx;
+  picture.height = size.cy;
   for (std::size_t i = 0; i < pixels.size(); i += 4)
     picture.rgb.insert(picture.rgb.end(), {pixels[i + 2], pixels[i + 1], pixels[i]});
   const std::vector<std::uint8_t> png = marklet::EncodePng(picture, 3780);

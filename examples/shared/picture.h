@@ -7,7 +7,10 @@
 
 namespace example {
 
-// Writes what `window` shows inside its frame to a PNG file. False when that fails.
+// Writes a part of the screen to a PNG file. False when that fails.
+bool SavePicture(const RECT& part, const std::wstring& file);
+
+// The same of what `window` shows inside its frame, and what stands over it.
 bool SavePicture(HWND window, const std::wstring& file);
 
 }  // namespace example

@@ -6,6 +6,7 @@
 #include "activex/hidden_list.h"
 #include "activex/image_owner.h"
 #include "activex/page_host.h"
+#include "activex/page_in_frame.h"
 #include "activex/server_copy.h"
 #include "platform/system_colours.h"
 #include "support/gdi_handles.h"
@@ -17,14 +18,6 @@ namespace {
 using Keys = std::vector<std::wstring>;
 // What the platform's own names for them stand for.
 using marklet::COLOR_BTNFACE, marklet::COLOR_BTNHIGHLIGHT, marklet::COLOR_BTNSHADOW;
-
-// As the system's dialog gives it: in the ANSI code page, "?" in the place of what that page lacks.
-std::string Narrow(const std::wstring& text) {
-  constexpr UINT kAnsi = 0;
-  char bytes[MAX_PATH] = {};
-  WideCharToMultiByte(kAnsi, 0, text.c_str(), -1, bytes, MAX_PATH, nullptr, nullptr);
-  return bytes;
-}
 
 class ImagePage : public ::testing::Test {
  protected:
@@ -908,49 +901,6 @@ TEST_F(FinePage, OnlyDeletesFromAControlOfAnotherFile) {
 
 // --- In the system's frame --------------------------------------------------------------------------------
 
-BOOL CALLBACK FindBelow(HWND child, LPARAM found) {
-  if (GetDlgCtrlID(child) != kBrowse || PageHost::TextOf(child) != L"Browse Icons...") return TRUE;
-  *reinterpret_cast<HWND*>(found) = GetParent(child);
-  return FALSE;
-}
-BOOL CALLBACK FindIn(HWND window, LPARAM found) {
-  EnumChildWindows(window, FindBelow, found);
-  return *reinterpret_cast<HWND*>(found) == nullptr;
-}
-
-// The page's window below a frame of this thread.
-HWND FindPage() {
-  HWND found = nullptr;
-  EnumThreadWindows(GetCurrentThreadId(), FindIn, reinterpret_cast<LPARAM>(&found));
-  return found;
-}
-
-// Runs inside the modal loop of a window that is about to open.
-class Inside {
- public:
-  explicit Inside(std::function<bool()> step) {  // false: not yet
-    step_ = std::move(step);
-    timer_ = SetTimer(nullptr, 0, 50, Tick);
-  }
-  ~Inside() {
-    KillTimer(nullptr, timer_);
-    step_ = nullptr;
-  }
-  Inside(const Inside&) = delete;
-  Inside& operator=(const Inside&) = delete;
-
- private:
-  static void CALLBACK Tick(HWND, UINT, UINT_PTR timer, DWORD) {
-    if (!step_ || running_) return;
-    running_ = true;
-    if (step_()) KillTimer(nullptr, timer);
-    running_ = false;
-  }
-  static inline std::function<bool()> step_;
-  static inline bool running_ = false;
-  UINT_PTR timer_;
-};
-
 TEST(ImagePageInTheSystemsFrame, IsOpenedByThePropertiesVerbAndAddsAnImage) {
   BitmapFile file;
   PageAnswers answers;
@@ -969,12 +919,7 @@ TEST(ImagePageInTheSystemsFrame, IsOpenedByThePropertiesVerbAndAddsAnImage) {
     const HWND page = FindPage();
     if (!page || !IsWindowVisible(page)) return false;
     was_there = true;
-    SetWindowTextW(GetDlgItem(page, kKey), L"lamp");
-    SendMessageW(GetDlgItem(page, kBrowse), BM_CLICK, 0, 0);
-    SendMessageW(GetDlgItem(page, kStrip), WM_LBUTTONDOWN, 0, MAKELPARAM(10, 8));
-    EXPECT_EQ(L"lamp", PageHost::TextOf(GetDlgItem(page, kKey)));
-    PostMessageW(GetParent(page), WM_COMMAND, IDCANCEL, 0);
-    PostMessageW(GetAncestor(page, GA_ROOT), WM_COMMAND, IDCANCEL, 0);
+    AddOnPage(page, L"lamp");
     return true;
   });
   EXPECT_EQ(S_OK, As<IOleObject>(container.Object())
