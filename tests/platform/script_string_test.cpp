@@ -12,6 +12,7 @@ using namespace std::string_literals;
 
 constexpr COLORREF kPaper = 0xFFFFFF;
 constexpr std::uint32_t kFlags = SSA_TAB | SSA_CLIP | SSA_FALLBACK | SSA_BREAK | SSA_GLYPHS | SSA_HOTKEY;
+constexpr std::uint8_t kCharStop = 4;
 constexpr Long kWide = 10'000;
 
 class ScriptString : public testing::Test {
@@ -98,6 +99,36 @@ TEST_F(ScriptString, FitsAtAnyWidthWhatFitsWhenItStandsAlone) {
     if (fitting < text.size()) {
       EXPECT_GT(WidthOf(text), width);
     }
+  }
+}
+
+TEST_F(ScriptString, FitsTheLongestPartOfWholeClustersInLinesOfAnyDirection) {
+  std::mt19937 random(7);
+  const std::u16string_view alphabets[] = {u"abcfiAVT, ", u"\u05D0\u05D1\u05B0\u05D2, ",
+                                           u"\u0628\u0639\u0644\u0627\u064B ",
+                                           u"abc12 \u05D0\u05D1\u0628\u0639\u0661-", u"\u4E2D\u6587\u3002"};
+  for (int round = 0; round < 150; ++round) {
+    const std::u16string_view letters = alphabets[random() % std::size(alphabets)];
+    const std::uint32_t flags = kFlags | (random() % 2 != 0 ? SSA_RTL : 0);
+    std::u16string text(5 + random() % 40, u' ');
+    // A mark without a letter is another matter.
+    for (std::size_t i = 0; i < text.size();) {
+      const char16_t c = letters[random() % letters.size()];
+      const bool mark = c == 0x05B0 || c == 0x064B;
+      if (!mark || (i > 0 && text[i - 1] >= 0x05D0)) text[i++] = c;
+    }
+    const auto width = static_cast<Long>(random() % 200);
+    const std::uint8_t* bytes = ScriptString_pLogAttr(Analyse(text, kWide, flags));
+    std::vector<std::uint8_t> attributes(bytes, bytes + text.size());
+    attributes.push_back(kCharStop);
+    std::size_t longest = 0;
+    for (std::size_t end = 1; end <= text.size(); ++end) {
+      if ((attributes[end] & kCharStop) == 0) continue;
+      Analyse(std::u16string_view(text).substr(0, end), kWide, flags);
+      if (ScriptString_pSize(analysis_)->cx <= width) longest = end;
+    }
+    EXPECT_EQ(*ScriptString_pcOutChars(Analyse(text, width, flags)), static_cast<Long>(longest))
+        << testing::PrintToString(text) << ' ' << width << ' ' << (flags & SSA_RTL);
   }
 }
 
@@ -213,6 +244,18 @@ TEST_F(ScriptString, OfMarksWithNothingToStandOnComesThrough) {
   for (const char16_t* text : {u"\u05B0\u05D0", u"ab\u05B0\u05D0", u"\u064B\u0628", u"\u200B\u064B\u0628",
                                u"\u0301", u"\u093F\u0915", u"\u05B0\u05B0\u05D0\u05D1"}) {
     EXPECT_GT(Fitting(text, kWide), 0);
+    EXPECT_TRUE(ScriptStringOut(Analyse(text), 20, 10, 0, nullptr, 0, 0, false));
+  }
+}
+
+// A run that ends so is enough to end a program with Wine's own script processor.
+TEST_F(ScriptString, OfAMarkOnALigatureComesThrough) {
+  for (const std::u16string_view text :
+       {u"\u0623\u0647\u0644\u0627\u064B", u"\u0644\u0627\u064B \u0628", u"\u0644\u0622\u064B\u060C",
+        u"\u0644\u0627\u064B\u064B\u0628", u"a\u0644\u0627\u0653"}) {
+    const Long size = static_cast<Long>(text.size());
+    EXPECT_EQ(Fitting(text, kWide), size);
+    for (Long width = 0; width < WidthOf(text); width += 3) EXPECT_LT(Fitting(text, width), size);
     EXPECT_TRUE(ScriptStringOut(Analyse(text), 20, 10, 0, nullptr, 0, 0, false));
   }
 }

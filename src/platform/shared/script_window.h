@@ -16,7 +16,9 @@ class ScriptWindow {
   // `width` and `line_height` in pixels.
   ScriptWindow(std::u16string_view text, Long width, Long line_height)
       : line_(CutToLine(text, std::max<std::int64_t>(width, 0))),
-        end_(Within(std::max<std::int64_t>(width, 0) * 5 / 2 / std::max<Long>(line_height, 1) + 16)) {}
+        end_(Within(std::max<std::int64_t>(width, 0) * PerTenHeights(text) / 10 /
+                        std::max<Long>(line_height, 1) +
+                    16)) {}
 
   // What to lay out first, by the width of ordinary letters.
   std::u16string_view Text() const { return line_.substr(0, end_); }
@@ -27,6 +29,14 @@ class ScriptWindow {
   void Grow() { end_ = Within(static_cast<std::int64_t>(end_ + end_ / 2) + 16); }
 
  private:
+  // About how many letters of the text's first kind are ten times as wide as the line is high. The guess is
+  // on the safe side: looking twice costs more than looking at a few too many.
+  static std::int64_t PerTenHeights(std::u16string_view text) {
+    const char16_t first = text.empty() ? u' ' : text.front();
+    if (first >= 0x0600 && first <= 0x08FF) return 33;  // letters that join are narrow
+    return first >= 0x2E80 ? 12 : 25;                   // ideographs are square
+  }
+
   // A line ends with the first CR LF at the latest. It also ends after a number of characters that no width
   // can hold if each has one: without that a line would have all the characters of no width of a text.
   static std::u16string_view CutToLine(std::u16string_view text, std::int64_t width) {

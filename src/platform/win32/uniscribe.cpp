@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <new>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "platform/shared/aligned_corner.h"
+#include "platform/shared/complex_characters.h"
 #include "platform/shared/script_window.h"
 #include "platform/text.h"
 #include "platform/win32/handles.h"
@@ -37,9 +39,10 @@ struct Functions {
   decltype(&::ScriptString_pSize) size = Usp10<decltype(::ScriptString_pSize)>("ScriptString_pSize");
   decltype(&::ScriptString_pLogAttr) attributes =
       Usp10<decltype(::ScriptString_pLogAttr)>("ScriptString_pLogAttr");
+  decltype(&::ScriptStringCPtoX) x_of = Usp10<decltype(::ScriptStringCPtoX)>("ScriptStringCPtoX");
   decltype(&::ScriptStringOut) out = Usp10<decltype(::ScriptStringOut)>("ScriptStringOut");
 
-  bool Complete() const { return analyse && free && out_chars && size && attributes && out; }
+  bool Complete() const { return analyse && free && out_chars && size && attributes && x_of && out; }
 };
 
 const Functions& Platform() {
@@ -53,7 +56,7 @@ struct Freed {
 };
 using NativeAnalysis = std::unique_ptr<void, Freed>;
 
-constexpr char16_t kNoWidth = 0x200B;
+constexpr char16_t kNoWidth = 0x200B, kLam = 0x0644;
 
 bool IsMarkFromTheRight(char16_t c) {
   return (c >= 0x0591 && c <= 0x05BD) || c == 0x05BF || c == 0x05C1 || c == 0x05C2 || c == 0x05C4 ||
@@ -65,17 +68,95 @@ bool IsFromTheRight(char16_t c) {
   return (c >= 0x0590 && c <= 0x08FF) || (c >= 0xFB1D && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFC);
 }
 
+// Digits of these scripts run from left to right.
+bool IsLetterFromTheRight(char16_t c) {
+  const bool digit_or_its_sign = (c >= 0x0600 && c <= 0x0605) || (c >= 0x0660 && c <= 0x066C) ||
+                                 (c >= 0x06F0 && c <= 0x06F9) || c == 0x06DD || c == 0x08E2;
+  return IsFromTheRight(c) && !digit_or_its_sign;
+}
+
+// Not so what is made of surrogates, among which are scripts from the right, and what sets a direction.
+bool RunsFromTheLeft(char16_t c) {
+  const bool sets_direction =
+      (c >= 0x200E && c <= 0x200F) || (c >= 0x202A && c <= 0x202E) || (c & 0xFFF0) == 0x2060;
+  return !IsFromTheRight(c) && !sets_direction && (c & 0xF800) != 0xD800;
+}
+
+bool IsAlef(char16_t c) { return c == 0x0622 || c == 0x0623 || c == 0x0625 || c == 0x0627 || c == 0x0671; }
+
+// For a mark on the ligature of lam and alef that ends its run, as in a greeting, Wine reads in front of a
+// list and ends the program.
+bool FellsWine(std::u16string_view text, std::size_t mark) {
+  static const bool wine = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+  return wine && mark >= 2 && IsAlef(text[mark - 1]) && text[mark - 2] == kLam;
+}
+
 // A NUL would be drawn as the missing character. A Hebrew or Arabic mark in front of its letters, with
 // nothing to stand on, brings Wine's script processor down with some fonts.
 std::u16string Drawable(std::u16string_view text) {
   std::u16string result(text);
-  char16_t former = 0;
-  for (char16_t& c : result) {
-    if (c == 0 || (IsMarkFromTheRight(c) && !IsFromTheRight(former))) c = kNoWidth;
-    former = c;
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    char16_t& c = result[i];
+    const bool stands = i > 0 && IsFromTheRight(result[i - 1]) && !FellsWine(result, i);
+    if (c == 0 || (IsMarkFromTheRight(c) && !stands)) c = kNoWidth;
   }
   return result;
 }
+
+// Of text that begins and ends with letters from the right, or stands in a line from there: whether nothing
+// in it runs the other way.
+bool RunsFromTheRight(std::u16string_view text, bool rtl_line) {
+  if (!rtl_line && !(IsLetterFromTheRight(text.front()) && IsLetterFromTheRight(text.back()))) return false;
+  return std::all_of(text.begin(), text.end(), [](char16_t c) {
+    return IsLetterFromTheRight(c) || c == u' ' || c == u',' || c == u'.' || c == kNoWidth;
+  });
+}
+
+// How wide a line of an analysis is up to each of its units, in the order of the text. The platform's own
+// list of widths won't do: where characters are more glyphs than they are, it writes past its end.
+class LineWidths {
+ public:
+  LineWidths(::SCRIPT_STRING_ANALYSIS analysis, std::u16string_view text, bool rtl)
+      : analysis_(analysis), count_(text.size()), start_(Edge(0, false)) {
+    const bool one_direction =
+        RunsFromTheRight(text, rtl) || (!rtl && std::all_of(text.begin(), text.end(), RunsFromTheLeft));
+    if (!one_direction) AddUp();
+  }
+
+  // Not of the whole line.
+  std::int64_t Before(std::size_t unit) const {
+    if (unit == 0) return 0;
+    if (!ends_.empty()) return ends_[unit - 1];
+    return std::abs(Edge(unit, false) - start_);
+  }
+  // How many units at most are that wide together; the whole line isn't.
+  std::size_t UnitsWithin(Long width) const {
+    std::size_t within = 0, too_wide = count_;
+    while (too_wide - within > 1) {
+      const std::size_t middle = within + (too_wide - within) / 2;
+      (Before(middle) <= width ? within : too_wide) = middle;
+    }
+    return within;
+  }
+
+ private:
+  // Where a unit begins or ends on the line, which in one from the right is further to the left.
+  int Edge(std::size_t unit, bool trailing) const {
+    int x = 0;
+    Platform().x_of(analysis_, static_cast<int>(unit), trailing, &x);
+    return x;
+  }
+  // In a line of two directions a unit's place doesn't tell what stands before it in the text.
+  void AddUp() {
+    std::int64_t end = 0;
+    for (std::size_t i = 0; i < count_; ++i) ends_.push_back(end += std::abs(Edge(i, true) - Edge(i, false)));
+  }
+
+  const ::SCRIPT_STRING_ANALYSIS analysis_;
+  const std::size_t count_;
+  const int start_;
+  std::vector<std::int64_t> ends_;  // only for two directions
+};
 
 }  // namespace
 
@@ -95,10 +176,10 @@ struct ScriptStringHandle {
             bool disabled);
 
  private:
-  NativeAnalysis Analysed(std::size_t units, std::uint32_t flags) const;
-  bool Fits(std::size_t units) const;
+  NativeAnalysis Analysed(std::size_t first, std::size_t units, std::uint32_t flags) const;
   bool FindFit(std::u16string_view text);
   Long SearchFit() const;
+  bool FitsWhenCut(const LineWidths& widths, std::size_t units) const;
   bool StartsCluster(std::size_t unit) const;
   std::size_t ClusterStart(std::size_t unit) const;
   bool MakeDrawn();
@@ -112,11 +193,12 @@ struct ScriptStringHandle {
   std::u16string text_;      // as far as it was looked at
   NativeAnalysis analysis_;  // of that
   NativeAnalysis drawn_;     // of what is drawn when that isn't all; once it is needed
+  Long line_height_ = 0;     // once the line was clipped
   Long fitting_ = 0;
   SIZE size_;
 };
 
-NativeAnalysis ScriptStringHandle::Analysed(std::size_t units, std::uint32_t flags) const {
+NativeAnalysis ScriptStringHandle::Analysed(std::size_t first, std::size_t units, std::uint32_t flags) const {
   auto control = std::bit_cast<::SCRIPT_CONTROL>(control_);
   auto state = std::bit_cast<::SCRIPT_STATE>(state_);
   // What the flag stands for, for who knows only the record.
@@ -124,8 +206,8 @@ NativeAnalysis ScriptStringHandle::Analysed(std::size_t units, std::uint32_t fla
   ::SCRIPT_TABDEF tabs{tabs_.cTabStops, tabs_.iScale, const_cast<int*>(tabs_.pTabStops), tabs_.iTabOrigin};
   ::SCRIPT_STRING_ANALYSIS analysis = nullptr;
   // How many glyphs there are is the platform's to reckon; -1 says that the text is Unicode.
-  const HRESULT result = Platform().analyse(dc_, text_.data(), static_cast<int>(units), 0, -1, flags, width_,
-                                            &control, &state, nullptr, &tabs, nullptr, &analysis);
+  const HRESULT result = Platform().analyse(dc_, text_.data() + first, static_cast<int>(units), 0, -1, flags,
+                                            width_, &control, &state, nullptr, &tabs, nullptr, &analysis);
   return NativeAnalysis(SUCCEEDED(result) ? analysis : nullptr);
 }
 
@@ -133,15 +215,16 @@ bool ScriptStringHandle::Analyse(std::u16string_view text) {
   if (flags_ & SSA_CLIP) return FindFit(text);
   text_ = Drawable(text);
   fitting_ = static_cast<Long>(text_.size());
-  analysis_ = Analysed(text_.size(), flags_);
+  analysis_ = Analysed(0, text_.size(), flags_);
   return analysis_ != nullptr;
 }
 
 bool ScriptStringHandle::FindFit(std::u16string_view text) {
-  ScriptWindow window(text, width_, win32::MetricsOf(dc_).tmHeight);
+  line_height_ = win32::MetricsOf(dc_).tmHeight;
+  ScriptWindow window(text, width_, line_height_);
   for (;; window.Grow()) {
     text_ = Drawable(window.Text());
-    analysis_ = Analysed(text_.size(), flags_);
+    analysis_ = Analysed(0, text_.size(), flags_);
     const int* const out = analysis_ ? Platform().out_chars(analysis_.get()) : nullptr;
     const ::SIZE* const size = analysis_ ? Platform().size(analysis_.get()) : nullptr;
     if (!out || !size) return false;
@@ -154,26 +237,27 @@ bool ScriptStringHandle::FindFit(std::u16string_view text) {
   return true;
 }
 
-// Halves the range in which the longest prefix lies that fits when it stands alone. The platform's own widths
-// of characters won't do: where characters are more glyphs than they are, it writes past them.
+// What a platform leaves to us that never clips: the longest part of the line that still fits when the text
+// is cut there.
 Long ScriptStringHandle::SearchFit() const {
-  std::size_t fitting = 0, too_long = text_.size();
-  while (too_long - fitting > 1) {
-    const std::size_t middle = ClusterStart(fitting + (too_long - fitting + 1) / 2);
-    if (middle <= fitting) break;
-    (Fits(middle) ? fitting : too_long) = middle;
-  }
-  // Between the two ends there may be one cluster of several units, or several clusters when the middle lies
-  // in a long one.
-  for (std::size_t next = fitting + 1; next < too_long; ++next)
-    if (StartsCluster(next) && Fits(next)) fitting = next;
+  const LineWidths widths(analysis_.get(), text_, (flags_ & SSA_RTL) != 0);
+  std::size_t fitting = ClusterStart(widths.UnitsWithin(width_));
+  while (fitting > 0 && !FitsWhenCut(widths, fitting)) fitting = ClusterStart(fitting - 1);
   return static_cast<Long>(fitting);
 }
 
-bool ScriptStringHandle::Fits(std::size_t units) const {
-  const NativeAnalysis prefix = Analysed(units, flags_ & ~(SSA_CLIP | SSA_FIT));
-  const ::SIZE* const size = prefix ? Platform().size(prefix.get()) : nullptr;
-  return size && size->cx <= width_;
+// At the end of a line a letter may be wider than inside its word: where letters join it has another form,
+// and elsewhere a pair of letters may stand closer. So that word is laid out anew, unless there is room to
+// spare.
+bool ScriptStringHandle::FitsWhenCut(const LineWidths& widths, std::size_t units) const {
+  const std::size_t blank = text_.find_last_of(u" \t", units - 1);
+  const std::size_t word = blank == text_.npos ? 0 : blank + 1;
+  if (word == units) return true;
+  const bool joins = IsComplexUnit(text_[units - 1]) || IsComplexUnit(text_[units]);
+  if (!joins && widths.Before(units) + line_height_ / 4 <= width_) return true;
+  const NativeAnalysis cut = Analysed(word, units - word, flags_ & ~(SSA_CLIP | SSA_FIT));
+  const ::SIZE* const size = cut ? Platform().size(cut.get()) : nullptr;
+  return size && widths.Before(word) + size->cx <= width_;
 }
 
 // Whether a cluster begins at a unit, or the text ends there.
@@ -196,7 +280,7 @@ bool ScriptStringHandle::MakeDrawn() {
   if (drawn_) return true;
   std::size_t end = static_cast<std::size_t>(fitting_) + 1;
   while (!StartsCluster(end)) ++end;
-  drawn_ = Analysed(end, flags_ & ~(SSA_CLIP | SSA_FIT));
+  drawn_ = Analysed(0, end, flags_ & ~(SSA_CLIP | SSA_FIT));
   return drawn_ != nullptr;
 }
 
@@ -217,8 +301,8 @@ bool ScriptStringHandle::Draw(Long x, Long y, std::uint32_t options, const RECT*
   const SIZE* const size = Size();
   if (!size) return false;
   const TEXTMETRICW metrics = win32::MetricsOf(dc_);
-  const LineCorner corner = AlignedCorner(GetTextAlign(dc_), x, y, {size->cx, size->cy, metrics.tmAscent});
-  const win32::SavedState state(dc_);
+  const win32::SavedClip saved(dc_);
+  const LineCorner corner = AlignedCorner(saved.Align(), x, y, {size->cx, size->cy, metrics.tmAscent});
   // Not every platform clips what it draws item by item, and it would align each item of its own.
   if (clip && (options & ETO_CLIPPED)) win32::ClipTo(dc_, *clip);
   ::SetTextAlign(dc_, TA_LEFT | TA_TOP);
