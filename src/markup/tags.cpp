@@ -161,16 +161,28 @@ constexpr std::u16string_view NameOf(const TagRow& row) {
   return row.opener.substr(1, row.opener.find_first_of(u"=>") - 1);
 }
 
-// The tokenizer cuts names of one and of three letters; a longer one would never be seen.
-constexpr bool Complete(const TagRow& row) {
+// What must hold of a row. The compiler shows the line that one comes to.
+consteval void Check(const TagRow& row) {
   const std::size_t letters = NameOf(row).size();
-  const bool whole = row.opener.starts_with(u'<') && row.opener.ends_with(u'>');
-  if (!whole || row.meaning.empty()) return false;
-  if (row.takes_value) return row.open == nullptr && row.close != nullptr && letters == 1;
-  if (row.open == nullptr) return row.close == nullptr && row.marks;
-  return letters == 1 || letters == 3;
+  if (!row.opener.starts_with(u'<') || !row.opener.ends_with(u'>')) throw "a tag stands between < and >";
+  if (row.meaning.empty()) throw "a tag must have its line in the reference";
+  if (row.takes_value) {
+    if (letters != 1) throw "the name of a tag with a value has one letter";
+    if (row.open != nullptr) throw "a tag with a value is opened by ObeyValueTag";
+    if (row.close == nullptr) throw "a tag with a value must have a closer";
+  } else if (row.open == nullptr) {
+    if (row.close != nullptr) throw "what isn't opened can't be closed";
+    if (!row.marks) throw "a tag that does nothing must at least make markup";
+  } else if (letters != 1 && letters != 3) {
+    throw "the tokenizer cuts names of one and of three letters";
+  }
 }
-static_assert(std::ranges::all_of(kTags, [](const TagRow& row) { return Complete(row); }));
+
+consteval bool AllHold() {
+  for (const TagRow& row : kTags) Check(row);
+  return true;
+}
+static_assert(AllHold());
 
 constexpr std::size_t kActions = [] {
   std::size_t count = 0;

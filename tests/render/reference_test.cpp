@@ -4,16 +4,35 @@
 
 #include <fstream>
 #include <sstream>
+#include <string>
+
+#include "markup/tags.h"
+#include "platform/system.h"
 
 namespace marklet {
 namespace {
 
+// A file of the project, by its path from the project's folder.
+std::string FileOf(const std::string& path) {
+  std::ifstream file(MARKLET_TESTS "/../" + path);
+  EXPECT_TRUE(file) << path;
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
 TEST(Reference, ThePageInTheDocumentationIsUpToDate) {
-  std::ifstream file(MARKLET_TESTS "/../docs/reference.md");
-  std::ostringstream page;
-  page << file.rdbuf();
-  ASSERT_TRUE(file);
-  EXPECT_EQ(page.str(), ReferenceText()) << "run scripts/docs";
+  EXPECT_EQ(FileOf("docs/reference.md"), ReferenceText()) << "run scripts/docs";
+}
+
+TEST(Reference, EveryTagIsOnThePageForUsersAndAWordOfTheFuzzer) {
+  const std::string page = FileOf("docs/captions.md"), words = FileOf("fuzz/markup.dict");
+  for (const TagRow& row : Tags()) {
+    const std::string opener = WideCharToMultiByte(CP_UTF8, row.opener);
+    EXPECT_NE(page.find('`' + opener + '`'), std::string::npos) << opener;
+    const std::string word = row.takes_value ? opener.substr(0, opener.find('=') + 1) : opener;
+    EXPECT_NE(words.find('"' + word + '"'), std::string::npos) << word;
+  }
 }
 
 TEST(Reference, TellsWhatANewControlHas) {

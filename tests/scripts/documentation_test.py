@@ -1,4 +1,5 @@
 """What the documentation names is there: files, folders, commands and their options."""
+import fnmatch
 import json
 import re
 import unittest
@@ -86,3 +87,45 @@ class DocumentationTest(unittest.TestCase):
         self.assertEqual(unknown_presets("cmake --preset gone, build/away/a, build/native/a"), ["gone", "away"])
         self.assertEqual(list(unknown_options("`scripts/format --check --gone`\n    marklet-render --size 1 --away\n")),
                          ["scripts/format --gone", "marklet-render --away"])
+
+
+def suites_of(test):
+    text = test.read_text()
+    instances = dict((suite, prefix) for prefix, suite in re.findall(r"INSTANTIATE_TEST_SUITE_P\((\w+),\s*(\w+)", text))
+    for suite in sorted(set(re.findall(r"^(?:TYPED_)?TEST(?:_F|_P)?\((\w+)", text, re.MULTILINE))):
+        yield f"{instances[suite]}/{suite}" if suite in instances else suite
+
+
+class PortingTest(unittest.TestCase):
+    """The page for those who write a third platform leaves nothing out."""
+    PLATFORM = ROOT / "src/platform"
+    PAGE = (PLATFORM / "PORTING.md").read_text()
+    ORDER = [line for line in PAGE[PAGE.index("## In which order"):].splitlines() if line.startswith("| ")]
+
+    def section(self, title):
+        return self.PAGE.split(f"## {title}\n")[1].split("\n## ")[0]
+
+    def test_every_header_has_its_row(self):
+        rows = re.findall(r"^\| `(\w+\.h)`", self.section("What to answer"), re.MULTILINE)
+        self.assertEqual(sorted(rows), sorted(header.name for header in self.PLATFORM.glob("*.h")))
+
+    def test_all_that_is_shared_is_named(self):
+        named = set(re.findall(r"`(\w+)\.(?:h|cpp)`", self.section("What is there for nothing")))
+        self.assertEqual({file.stem for file in (self.PLATFORM / "shared").iterdir()} - named, set())
+
+    def test_every_test_of_any_platform_has_its_step(self):
+        tests = [str(test.relative_to(ROOT)) for folder in ("tests/platform", "tests/platform/shared")
+                 for test in (ROOT / folder).glob("*_test.cpp")]
+        of_any = [test for test in tests if not re.search(r"_(recorder|native|windows)_test", test)]
+        self.assertEqual([test for test in of_any if not any(test in line for line in self.ORDER)], [])
+
+    def test_the_filters_pick_the_suites_of_their_tests(self):
+        for line in self.ORDER:
+            patterns = ":".join(re.findall(r"\(`([^`]+)`\)", line)).split(":")
+            suites = [f"{suite}.x" for test in re.findall(r"`(tests/\S+_test\.cpp)`", line)
+                      for suite in suites_of(ROOT / test)]
+            picked = {pattern: fnmatch.filter(suites, pattern) for pattern in patterns if pattern}
+            unmatched = set(suites).difference(*picked.values())
+            idle = {pattern for pattern, matches in picked.items() if not matches}
+            with self.subTest(line=line[:60]):
+                self.assertEqual((unmatched, idle), (set(), set()))
