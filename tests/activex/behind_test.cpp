@@ -7,6 +7,7 @@
 
 #include "activex/container.h"
 #include "activex/picture.h"
+#include "activex/server_copy.h"
 #include "platform/system_colours.h"
 
 namespace ocx_test {
@@ -100,13 +101,23 @@ class Behind : public ::testing::Test {
   // An empty transparent control in `window`, the parent unless another is given.
   void Activate(HWND window = nullptr) {
     container_.emplace();
-    container_->frame_window = window ? window : parent_;
+    Place(window ? window : parent_);
+  }
+  void Place(HWND window) {
+    container_->frame_window = window;
     container_->position = place_;
     container_->clip = {-1000, -1000, 1000, 1000};
     container_->Host();
     PutNumber(Object().Get(), L"BackStyle", 0);
     ASSERT_EQ(S_OK, container_->Activate());
     PumpMessages();
+  }
+  // For another round.
+  void CloseAll() {
+    container_->frame_window = nullptr;
+    container_->Close();
+    DestroyWindow(parent_);
+    parent_ = nullptr;
   }
   ComPtr<IDispatch> Object() const { return container_->Dispatch(); }
 
@@ -137,6 +148,14 @@ class Behind : public ::testing::Test {
     for (const auto& [x, y] : {std::pair{0, 0}, {7, 11}, {59, 29}})
       EXPECT_EQ(GradientAt(place_.left + x, place_.top + y), GetPixel(dc, x, y)) << x << "," << y;
     ReleaseDC(container_->ControlWindow(), dc);
+  }
+
+  // What is seen at the control's place, whoever drew it.
+  void TakeScreen(const Picture& picture, HWND window = nullptr) const {
+    const HDC dc = GetDCEx(window ? window : parent_, nullptr, DCX_CACHE);
+    BitBlt(picture.Dc(), 0, 0, picture.Width(), picture.Height(), dc, place_.left, place_.top,
+           marklet::SRCCOPY);
+    ReleaseDC(window ? window : parent_, dc);
   }
 
   RECT place_ = {20, 30, 80, 60};
@@ -172,10 +191,7 @@ TEST_F(Behind, WhatAWindowDrawsOnlyWhenItPaintsIsSeen) {
       Activate();
       ExpectGradient();
       ExpectGradientOnScreen();
-      container_->frame_window = nullptr;
-      container_->Close();
-      DestroyWindow(parent_);
-      parent_ = nullptr;
+      CloseAll();
     }
 }
 
@@ -199,19 +215,27 @@ TEST_F(Behind, AControlThatIsActiveBeforeItsWindowIsSeenFollows) {
     UpdateWindow(container_->ControlWindow());
     ExpectGradient();
     ExpectGradientOnScreen();
-    container_->frame_window = nullptr;
-    container_->Close();
-    DestroyWindow(parent_);
-    parent_ = nullptr;
+    CloseAll();
   }
 }
 
 TEST_F(Behind, AControlHalfOutsideItsWindowIsWholeInside) {
-  MakeParent({DrawGradient, nullptr, nullptr});
-  place_ = {-30, -10, 30, 20};
-  Activate();
-  EXPECT_EQ(ToRgb(GradientAt(0, 0)), At(30, 10));
-  EXPECT_EQ(ToRgb(GradientAt(29, 19)), At(59, 29));
+  const Drawing kinds[] = {{DrawGradient, nullptr, nullptr},
+                           {DrawNothing, DrawGradient, nullptr},
+                           {nullptr, nullptr, DrawGradient}};
+  const RECT whole = {0, 0, 300, 150};
+  for (const Drawing& kind : kinds)
+    for (const RECT& place : {RECT{-30, -10, 30, 20}, RECT{270, 140, 330, 170}}) {
+      MakeParent(kind);
+      place_ = place;
+      Activate();
+      RECT inside = {};
+      IntersectRect(&inside, &place, &whole);
+      for (int y = inside.top; y < inside.bottom; ++y)
+        for (int x = inside.left; x < inside.right; ++x)
+          ASSERT_EQ(ToRgb(GradientAt(x, y)), At(x - place.left, y - place.top)) << x << "," << y;
+      CloseAll();
+    }
 }
 
 TEST_F(Behind, AWindowThatDrawsNothingShowsItsOwnParent) {
@@ -272,12 +296,8 @@ TEST_F(Behind, WhereNobodyDrawsThereIsTheHostsBackground) {
   MakeParent({DrawNothing, nullptr, DrawNothing});
   container_.emplace();
   container_->ambients.back_color = 0x112233;
-  container_->frame_window = parent_;
-  container_->position = place_;
-  container_->Host();
-  PutNumber(Object().Get(), L"BackStyle", 0);
-  ASSERT_EQ(S_OK, container_->Activate());
-  EXPECT_EQ(0x332211u, At(5, 5));
+  Place(parent_);
+  ExpectLook([](int, int) { return 0x332211; });
 }
 
 TEST_F(Behind, TheCaptionStandsInFrontOfIt) {
@@ -298,29 +318,25 @@ TEST_F(Behind, TheCaptionStandsInFrontOfIt) {
 
 INT_PTR CALLBACK LeaveAllToTheDialog(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
 
+HWND NewDialog(DWORD style, HWND parent) {
+  struct {
+    DLGTEMPLATE head;
+    WORD menu, window_class, title;
+  } dialog = {};
+  dialog.head = {style, 0, 0, 0, 0, 150, 80};
+  return CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &dialog.head, parent, LeaveAllToTheDialog, 0);
+}
+
 // A dialog as the system has it, with a group box, and the same without the control.
 class BehindOnADialog : public Behind {
  protected:
   void SetUp() override {
     Server::Get();
-    struct {
-      DLGTEMPLATE head;
-      WORD menu, window_class, title;
-    } dialog = {};
-    dialog.head = {WS_POPUP, 0, 0, 0, 0, 150, 80};
-    parent_ =
-        CreateDialogIndirectParamW(GetModuleHandleW(nullptr), &dialog.head, nullptr, LeaveAllToTheDialog, 0);
+    parent_ = NewDialog(WS_POPUP, nullptr);
     ASSERT_TRUE(parent_);
     box_ = CreateWindowExW(0, L"Button", L"Group", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 5, 5, 150, 100,
                            parent_, nullptr, nullptr, nullptr);
     ShowParent();
-  }
-  // What is seen at the control's place, whoever drew it.
-  void TakeScreen(const Picture& picture) const {
-    const HDC dc = GetDCEx(parent_, nullptr, DCX_CACHE);
-    BitBlt(picture.Dc(), 0, 0, picture.Width(), picture.Height(), dc, place_.left, place_.top,
-           marklet::SRCCOPY);
-    ReleaseDC(parent_, dc);
   }
   // Some of it is the caption's, all else is as it was without the control.
   void ExpectOnlyInkOnScreen(const Picture& without) const {
@@ -368,6 +384,28 @@ TEST_F(BehindOnADialog, BelowAGroupBoxItLooksSoToo) {
   }
 }
 
+// Such a page draws the tab control's body, which isn't the colour of dialogs.
+TEST_F(BehindOnADialog, OnAThemedPageOfATabControlItLooksSoToo) {
+  const HMODULE themes = LoadLibraryW(L"uxtheme.dll");
+  const auto put_texture = reinterpret_cast<HRESULT(WINAPI*)(HWND, DWORD)>(
+      reinterpret_cast<void*>(GetProcAddress(themes, "EnableThemeDialogTexture")));
+  ASSERT_TRUE(put_texture);
+  constexpr DWORD kTabTexture = 6;
+  LoadLibraryW(L"comctl32.dll");
+  const HWND tabs = CreateWindowExW(0, L"SysTabControl32", L"", WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 0, 0,
+                                    250, 150, parent_, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(tabs);
+  const HWND page = NewDialog(WS_CHILD | WS_VISIBLE, parent_);
+  EXPECT_EQ(S_OK, put_texture(page, kTabTexture));
+  SetWindowPos(page, HWND_TOP, 10, 30, 200, 100, 0);
+  PumpMessages();
+  Picture without(60, 30);
+  TakeScreen(without, page);
+  EXPECT_NE(ToRgb(GetSysColor(marklet::COLOR_BTNFACE)), without.At(0, 0));
+  Activate(page);
+  ExpectLook([&](int x, int y) { return without.At(x - place_.left, y - place_.top); });
+}
+
 TEST_F(Behind, AGroupBoxThatHoldsTheControlIsSeen) {
   MakeParent({DrawGradient, nullptr, nullptr});
   const HWND box = CreateWindowExW(0, L"Button", L"", WS_CHILD | WS_VISIBLE | BS_GROUPBOX, 10, 10, 200, 100,
@@ -394,6 +432,113 @@ TEST_F(BehindOnADialog, MovedBelowAGroupBoxItIsSeenAndElsewhereItSparesWindowsAb
   ExpectOnlyInkOnScreen(without);
   As<IOleInPlaceObject>(Object())->SetObjectRects(&outside, &container_->clip);
   EXPECT_TRUE(spares_siblings());
+}
+
+// --- Windows of other threads ---------------------------------------------------------------------------
+
+// A window that a thread of its own serves as long as this lives.
+class ForeignWindow {
+ public:
+  ForeignWindow() : thread_([this] { Serve(); }) { EXPECT_TRUE(ready_.Wait()); }
+  ~ForeignWindow() {
+    PostThreadMessageW(GetWindowThreadProcessId(window_, nullptr), WM_QUIT, 0, 0);
+    EXPECT_TRUE(thread_.Join());
+  }
+  ForeignWindow(const ForeignWindow&) = delete;
+  ForeignWindow& operator=(const ForeignWindow&) = delete;
+  HWND Window() const { return window_; }
+
+ private:
+  void Serve() {
+    static const Drawing gradient = {DrawGradient, DrawGradient, nullptr};
+    window_ = NewWindow(&gradient, nullptr, {40, 40, 340, 190}, WS_POPUP | WS_VISIBLE);
+    ready_.Give();
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    DestroyWindow(window_);
+  }
+
+  Signal ready_;
+  HWND window_ = nullptr;
+  HostThread thread_;
+};
+
+// They might never answer.
+TEST_F(Behind, WhereWindowsOfOtherThreadsWouldShowThereIsTheHostsBackground) {
+  const ForeignWindow foreign;
+  const Drawing nothing = {DrawNothing, nullptr, DrawNothing};
+  const HWND between = NewWindow(&nothing, foreign.Window(), {0, 0, 300, 150}, WS_CHILD | WS_VISIBLE);
+  for (const HWND window : {foreign.Window(), between}) {
+    container_.emplace();
+    container_->ambients.back_color = 0x112233;
+    Place(window);
+    ExpectLook([](int, int) { return 0x332211; });
+    container_->frame_window = nullptr;
+    container_->Close();
+  }
+  container_.reset();
+  DestroyWindow(between);
+}
+
+// --- Mirrored windows -------------------------------------------------------------------------------------
+
+// Two colours that meet below the control, counted from the window's left; from its right, where that is
+// mirrored.
+bool DrawHalves(HDC dc, const RECT& client) {
+  constexpr int kMiddle = 45;
+  for (const bool is_right : {false, true}) {
+    const RECT half = {is_right ? kMiddle : 0, 0, is_right ? client.right : kMiddle, client.bottom};
+    const HBRUSH brush = CreateSolidBrush(is_right ? Rgb(0, 128, 0) : Rgb(200, 100, 0));
+    FillRect(dc, &half, brush);
+    DeleteObject(brush);
+  }
+  return true;
+}
+
+class BehindMirrored : public Behind {
+ protected:
+  void MakeMirrored(const Drawing& drawing) {
+    MakeParent(drawing, false);
+    SetWindowLongPtrW(parent_, GWL_EXSTYLE, WS_EX_LAYOUTRTL);
+    ShowParent();
+  }
+  // What is seen at the control's place by someone in front of the screen.
+  void TakeUnmirrored(const Picture& picture) const {
+    const HDC dc = GetDCEx(parent_, nullptr, DCX_CACHE);
+    SetLayout(dc, 0);
+    BitBlt(picture.Dc(), 0, 0, picture.Width(), picture.Height(), dc, 300 - place_.right, place_.top,
+           marklet::SRCCOPY);
+    ReleaseDC(parent_, dc);
+  }
+};
+
+TEST_F(BehindMirrored, WhatLiesBehindIsSeenAsTheWindowDrawsIt) {
+  const Drawing kinds[] = {
+      {DrawHalves, nullptr, nullptr}, {DrawNothing, DrawHalves, nullptr}, {nullptr, nullptr, DrawHalves}};
+  for (const Drawing& kind : kinds) {
+    MakeMirrored(kind);
+    Activate();
+    UpdateWindow(container_->ControlWindow());
+    Picture screen(60, 30);
+    TakeUnmirrored(screen);
+    for (int x = 0; x < 60; ++x) ASSERT_EQ(x < 35 ? 0x008000u : 0xC86400u, screen.At(x, 5)) << x;
+    CloseAll();
+  }
+}
+
+TEST_F(BehindMirrored, LettersAreNotTurnedOver) {
+  MakeMirrored({DrawGradient, nullptr, nullptr});
+  Activate();
+  PutNumber(Object().Get(), L"BackStyle", 1);
+  PutText(Object().Get(), L"Caption", L"<b>FLR</b>");
+  UpdateWindow(container_->ControlWindow());
+  Picture screen(60, 30), printed(60, 30);
+  TakeUnmirrored(screen);
+  SendMessageW(container_->ControlWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(printed.Dc()),
+               PRF_CLIENT);
+  for (int y = 0; y < 30; ++y)
+    for (int x = 0; x < 60; ++x) ASSERT_EQ(printed.At(x, y), screen.At(x, y)) << x << "," << y;
+  EXPECT_NE(printed.Count(printed.At(59, 29)), 60 * 30) << "there are letters";
 }
 
 // The control is asked to print, painted, and closed from inside.

@@ -29,7 +29,7 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " GetTextMetricsW GetWorldTransform IntersectClipRect LineTo LPtoDP ModifyWorldTransform"
      " MoveToEx OffsetRgn OffsetViewportOrgEx PatBlt Polygon PolyPolygon RestoreDC SaveDC"
      " SelectClipRgn SelectObject SetBitmapDimensionEx SetBkColor SetBkMode SetBrushOrgEx"
-     " SetDCBrushColor SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
+     " SetDCBrushColor SetLayout SetMapMode SetPolyFillMode SetStretchBltMode SetTextAlign SetTextColor"
      " SetViewportExtEx SetViewportOrgEx SetWindowExtEx SetWindowOrgEx StretchBlt"
      " StretchDIBits TextOutW "},
     {"kernel32.dll", 0,

@@ -85,6 +85,9 @@ bool IsAbove(::HWND window, ::HWND other) {
   return rect;
 }
 
+// Whether the window counts from its right edge to the left.
+bool IsMirrored(::HWND window) { return (::GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_LAYOUTRTL) != 0; }
+
 ::RECT OffsetBy(::RECT rect, ::POINT by) {
   ::OffsetRect(&rect, by.x, by.y);
   return rect;
@@ -154,8 +157,13 @@ class Scene {
   void Ask(::HWND window, Draw draw) const {
     const win32::SavedState state(canvas_.Dc());
     const ::RECT client = OnCanvas(ClientOnScreen(window));
-    ::OffsetViewportOrgEx(canvas_.Dc(), client.left, client.top, nullptr);
-    ::SetBrushOrgEx(canvas_.Dc(), client.left, client.top, nullptr);
+    ::POINT origin = {client.left, client.top};
+    if (IsMirrored(window)) {
+      ::SetLayout(canvas_.Dc(), LAYOUT_RTL);
+      origin.x = canvas_.Width() - client.right;
+    }
+    ::OffsetViewportOrgEx(canvas_.Dc(), origin.x, origin.y, nullptr);
+    ::SetBrushOrgEx(canvas_.Dc(), origin.x, origin.y, nullptr);
     draw(canvas_.Dc());
   }
 
@@ -201,12 +209,14 @@ class Scene {
     const bool is_spared =
         child && ::IsWindowVisible(child) && (::GetWindowLongPtrW(parent, GWL_STYLE) & WS_CLIPCHILDREN) != 0;
     if (is_spared) ::DefWindowProcW(child, WM_SETREDRAW, FALSE, 0);
+    const ::RECT client = ClientOnScreen(parent);
+    const ::POINT corner = {corner_.x - client.left, corner_.y - client.top};
     WithScreen(parent, [&](::HDC screen) {
-      ::BitBlt(screen, place.left, place.top, canvas_.Width(), canvas_.Height(), canvas_.Dc(), 0, 0,
+      ::BitBlt(screen, corner.x, corner.y, canvas_.Width(), canvas_.Height(), canvas_.Dc(), 0, 0,
                marklet::SRCCOPY);
     });
     ::RedrawWindow(parent, &place, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW | RDW_NOCHILDREN);
-    WithScreen(parent, [&](::HDC screen) { CopyVisible(screen, place); });
+    WithScreen(parent, [&](::HDC screen) { CopyVisible(screen, corner); });
     if (is_spared) ::DefWindowProcW(child, WM_SETREDRAW, TRUE, 0);
     RepaintChildren(parent);
   }
@@ -218,23 +228,24 @@ class Scene {
     return child;
   }
 
-  // Calls `use` with a context of the window that doesn't spare its children.
+  // Calls `use` with a context of the window that doesn't spare its children and isn't mirrored.
   template <typename Use>
   static void WithScreen(::HWND window, Use use) {
     const ::HDC screen = ::GetDCEx(window, nullptr, DCX_CACHE);
     if (!screen) return;
+    ::SetLayout(screen, 0);
     use(screen);
     ::ReleaseDC(window, screen);
   }
 
-  void CopyVisible(::HDC screen, const ::RECT& place) const {
+  void CopyVisible(::HDC screen, const ::POINT& corner) const {
     constexpr INT kVisibleRegion = 4;
     const HRGN visible = ::CreateRectRgn(0, 0, 0, 0);
     if (::GetRandomRgn(screen, visible, kVisibleRegion) == 1) {  // in the screen's coordinates
       const win32::SavedState state(canvas_.Dc());
       ::OffsetRgn(visible, -corner_.x, -corner_.y);
       ::SelectClipRgn(canvas_.Dc(), visible);
-      ::BitBlt(canvas_.Dc(), 0, 0, canvas_.Width(), canvas_.Height(), screen, place.left, place.top,
+      ::BitBlt(canvas_.Dc(), 0, 0, canvas_.Width(), canvas_.Height(), screen, corner.x, corner.y,
                marklet::SRCCOPY);
     }
     ::DeleteObject(visible);

@@ -217,6 +217,10 @@ LRESULT CALLBACK ControlWindow::Procedure(::HWND window, UINT message, WPARAM wp
     auto* self = static_cast<ControlWindow*>(std::bit_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
     self->window_ = window;
     ::SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    // Children of a mirrored window are mirrored, which would turn over the picture that is copied there, and
+    // its letters. The control has a direction of its own.
+    ::SetWindowLongPtrW(window, GWL_EXSTYLE,
+                        ::GetWindowLongPtrW(window, GWL_EXSTYLE) & ~LONG_PTR{WS_EX_LAYOUTRTL});
   }
   auto* self = std::bit_cast<ControlWindow*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
   if (!self) return ::DefWindowProcW(window, message, wparam, lparam);
