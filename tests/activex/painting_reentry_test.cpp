@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "activex/container.h"
+#include "activex/other_system_colour.h"
 #include "activex/saving.h"
 #include "platform/system_colours.h"
 
@@ -26,20 +27,6 @@ void WatchPaints(HWND window) {
   former_procedure =
       reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Watch)));
 }
-
-// Another system colour than before: the next paint message builds the picture anew.
-class OtherColours {
- public:
-  OtherColours() : former_(GetSysColor(kElement)) { Put(former_ ^ 1); }
-  ~OtherColours() { Put(former_); }
-  OtherColours(const OtherColours&) = delete;
-  OtherColours& operator=(const OtherColours&) = delete;
-
- private:
-  static constexpr int kElement = marklet::COLOR_BTNTEXT;
-  static void Put(COLORREF colour) { SetSysColors(1, &kElement, &colour); }
-  COLORREF former_;
-};
 
 bool HeapsAreSound() {
   std::array<HANDLE, 64> heaps = {};
@@ -188,7 +175,8 @@ class Round {
       deed();
     };
     {
-      const OtherColours colours;
+      // The paint message builds the picture anew.
+      const OtherSystemColour colour(marklet::COLOR_BTNTEXT);
       InvalidateRect(window, nullptr, TRUE);
       UpdateWindow(window);
     }

@@ -1,8 +1,10 @@
 // A transparent control on a form that keeps a picture of itself: where its snapshot is taken from, and how
 // long it lives.
 #include "activex/form.h"
+#include "activex/other_system_colour.h"
 #include "activex/picture.h"
 #include "activex/saving.h"
+#include "platform/system_colours.h"
 #include "support/snapshot_calls.h"
 
 namespace ocx_test {
@@ -22,15 +24,17 @@ int TwipsPerPixel() {
 
 class Snapshot : public ::testing::Test {
  protected:
-  void SetUp() override {
+  void SetUp() override { Start(true); }
+  void TearDown() override { Stop(); }
+  void Start(bool user_mode) {
+    container_.ambients.user_mode = user_mode;
     container_.Host();
-    container_.ambients.user_mode = true;
     form_ = std::make_unique<Form>(container_);
     ASSERT_EQ(S_OK, container_.Activate());
     object_ = container_.Dispatch();
     form_->log.clear();
   }
-  void TearDown() override {
+  void Stop() {
     object_.Reset();
     container_.Close();
     form_.reset();
@@ -196,6 +200,61 @@ TEST_F(Snapshot, InADesignerEverySizeTakesItAnew) {
   PutText(object_.Get(), L"Caption", L"");
   Size(90, 30);
   EXPECT_EQ(kCopyFromForm, form_->log);
+}
+
+// In each scale of the form, in which the second place is another 40 and 20 pixels on.
+TEST_F(Snapshot, InEveryScaleAndModeItIsTakenForTheSameReasons) {
+  const LateObject::Log nothing;
+  for (const int mode : {kTwips, kPixels, kMillimetres})
+    for (const bool in_designer : {false, true}) {
+      SCOPED_TRACE(std::to_string(mode) + (in_designer ? " in a designer" : ""));
+      const int unit = mode == kTwips ? TwipsPerPixel() : 1;
+      Stop();
+      Start(!in_designer);
+      PutText(object_.Get(), L"Caption", L" ");  // without one, a designer outlines it
+      form_->ScaleMode(mode);
+      form_->PutAt(30 * unit, 60 * unit);
+      form_->log.clear();
+      Show();
+      ExpectFormAt(30, 60);
+      EXPECT_EQ(kCopyFromForm, std::exchange(form_->log, {}));
+
+      form_->PutAt(70 * unit, 80 * unit);
+      const RECT moved = {50, 60, 250, 120};
+      EXPECT_EQ(S_OK, As<IOleInPlaceObject>(object_)->SetObjectRects(&moved, &container_.clip));
+      ExpectFormAt(30, 60);
+      EXPECT_EQ(nothing, std::exchange(form_->log, {})) << "moved";
+
+      const auto& if_in_designer = in_designer ? kCopyFromForm : nothing;
+      for (const auto& [width, height] : {std::pair{90, 30}, {200, 60}}) {  // shrunk and regrown
+        Size(width, height);
+        in_designer ? ExpectFormAt(70, 80) : ExpectFormAt(30, 60);
+        EXPECT_EQ(if_in_designer, std::exchange(form_->log, {})) << width;
+      }
+      Size(201, 60);
+      ExpectFormAt(70, 80);
+      EXPECT_EQ(kCopyFromForm, std::exchange(form_->log, {})) << "larger than ever";
+    }
+}
+
+// The border of a transparent control is shaded from the button face.
+TEST_F(Snapshot, StaysWhenASystemColourChangesBetweenTwoPaintsAndTheBorderFollows) {
+  Show();
+  PutNumber(object_.Get(), L"BorderStyle", 1);
+  const auto picture = [this] {
+    auto drawn = std::make_unique<Picture>(200, 60);
+    SendMessageW(container_.ControlWindow(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(drawn->Dc()),
+                 PRF_CLIENT);
+    return drawn;
+  };
+  const auto before = picture();
+  form_->PutAt(100, 100);
+  form_->log.clear();
+  const OtherSystemColour colour(marklet::COLOR_BTNFACE);
+  const auto after = picture();
+  EXPECT_NE(before->At(0, 0), after->At(0, 0));
+  EXPECT_EQ(Form::ColourAt(2, 2), after->At(2, 2));
+  EXPECT_TRUE(form_->log.empty());
 }
 
 TEST_F(Snapshot, AnythingMayHappenWhileItIsTaken) {

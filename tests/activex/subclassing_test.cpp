@@ -71,6 +71,23 @@ TEST(Subclassing, TheWindowsOwnProcedureNeverErasesAndHearsOfTheRest) {
   }
 }
 
+// The picture's border is shaded from the container's colour, which each new picture asks for.
+TEST(Subclassing, AChangeOfTheVisualStyleAloneRepaintsNothing) {
+  Loaded control;
+  PutNumber(control.container.Dispatch().Get(), L"BorderStyle", 1);
+  UpdateWindow(control.Window());
+  int built = 0;
+  control.container.on_read = [&](const std::string& what) { built += what == "member"; };
+  control.Send(WM_THEMECHANGED);
+  EXPECT_FALSE(GetUpdateRect(control.Window(), nullptr, FALSE));
+  InvalidateRect(control.Window(), nullptr, FALSE);
+  UpdateWindow(control.Window());
+  EXPECT_EQ(0, built) << "nor does it at the next paint";
+  PutText(control.container.Dispatch().Get(), L"Caption", L"other");
+  EXPECT_GT(built, 0);
+  control.container.on_read = nullptr;
+}
+
 TEST(Subclassing, TheTextsLengthIsThatOfTheMarkup) {
   Loaded control;
   PutText(control.container.Dispatch().Get(), L"Caption", L"<b>x</b> \u03B1");

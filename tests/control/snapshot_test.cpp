@@ -294,6 +294,43 @@ TEST_F(Snapshot, InADesignerIsTakenAnewAtEveryResize) {
   ExpectFormAt(100, 100);
 }
 
+// In each scale of the form, in which the second place is another 40 and 20 pixels on.
+TEST_F(Snapshot, InEveryScaleAndModeIsTakenForTheSameReasons) {
+  const std::vector<std::string> nothing;
+  for (const double mode : {kTwips, kPixels, kMillimetres})
+    for (const bool in_designer : {false, true}) {
+      SCOPED_TRACE(std::to_string(mode) + (in_designer ? " in a designer" : ""));
+      const double unit = mode == kTwips ? 15 : 1;
+      ScaleMode(mode);
+      host.ambient.user_mode = !in_designer;
+      hosted.Set("Caption", std::u16string(u" "));  // without one, a designer outlines it
+      hosted.State().Background.reset();
+      hosted.State().MaxWidth = hosted.State().MaxHeight = 0;
+      Resize(100, 50);
+      form.PutAt(30 * unit, 60 * unit);
+      hosted.State().Background.reset();
+      form.TakeLog();
+      Show();
+      ExpectFormAt(30, 60);
+      EXPECT_EQ(form.TakeLog(), kCopyFromForm);
+
+      form.PutAt(70 * unit, 80 * unit);
+      hosted.control.RedrawNow();
+      ExpectFormAt(30, 60);
+      EXPECT_EQ(form.TakeLog(), nothing) << "moved";
+
+      const auto& if_in_designer = in_designer ? kCopyFromForm : nothing;
+      for (const auto& [width, height] : {std::pair{40, 20}, {100, 50}}) {  // shrunk and regrown
+        Resize(width, height);
+        in_designer ? ExpectFormAt(70, 80) : ExpectFormAt(30, 60);
+        EXPECT_EQ(form.TakeLog(), if_in_designer) << width;
+      }
+      Resize(101, 50);
+      ExpectFormAt(70, 80);
+      EXPECT_EQ(form.TakeLog(), kCopyFromForm) << "larger than ever";
+    }
+}
+
 TEST_F(Snapshot, StaysWhenTheSystemsColoursChange) {
   hosted.Set("BackColor", static_cast<Long>(0x8000000F));
   Show();
