@@ -104,13 +104,17 @@ class Marklet : public ISupportsAlphaImage {
   // The colours of the desktop's scheme. The control itself draws with none of them.
   ThemeColours GetThemeColors() { return OwnerThemeColours(host_); }
 
-  // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null.
+  // Brings the picture up to date and copies it to `dc`, or to the host's context when that is null. For a
+  // host that shows nothing, the picture is left to the next paint that can be seen.
   void PaintControl(HDC dc);
   // Paints on `dc` as a transparent control looks in front of `behind`. The picture and the snapshot that the
   // control has for its own place stay as they are.
   void PaintOver(HDC dc, std::shared_ptr<CDib32> behind);
   // Drops the picture and paints at once.
   void RedrawNow();
+  // Whether a transparent control stands on a snapshot of its own place: it has a window, or its form keeps a
+  // picture of itself.
+  bool StandsOnSnapshot();
 
   // The host's notifications.
   void Resize();
@@ -177,6 +181,7 @@ class Marklet : public ISupportsAlphaImage {
   OLE_COLOR EdgeBaseColour();
   void DrawImage(HDC dc, RECT& rect);
   void DrawCaption(HDC dc, RECT rect);
+  bool CanWait();
   ImageRef ShownImage() const;
   COLORREF CaptionColour();
 

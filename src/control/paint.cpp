@@ -3,6 +3,8 @@
 
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
+#include "control/enumeration_values.h"
+#include "control/form_picture.h"
 #include "control/layout.h"
 #include "control/marklet.h"
 #include "images/image_sizes.h"
@@ -20,17 +22,29 @@ void Marklet::RedrawNow() {
   PaintControl(nullptr);
 }
 
+bool Marklet::StandsOnSnapshot() {
+  return state_.BackStyle == backTransparent && (host_.hWnd() != nullptr || KeepsPicture(host_));
+}
+
+// Nobody sees when a picture was built, but a snapshot shows when it was taken.
+bool Marklet::CanWait() {
+  bool result = false;
+  IgnoreErrors([&] { result = !host_.IsSeen() && !StandsOnSnapshot(); });
+  return result;
+}
+
 void Marklet::PaintControl(HDC dc) {
   if (capturing_) {
     missed_a_paint_ = true;  // the control is no part of what lies behind it
     return;
   }
+  if (dc == nullptr && CanWait()) return;
   IgnoreErrors([&] {
     BringUpToDate();
     // Whatever the field and the host hold by now: a setter called from inside the building leaves a newer
     // picture, and the host may have taken the window away.
     const auto picture = state_.BackBuffer;
-    const HDC target = dc != nullptr ? dc : host_.hDC();
+    const HDC target = dc != nullptr ? dc : host_.PictureDC();
     if (picture) picture->PaintTo(target, 0, 0, -1, -1, 0, 0, SRCCOPY);
   });
   if (std::exchange(is_provisional_, false)) state_.BackBuffer.reset();

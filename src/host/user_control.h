@@ -41,8 +41,13 @@ class UserControl {
 
   virtual Ambient& AmbientProperties() = 0;
 
-  virtual HWND hWnd() = 0;          // null without a window
-  virtual HDC hDC() = 0;            // the context that Paint draws on; null when there is nowhere to draw
+  virtual HWND hWnd() = 0;  // null without a window
+  // The context that Paint draws on, with Font selected; null when there is nowhere to draw.
+  virtual HDC hDC() = 0;
+  // The same for a finished picture, whatever font is selected.
+  virtual HDC PictureDC() { return hDC(); }
+  // False while nobody can see what Paint draws, as without a window.
+  virtual bool IsSeen() { return true; }
   virtual double ScaleWidth() = 0;  // client size in pixels
   virtual double ScaleHeight() = 0;
   // Outer size in twips. Setting one raises Resize before it returns.

@@ -318,6 +318,19 @@ TEST_F(Activation, PaintsOnItsWindowInsideTheSetter) {
   ReleaseDC(window_, dc);
 }
 
+TEST_F(Activation, AFrameThatTheContainerAddsIsDrawn) {
+  Activate();
+  MakeRed();
+  SetWindowLongPtrW(window_, GWL_STYLE, GetWindowLongPtrW(window_, GWL_STYLE) | WS_BORDER);
+  SetWindowPos(window_, nullptr, 0, 0, 0, 0,
+               SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_UPDATENOW);
+  const HDC dc = GetWindowDC(window_);
+  EXPECT_EQ(GetSysColor(COLOR_WINDOWFRAME), GetPixel(dc, 0, 0));
+  EXPECT_EQ(0x0000FFu, GetPixel(dc, 1, 1));
+  ReleaseDC(window_, dc);
+}
+
 TEST_F(Activation, PaintsOnThePaintMessage) {
   Activate();
   MakeRed();

@@ -235,5 +235,56 @@ TEST_F(Paint, OfAnEmptySurfaceCopiesNothing) {
   EXPECT_EQ(host.Pixel(3, 3), 0x00445566u);
 }
 
+// --- Out of sight -----------------------------------------------------------------------------------------
+
+TEST_F(Paint, NothingIsDrawnWhereNobodySeesIt) {
+  host.is_seen = false;
+  host.TakeLog();
+  hosted.Set("BackColor", Long{0x00112233});
+  hosted.control.PaintControl(nullptr);
+  EXPECT_EQ(host.Paints(), 0);
+  EXPECT_EQ(hosted.State().BackBuffer, nullptr) << "the former picture is out of date";
+}
+
+TEST_F(Paint, WhatWasSetOutOfSightShowsWhenItIsAskedFor) {
+  host.is_seen = false;
+  hosted.Set("BackColor", Long{0x00112233});
+  CDib24 other;
+  ASSERT_TRUE(other.Create(100, 50));
+  hosted.control.PaintControl(other.hDC());
+  PixelView copy;
+  ASSERT_TRUE(PixelsOf(other.hDC(), copy));
+  EXPECT_EQ(MakeRgb(copy.bits[2], copy.bits[1], copy.bits[0]), 0x00112233u);
+  host.is_seen = true;
+  hosted.control.PaintControl(nullptr);
+  EXPECT_EQ(host.Pixel(7, 7), 0x00112233u);
+}
+
+TEST_F(Paint, ASnapshotIsTakenOutOfSightToo) {
+  host.is_seen = false;
+  hosted.State().Background.reset();
+  host.asked_behind = 0;
+  host.paint_behind = [](HDC) { return true; };
+  hosted.Set("BackStyle", Long{0});
+  EXPECT_EQ(host.asked_behind, 0) << "without a window it would not last";
+  host.window = MemoryForm::Window(7);
+  hosted.control.RedrawNow();
+  EXPECT_EQ(host.asked_behind, 1);
+  EXPECT_NE(hosted.State().Background, nullptr);
+}
+
+TEST_F(Paint, AFormsPictureIsCopiedOutOfSightToo) {
+  MemoryForm form;
+  host.parent = form.form;
+  host.extender = form.extender;
+  host.container = MemoryForm::Window(MemoryForm::kForm);
+  host.is_seen = false;
+  hosted.State().Background.reset();
+  host.asked_behind = 0;
+  hosted.Set("BackStyle", Long{0});
+  ASSERT_NE(hosted.State().Background, nullptr);
+  EXPECT_EQ(host.asked_behind, 0);
+}
+
 }  // namespace
 }  // namespace marklet

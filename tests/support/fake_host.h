@@ -50,6 +50,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
   HWND container = nullptr;
   bool has_tooltips = true;
   bool has_surface = true;  // whether there is a context to paint on
+  bool is_seen = true;      // whether what is painted can be seen
 
   bool enabled = true;
   FontRef font = std::make_shared<StdFont>();
@@ -78,6 +79,7 @@ class FakeHost final : public UserControl, public MarkletEvents {
   Ambient& AmbientProperties() override { return ambient; }
   HWND hWnd() override { return window; }
   HDC hDC() override;
+  bool IsSeen() override { return is_seen; }
   double ScaleWidth() override { return scale_width; }
   double ScaleHeight() override { return scale_height; }
   double Width() override { return scale_width * twips_per_pixel; }

@@ -4,7 +4,6 @@
 
 #include "activex/control/user_control.h"
 #include "control/enumeration_values.h"
-#include "control/form_picture.h"
 
 namespace marklet::activex {
 
@@ -30,10 +29,8 @@ bool ControlPicture::PaintOn(CDib24& surface, COLORREF behind) {
   return true;
 }
 
-// In its window, and on a form that keeps a picture of itself, it has a snapshot of what lies behind it.
-bool ControlPicture::StandsOnTarget() const {
-  return !IsOpaque() && host_.hWnd() == nullptr && !KeepsPicture(host_);
-}
+// Without a snapshot of its own place, a transparent control shows through to what it is drawn on.
+bool ControlPicture::StandsOnTarget() const { return !IsOpaque() && !marklet_.StandsOnSnapshot(); }
 
 HRESULT ControlPicture::Draw(::HDC dc, const RECTL& bounds, const GoOn& go_on) {
   const PictureTarget target(dc, bounds);

@@ -60,7 +60,8 @@ OleUserControl::OleUserControl(ChangeListener& listener, const Site& site, Exten
 // --- Window and size --------------------------------------------------------------------------------------
 
 HWND OleUserControl::hWnd() { return Wrap(window_.Handle()); }
-HDC OleUserControl::hDC() { return Wrap(window_.Context()); }
+HDC OleUserControl::hDC() { return Wrap(window_.FontContext()); }
+HDC OleUserControl::PictureDC() { return Wrap(window_.Context()); }
 
 ::SIZE OleUserControl::Size() const { return window_.Handle() ? window_.ClientSize() : extent_.Pixels(); }
 

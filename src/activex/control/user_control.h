@@ -34,6 +34,8 @@ class OleUserControl final : public StoringUserControl, public PlaceListener, pu
 
   HWND hWnd() override;
   HDC hDC() override;
+  HDC PictureDC() override;
+  bool IsSeen() override { return window_.IsVisible(); }
   double ScaleWidth() override;
   double ScaleHeight() override;
   double Width() override;

@@ -74,6 +74,7 @@ const ControlWindow::Route ControlWindow::kRoutes[] = {
     {WM_PAINT, &ControlWindow::OnPaint, false},
     {WM_PRINTCLIENT, &ControlWindow::OnPrintClient, false},
     {WM_ERASEBKGND, &ControlWindow::OnEraseBackground, false},
+    {WM_NCPAINT, &ControlWindow::OnPaintFrame, false},
     {WM_SIZE, &ControlWindow::OnSize, false},
     {WM_WINDOWPOSCHANGED, &ControlWindow::OnPlaced, false},
     {kResolutionChanged, &ControlWindow::OnSize, false},
@@ -185,24 +186,37 @@ void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
 
 // --- What is painted on -----------------------------------------------------------------------------------
 
+namespace {
+
+// A context begins with the system's font and must not keep the control's. Some systems look a font up
+// each time that it is selected.
+void DeselectFont(::HDC context) {
+  const ::HGDIOBJ system_font = ::GetStockObject(SYSTEM_FONT);
+  if (::GetCurrentObject(context, OBJ_FONT) != system_font) ::SelectObject(context, system_font);
+}
+
+}  // namespace
+
 ::HDC ControlWindow::Context() {
-  ::HDC context = paint_context_;
-  if (!context) {
-    // What was lent while nothing could be seen isn't the window's.
-    if (borrowed_from_window_ != IsVisible()) ReleaseContext();
-    if (!borrowed_context_) {
-      borrowed_from_window_ = IsVisible();
-      borrowed_context_ = borrowed_from_window_ ? ::GetDC(window_) : ::CreateCompatibleDC(nullptr);
-    }
-    context = borrowed_context_;
+  if (paint_context_) return paint_context_;
+  // What was lent while nothing could be seen isn't the window's.
+  if (borrowed_from_window_ != IsVisible()) ReleaseContext();
+  if (!borrowed_context_) {
+    borrowed_from_window_ = IsVisible();
+    borrowed_context_ = borrowed_from_window_ ? ::GetDC(window_) : ::CreateCompatibleDC(nullptr);
   }
+  return borrowed_context_;
+}
+
+::HDC ControlWindow::FontContext() {
+  const ::HDC context = Context();
   if (const FontRef font = host_.Font()) ::SelectObject(context, Native(font->hFont()));
   return context;
 }
 
 void ControlWindow::ReleaseContext() {
   if (!borrowed_context_) return;
-  ::SelectObject(borrowed_context_, ::GetStockObject(SYSTEM_FONT));
+  DeselectFont(borrowed_context_);
   if (borrowed_from_window_)
     ::ReleaseDC(window_, borrowed_context_);
   else
@@ -258,7 +272,7 @@ LRESULT ControlWindow::OnPaint(UINT, WPARAM, LPARAM) {
   marklet_.PaintControl(nullptr);
   if (window_ != window) return 0;
   paint_context_ = outer_context;
-  if (context) ::SelectObject(context, ::GetStockObject(SYSTEM_FONT));
+  if (context) DeselectFont(context);
   ::EndPaint(window, &paint);
   return 0;
 }
@@ -270,6 +284,16 @@ LRESULT ControlWindow::OnPrintClient(UINT, WPARAM wparam, LPARAM) {
 
 // The picture covers everything, so that erasing would only flicker.
 LRESULT ControlWindow::OnEraseBackground(UINT, WPARAM, LPARAM) { return 1; }
+
+// The window is made without a frame, for which the system would open a context all the same; a container may
+// have given it one.
+LRESULT ControlWindow::OnPaintFrame(UINT message, WPARAM wparam, LPARAM lparam) {
+  constexpr LONG_PTR kFrames = WS_BORDER | WS_DLGFRAME | WS_THICKFRAME | WS_HSCROLL | WS_VSCROLL;
+  constexpr LONG_PTR kEdges = WS_EX_CLIENTEDGE | WS_EX_STATICEDGE | WS_EX_WINDOWEDGE | WS_EX_DLGMODALFRAME;
+  const bool is_framed = (::GetWindowLongPtrW(window_, GWL_STYLE) & kFrames) != 0 ||
+                         (::GetWindowLongPtrW(window_, GWL_EXSTYLE) & kEdges) != 0;
+  return is_framed ? Default(message, wparam, lparam) : 0;
+}
 
 // The size that a window is made with is looked at when it is there.
 LRESULT ControlWindow::OnSize(UINT, WPARAM, LPARAM) {

@@ -44,9 +44,9 @@ class ControlWindow {
 
   // The context to paint on now: that of the paint message while one is answered, else the window's, else a
   // memory context of one pixel, so that measuring works in a control that isn't active or is hidden, where
-  // the window's own would be dear and show nothing. The font of the control is selected. Valid until
-  // ReleaseContext.
+  // the window's own would be dear and show nothing. Valid until ReleaseContext.
   ::HDC Context();
+  ::HDC FontContext();  // the same with the control's font selected
   void ReleaseContext();
 
  private:
@@ -64,6 +64,7 @@ class ControlWindow {
   LRESULT OnPaint(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnPrintClient(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnEraseBackground(UINT message, WPARAM wparam, LPARAM lparam);
+  LRESULT OnPaintFrame(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnSize(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnPlaced(UINT message, WPARAM wparam, LPARAM lparam);
   LRESULT OnMouseMove(UINT message, WPARAM wparam, LPARAM lparam);
