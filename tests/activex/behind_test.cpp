@@ -1,5 +1,6 @@
 // A transparent control in hosts whose forms keep no picture of themselves: it looks as if only what it draws
 // itself were there.
+#include <array>
 #include <functional>
 #include <list>
 #include <memory>
@@ -67,6 +68,10 @@ bool DrawGradient(HDC dc, const RECT& client) {
   return drawn && BitBlt(dc, 0, 0, client.right, client.bottom, picture.Dc(), 0, 0, marklet::SRCCOPY);
 }
 bool DrawNothing(HDC, const RECT&) { return true; }
+// The moments at which a window may draw.
+std::array<Drawing, 3> AtEachMoment(bool (*draw)(HDC dc, const RECT& client)) {
+  return {{{draw, nullptr, nullptr}, {DrawNothing, draw, nullptr}, {nullptr, nullptr, draw}}};
+}
 DWORD ToRgb(COLORREF colour) {
   return static_cast<DWORD>(GetRValue(colour)) << 16 | static_cast<DWORD>(GetGValue(colour)) << 8 |
          GetBValue(colour);
@@ -206,9 +211,7 @@ TEST_F(Behind, AGrownControlSeesWhatAWindowOnlyPaintsToo) {
 }
 
 TEST_F(Behind, AControlThatIsActiveBeforeItsWindowIsSeenFollows) {
-  const Drawing kinds[] = {
-      {DrawGradient, nullptr, nullptr}, {nullptr, DrawGradient, nullptr}, {nullptr, nullptr, DrawGradient}};
-  for (const Drawing& kind : kinds) {
+  for (const Drawing& kind : AtEachMoment(DrawGradient)) {
     MakeParent(kind, false);
     Activate();
     ShowParent();
@@ -220,11 +223,8 @@ TEST_F(Behind, AControlThatIsActiveBeforeItsWindowIsSeenFollows) {
 }
 
 TEST_F(Behind, AControlHalfOutsideItsWindowIsWholeInside) {
-  const Drawing kinds[] = {{DrawGradient, nullptr, nullptr},
-                           {DrawNothing, DrawGradient, nullptr},
-                           {nullptr, nullptr, DrawGradient}};
   const RECT whole = {0, 0, 300, 150};
-  for (const Drawing& kind : kinds)
+  for (const Drawing& kind : AtEachMoment(DrawGradient))
     for (const RECT& place : {RECT{-30, -10, 30, 20}, RECT{270, 140, 330, 170}}) {
       MakeParent(kind);
       place_ = place;
@@ -513,9 +513,7 @@ class BehindMirrored : public Behind {
 };
 
 TEST_F(BehindMirrored, WhatLiesBehindIsSeenAsTheWindowDrawsIt) {
-  const Drawing kinds[] = {
-      {DrawHalves, nullptr, nullptr}, {DrawNothing, DrawHalves, nullptr}, {nullptr, nullptr, DrawHalves}};
-  for (const Drawing& kind : kinds) {
+  for (const Drawing& kind : AtEachMoment(DrawHalves)) {
     MakeMirrored(kind);
     Activate();
     UpdateWindow(container_->ControlWindow());

@@ -71,6 +71,17 @@ class Monitors : public ::testing::Test {
   void SetExtent(SIZEL size) {
     EXPECT_EQ(S_OK, As<IOleObject>(container_.Object())->SetExtent(DVASPECT_CONTENT, &size));
   }
+  // A control with a red caption on a screen of three times the usual resolution.
+  ComPtr<IDispatch> ShowAt288(const wchar_t* caption) {
+    of_windows = 288;
+    Host();
+    SetExtent({10000, 5000});
+    Activate();
+    ComPtr<IDispatch> object = container_.Dispatch();
+    PutNumber(object.Get(), L"ForeColor", 0x0000FF);
+    PutText(object.Get(), L"Caption", caption);
+    return object;
+  }
   SIZEL Extent() const {
     SIZEL size = {};
     EXPECT_EQ(S_OK, As<IOleObject>(container_.Object())->GetExtent(DVASPECT_CONTENT, &size));
@@ -154,13 +165,7 @@ TEST_F(Monitors, ShowTextAtItsExactSize) {
 
 // Bold and a size come from copies of the control's font, a new font from the host.
 TEST_F(Monitors, ShowEveryFontAtTheirResolution) {
-  of_windows = 288;
-  Host();
-  SetExtent({10000, 5000});
-  Activate();
-  const auto object = container_.Dispatch();
-  PutNumber(object.Get(), L"ForeColor", 0x0000FF);
-  PutText(object.Get(), L"Caption", L"<b>H</b>");
+  const auto object = ShowAt288(L"<b>H</b>");
   const int bold = InkHeight();
   EXPECT_NEAR(288 * 8.25 / 72 * 0.727, bold, 2) << "a capital's part of the height";
   PutNumber(object.Get(), L"FontSize", 20);
@@ -169,13 +174,7 @@ TEST_F(Monitors, ShowEveryFontAtTheirResolution) {
 
 // The object has a handle of its own, which is made for the screen.
 TEST_F(Monitors, ShowWhatAHostSetsOnTheFontObject) {
-  of_windows = 288;
-  Host();
-  SetExtent({10000, 5000});
-  Activate();
-  const auto object = container_.Dispatch();
-  PutNumber(object.Get(), L"ForeColor", 0x0000FF);
-  PutText(object.Get(), L"Caption", L"H");
+  const auto object = ShowAt288(L"H");
   Variant font, twenty;
   ASSERT_EQ(S_OK, GetByName(object.Get(), L"Font", font));
   twenty.vt = VT_CY;

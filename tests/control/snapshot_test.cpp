@@ -37,6 +37,12 @@ struct Snapshot : ::testing::Test {
   void TearDown() override { Configuration() = {}; }
 
   void Show() { hosted.Set("BackStyle", kTransparent); }
+  // From then on a snapshot is seen to be a new one, and the form to be asked.
+  void ShowAndMove() {
+    Show();
+    form.PutAt(100, 100);
+    form.TakeLog();
+  }
   void ShowInFrame() {
     host.container = MemoryForm::Window(MemoryForm::kFrame);
     form.extender->objects["Container"] = form.frame;
@@ -254,9 +260,7 @@ TEST_F(Snapshot, OutlivesAnOpaqueTime) {
 
 TEST_F(Snapshot, AtRunTimeStaysThroughAShrinkAndARegrowth) {
   Resize(100, 50);
-  Show();
-  form.PutAt(100, 100);
-  form.TakeLog();
+  ShowAndMove();
   Resize(40, 20);
   ExpectFormAt(0, 0);
   EXPECT_EQ(hosted.State().Background->Width(), 100) << "larger than needed";
@@ -267,9 +271,7 @@ TEST_F(Snapshot, AtRunTimeStaysThroughAShrinkAndARegrowth) {
 
 TEST_F(Snapshot, AtRunTimeIsTakenAnewForASizeNeverReachedBefore) {
   Resize(100, 50);
-  Show();
-  form.PutAt(100, 100);
-  form.TakeLog();
+  ShowAndMove();
   Resize(100, 51);
   EXPECT_EQ(form.log, kCopyFromForm);
   ExpectFormAt(100, 100);
@@ -286,9 +288,7 @@ TEST_F(Snapshot, AMarkHigherThanTheSnapshotTakesItAnew) {
 
 TEST_F(Snapshot, InADesignerIsTakenAnewAtEveryResize) {
   host.ambient.user_mode = false;
-  Show();
-  form.PutAt(100, 100);
-  form.TakeLog();
+  ShowAndMove();
   Resize(40, 20);
   EXPECT_EQ(form.log, kCopyFromForm);
   ExpectFormAt(100, 100);

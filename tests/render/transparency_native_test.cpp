@@ -3,27 +3,23 @@
 
 #include "render/picture.h"
 #include "render/render_control.h"
+#include "render/transparent_words.h"
 
 namespace marklet {
 namespace {
 
-const PropertyTexts kWords = {{"BackStyle", "TRANSPARENT"},
-                              {"Caption", "<b>M</b><c=C00000>M</c>"},
-                              {"ForeColor", "#2040A0"},
-                              {"FontSize", "20"}};
-constexpr SIZE kSize = {90, 40};
+using testing::kWords;
+using testing::kWordsSize;
+using testing::WordsOn;
 
-Picture On(const std::string& behind) {
-  return PictureOf(RenderedControl(kSize, kWords, 1, {{}, false, behind}).Surface());
-}
 int Composed(int colour, int behind, int alpha) {
   return (colour * alpha + behind * (255 - alpha) + 127) / 255;
 }
 
 TEST(Transparency, ThePictureWithAlphaShowsOnBlackAndWhiteWhatIsDrawnThere) {
-  RenderedControl control(kSize, kWords, 1);
+  RenderedControl control(kWordsSize, kWords, 1);
   const Picture alone = control.PictureOfItself();
-  const Picture on_black = On("#000000"), on_white = On("#FFFFFF");
+  const Picture on_black = WordsOn("#000000"), on_white = WordsOn("#FFFFFF");
   ASSERT_EQ(alone.alpha.size() * 3, on_black.rgb.size());
   int opaque = 0, clear = 0, between = 0;
   for (std::size_t at = 0; at < alone.rgb.size(); ++at) {

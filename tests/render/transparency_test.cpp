@@ -8,21 +8,17 @@
 #include "render/png_writer.h"
 #include "render/render_control.h"
 #include "render/run.h"
+#include "render/transparent_words.h"
 #include "support/picture_files.h"
 #include "support/temporary_folder.h"
 
 namespace marklet {
 namespace {
 
-const PropertyTexts kWords = {{"BackStyle", "TRANSPARENT"},
-                              {"Caption", "<b>M</b><c=C00000>M</c>"},
-                              {"ForeColor", "#2040A0"},
-                              {"FontSize", "20"}};
-constexpr SIZE kSize = {90, 40};
+using testing::kWords;
+using testing::kWordsSize;
+using testing::WordsOn;
 
-Picture On(const std::string& behind) {
-  return PictureOf(RenderedControl(kSize, kWords, 1, {{}, false, behind}).Surface());
-}
 TEST(Transparency, AlphaIsExactWhereEveryChannelAgrees) {
   Picture on_black{4, 1, {10, 20, 30, 0, 0, 0, 40, 80, 20, 200, 100, 50}};
   Picture on_white{4, 1, {10, 20, 30, 255, 255, 255, 167, 207, 147, 201, 101, 51}};
@@ -33,13 +29,13 @@ TEST(Transparency, AlphaIsExactWhereEveryChannelAgrees) {
 }
 
 TEST(Transparency, AnEmptyTransparentControlIsClear) {
-  RenderedControl control(kSize, {{"BackStyle", "TRANSPARENT"}}, 1);
+  RenderedControl control(kWordsSize, {{"BackStyle", "TRANSPARENT"}}, 1);
   const Picture alone = control.PictureOfItself();
   EXPECT_EQ(alone.alpha, std::vector<std::uint8_t>(90 * 40, 0));
 }
 
 TEST(Transparency, AColourLiesBehind) {
-  const Picture picture = On("#336699");
+  const Picture picture = WordsOn("#336699");
   EXPECT_EQ(picture.rgb[0], 0x33);
   EXPECT_EQ(picture.rgb[1], 0x66);
   EXPECT_EQ(picture.rgb[2], 0x99);

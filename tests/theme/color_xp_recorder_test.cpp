@@ -17,7 +17,7 @@ struct ColorXPCalls : testing::SchemeTest {
 
 TEST_F(ColorXPCalls, CloseWhatTheyOpen) {
   ShowTheme(u"NormalColor");
-  ShowColours(MakeRgb(255, 255, 255), MakeRgb(236, 233, 216), MakeRgb(49, 106, 197));
+  ShowNormalColor();
   const Recorder recorder;
   ColoursOf(u"", true, testing::kSomeWindow);
   EXPECT_EQ(recorder.Lines(), (Lines{"OpenThemeData(\"Button\")", "GetCurrentThemeName()", "CloseThemeData()",

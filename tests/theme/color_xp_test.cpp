@@ -16,8 +16,6 @@ constexpr COLORREF Grey(unsigned level) { return MakeRgb(level, level, level); }
 
 class ColorXP : public testing::SchemeTest {
  protected:
-  static void ShowClassic() { ShowColours(kWhite, Grey(192), MakeRgb(0, 0, 128)); }
-  static void ShowNormalColor() { ShowColours(kWhite, MakeRgb(236, 233, 216), MakeRgb(49, 106, 197)); }
   static std::u16string NameAfter(std::u16string scheme, HWND window = nullptr) {
     Compute(scheme, true, window);
     return scheme;

@@ -257,11 +257,7 @@ class SlowComputedColours : public testing::SchemeTest {
   }
   // The slots that a scheme starts from: what it shows when its system colours are there.
   static ThemeColours RowOf(std::u16string_view scheme) {
-    if (scheme == u"WINDOWS CLASSIC") {
-      ShowColours(0xFFFFFF, 0xC0C0C0, 0x800000);
-    } else {
-      ShowColours(0xFFFFFF, MakeRgb(236, 233, 216), MakeRgb(49, 106, 197));
-    }
+    scheme == u"WINDOWS CLASSIC" ? ShowClassic() : ShowNormalColor();
     return ColoursOf(std::u16string(scheme));
   }
 };

@@ -45,27 +45,19 @@ TEST(ToHsl, SkipsADivisionByZero) {
   EXPECT_EQ(hsl.lightness, 1);
 }
 
-TEST(FromHsl, IsTheUsualOneForLevelsUpTo1) {
-  const RgbLevels red = FromHSL(0, 0.5, 1);
-  EXPECT_DOUBLE_EQ(red.red, 1);
-  EXPECT_DOUBLE_EQ(red.green, 0);
-  EXPECT_DOUBLE_EQ(red.blue, 0);
-  const RgbLevels light_blue = FromHSL(240, 0.75, 1);
-  EXPECT_DOUBLE_EQ(light_blue.red, 0.5);
-  EXPECT_DOUBLE_EQ(light_blue.green, 0.5);
-  EXPECT_DOUBLE_EQ(light_blue.blue, 1);
-  const RgbLevels dark_cyan = FromHSL(180, 0.25, 1);
-  EXPECT_DOUBLE_EQ(dark_cyan.red, 0);
-  EXPECT_DOUBLE_EQ(dark_cyan.green, 0.5);
-  EXPECT_DOUBLE_EQ(dark_cyan.blue, 0.5);
+void ExpectLevels(const RgbLevels& levels, double red, double green, double blue) {
+  EXPECT_DOUBLE_EQ(levels.red, red);
+  EXPECT_DOUBLE_EQ(levels.green, green);
+  EXPECT_DOUBLE_EQ(levels.blue, blue);
 }
 
-TEST(FromHsl, IsGreyWithoutSaturation) {
-  const RgbLevels grey = FromHSL(29, 123.5, 0);
-  EXPECT_EQ(grey.red, 123.5);
-  EXPECT_EQ(grey.green, 123.5);
-  EXPECT_EQ(grey.blue, 123.5);
+TEST(FromHsl, IsTheUsualOneForLevelsUpTo1) {
+  ExpectLevels(FromHSL(0, 0.5, 1), 1, 0, 0);
+  ExpectLevels(FromHSL(240, 0.75, 1), 0.5, 0.5, 1);  // a light blue
+  ExpectLevels(FromHSL(180, 0.25, 1), 0, 0.5, 0.5);  // a dark cyan
 }
+
+TEST(FromHsl, IsGreyWithoutSaturation) { ExpectLevels(FromHSL(29, 123.5, 0), 123.5, 123.5, 123.5); }
 
 TEST(FromHsl, UndoesToHsl) {
   for (int red = 0; red < 256; red += 15)

@@ -28,6 +28,9 @@ class SchemeTest : public ::testing::Test {
     colours[COLOR_HIGHLIGHT] = highlight;
     colours[COLOR_BTNSHADOW] = shadow;
   }
+  // Desktops that show schemes with colours of their own.
+  static void ShowClassic() { ShowColours(0xFFFFFF, MakeRgb(192, 192, 192), MakeRgb(0, 0, 128)); }
+  static void ShowNormalColor() { ShowColours(0xFFFFFF, MakeRgb(236, 233, 216), MakeRgb(49, 106, 197)); }
   static void ShowTheme(std::u16string colour_name) {
     ConfiguredTheme() = {
         .active = true,
