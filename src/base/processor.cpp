@@ -11,7 +11,7 @@ std::uint8_t AbilitiesOfProcessor() {
   std::uint8_t abilities = kPlain;
 #if MARKLET_HAS_AVX2_PATH
   __builtin_cpu_init();
-  // Tells too whether the system saves the wide registers.
+  // This asks as well whether the system saves the wide registers.
   if (__builtin_cpu_supports("avx2")) abilities |= kAvx2;
 #endif
 #if MARKLET_HAS_BMI2_PATH

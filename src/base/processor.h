@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-// Each ability: whether this architecture has forms for it at all, and the mark of such a form and of what
-// must become part of any form that calls it.
+// For each ability: whether there can be forms for it on this architecture, and the mark of such a form,
+// which the functions that are inlined into it carry too.
 #if defined(__SSE2__)
 #define MARKLET_HAS_AVX2_PATH 1
 #define MARKLET_AVX2 __attribute__((target("avx2")))

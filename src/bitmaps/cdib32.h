@@ -44,8 +44,8 @@ class CDib32 : public Dib {
                   Long source_width, Long source_height, std::uint8_t constant_alpha,
                   bool use_source_alpha) const;
   // Composites the whole surface at (x, y) by each pixel's alpha, times `constant_alpha` / 255, as if its
-  // colours were straight. Colours that are premultiplied come out darker than on the platform's route; hosts
-  // know them so.
+  // colours were straight. Colours that are premultiplied come out darker than on the platform's route, and
+  // have always done so.
   void SoftwareAlphaPaint(HDC destination, Long x, Long y, std::uint8_t constant_alpha) const;
 
   // Multiplies colours by alpha, once: a premultiplied surface stays as it is.

@@ -7,15 +7,14 @@
 namespace marklet {
 namespace {
 
-// File names are tested by their bytes: 5 is three characters, two to a character.
-constexpr std::size_t kShortestFileBytes = 5;
+constexpr std::size_t kShortestFileName = 3;
 
 }  // namespace
 
 bool Marklet::LoadIconImageFromFile(std::u16string_view file, std::u16string_view key) {
   bool loaded = false;
   IgnoreErrors([&] {
-    if (file.size() * sizeof(char16_t) < kShortestFileBytes || key.empty()) return;
+    if (file.size() < kShortestFileName || key.empty()) return;
     if (StartsWithDigit(key) || !ImageKeyFree(key)) return;
     LoadImageIntoList(file, key);
     loaded = !ImageKeyFree(key);

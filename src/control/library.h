@@ -50,7 +50,7 @@ extern const Enumeration AppearanceConstants, BorderConstants, HorizontalAlignme
 }
 std::span<const Enumeration* const> Enumerations();
 
-// An argument of an event or method, in the automation types that exist in either.
+// An argument of an event or of the method, in the automation types that occur there.
 enum class ArgumentType { I2, I4, R4, Boolean, String, DataObject };
 struct Argument {
   std::string_view name;

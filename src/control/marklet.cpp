@@ -30,7 +30,7 @@ Value Marklet::Get(const PropertyRow& row) {
 
 void Marklet::Set(const PropertyRow& row, const Value& value) { TrySet(row, value); }
 
-// False when the value couldn't be stored for a failure.
+// False when a failure kept the value from being stored.
 bool Marklet::TrySet(const PropertyRow& row, const Value& value) {
   if (row.store == nullptr || !HoldsType(value, row.type)) return true;
   const bool stored = IgnoreErrors([&] { row.store(*this, value); });

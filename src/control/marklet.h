@@ -26,7 +26,8 @@
 
 namespace marklet {
 
-// The state of the control, in the order in which saved forms and debuggers have always known it.
+// The state of the control, under the names and in the order that debuggers have always shown. A new field
+// goes last.
 struct MarkletState {
   bool DesignMode = false;  // written by InitProperties alone
   bool Hover = false;
@@ -140,10 +141,11 @@ class Marklet : public ISupportsAlphaImage {
   void ExtendedMouseUp(Long buttons, Long shift, float x, float y);
   // From twips to the control's own scale, which is pixels.
   float ScaleXValue(double twips);
-  // The caption, without a NUL and whatever room there is, to an address that may be null. The answer is its
-  // length with a NUL where `room` is more than its length without, and `room` otherwise.
+  // Copies the caption to an address that may be null: all of it, whatever room there is, and no NUL. The
+  // answer counts a NUL all the same: it is the length with one where that fits into `room`, and `room`
+  // otherwise.
   std::size_t CopyCaption(std::size_t room, char16_t* to) const;
-  // The window goes, and what was known of the pointer over it.
+  // The window is gone, and with it what was known of the pointer.
   void WindowGone();
 
   MarkletState& State() { return state_; }

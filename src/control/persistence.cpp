@@ -144,9 +144,9 @@ bool Marklet::ReadProperties(PropertyBag& bag) {
   for (const PropertyRow* row : kReadBeforeImages) load(*row);
   if (!ReadImages(bag, state_.Images)) whole = false;
   for (const PropertyRow* row : kReadAfterImages) load(*row);
-  // Only systems of the test's own family have the extended buttons, and as its first answer is false on any
-  // system, not even there for the first control of all. That answer is taken here in any case, so that
-  // images are composited by the system's own call from the first paint on.
+  // The extended buttons are for systems of that family. The test's first answer on a thread is false
+  // everywhere, so that the first control of all never has them. It is taken here in any case: images are
+  // then composited by the system's own call from the first paint on.
   IgnoreErrors([&] {
     if (host_.AmbientProperties().UserMode()) host_.StartSubclass(IsWindows2000Family());
   });

@@ -1,4 +1,4 @@
-// The code lengths of a block's two codes while they come: of the literals, then of the distances.
+// The code lengths of a block's two codes, as they are read: of the literals, then of the distances.
 #pragma once
 
 #include <array>
@@ -28,7 +28,7 @@ class CodeLengths {
   bool AddMany(const CodeTable& table, FastBits& bits);
 
  private:
-  static constexpr std::size_t kFewRepeats = 16;  // always written, to spare a jump that can't be foreseen
+  static constexpr std::size_t kFewRepeats = 16;  // always written, to spare a jump that can't be predicted
 
   static bool RepeatsLast(std::uint32_t entry) { return (entry & (kEntryMatch | kEntryEnd)) == kEntryMatch; }
   bool AddRun(std::size_t& count, std::uint32_t entry, std::size_t repeats);

@@ -17,9 +17,9 @@ constexpr int kLiteralRootBits = 11, kDistanceRootBits = 8, kLengthRootBits = 7;
 constexpr int kShortLiteralRootBits = 10, kShortDistanceRootBits = 7;
 constexpr std::size_t kShortInput = 1500;
 
-// Between what was taken in a hurry and the stream's end, so that it shows in no result how that was done.
-// The exact decoder may be ahead of the codes by three bytes, it takes as many until that no longer depends
-// on where it started, and a stored block asks about five more. In the last block nothing asks.
+// The bytes before the stream's end that are left to the exact decoder, so that no result shows that others
+// were decoded fast. It may be ahead of the codes by three bytes, it takes as many until that no longer
+// depends on where it started, and a stored block asks about five more. In the last block nothing asks.
 constexpr std::size_t kMargin = 11;
 
 struct FixedTables {
@@ -228,7 +228,7 @@ bool Inflater::BuildTables(const CodeLengths& lengths, std::size_t literal_count
   return true;
 }
 
-// Gives kSymbols when all lengths are there.
+// The symbols are next when all lengths are there.
 Inflater::Step Inflater::ReadCodeLengths(const CodeTable& table, int longest, CodeLengths& lengths) {
   if (FarFromEnd()) {
     FastBits bits = TakeBits();

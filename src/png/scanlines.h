@@ -1,7 +1,7 @@
 // Scanlines of any depth: their sizes, their filters and the Adam7 interlace, byte by byte.
 //
-// This is the road of gray, palette and odd pictures. Pictures that reach a caller take the one in
-// true_colour.h, which gives the same samples at once as blue, green, red, alpha.
+// Gray, palette and odd pictures come this way. Those that reach a caller come through true_colour.h, which
+// gives the same samples at once as blue, green, red, alpha.
 #pragma once
 
 #include <array>

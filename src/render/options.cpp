@@ -149,7 +149,7 @@ std::string HelpText() {
          "\n"
          "  -o FILE              the picture to write\n"
          "  --size 200x40        the control's size, in 96ths of an inch\n"
-         "  --scale 1            1 to 2, for screens of 96 to 192 dots per inch; those numbers do as well\n"
+         "  --scale 1            1 to 2, or the dots per inch of a screen instead: 96 to 192\n"
          "  --caption-file FILE  the caption, as UTF-8\n"
          "  --image KEY=FILE     an image for ImageKey and ImageKeyhover: PNG, ICO, BMP, GIF, JPG or CUR, "
          "square\n"
