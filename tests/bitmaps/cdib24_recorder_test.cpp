@@ -1,7 +1,6 @@
-// The order in which surfaces get and give back their handles, and what they do when a step fails.
+// The platform calls of CDib24 and of the colour functions, and what they do when one of them fails.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -9,74 +8,13 @@
 #include "bitmaps/cdib24.h"
 #include "bitmaps/colour.h"
 #include "bitmaps/pixels.h"
-#include "platform/headless/recorder/recorder.h"
+#include "bitmaps/recorded_handles.h"
 #include "platform/system.h"
 
 namespace marklet {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 constexpr COLORREF kKey = MakeRgb(255, 0, 255), kRed = MakeRgb(255, 0, 0), kGrey = MakeRgb(9, 10, 11);
-
-// The names of calls alone, queries left out.
-Lines Names(const Recorder& recorder) {
-  Lines names;
-  for (const std::string& line : recorder.Lines()) {
-    const std::string name = line.substr(0, line.find('('));
-    if (name != "PixelsOf") names.push_back(name);
-  }
-  return names;
-}
-
-std::ptrdiff_t CountOf(const Lines& names, const std::string& name) {
-  return std::count(names.begin(), names.end(), name);
-}
-
-// Every context and object that was made is given back.
-void ExpectNoLeak(const Recorder& recorder) {
-  const Lines names = Names(recorder);
-  EXPECT_EQ(CountOf(names, "CreateCompatibleDC"), CountOf(names, "DeleteDC"));
-  EXPECT_EQ(
-      CountOf(names, "CreateDIBSection") + CountOf(names, "CreateSolidBrush") + CountOf(names, "CreatePen"),
-      CountOf(names, "DeleteObject"));
-}
-
-TEST(CDib24Handles, AreMadeInOrderAndGivenBackInOrder) {
-  Recorder recorder;
-  CDib24 surface;
-  surface.Create(5, 3);
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"CreateCompatibleDC()", "CreateDIBSection(5,3,24)", "SelectObject(bitmap(5x3x24))"}));
-  recorder.Clear();
-  surface.ClearUp();
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"SelectObject(bitmap(1x1x1))", "DeleteObject(bitmap(5x3x24))", "DeleteDC()"}))
-      << "select back, delete the bitmap, delete the context";
-  recorder.Clear();
-  surface.ClearUp();
-  EXPECT_EQ(recorder.Lines(), Lines{});
-}
-
-TEST(CDib24Handles, AreGivenBackWhenTheObjectEnds) {
-  Recorder recorder;
-  {
-    CDib24 surface;
-    surface.Create(5, 3);
-    recorder.Clear();
-  }
-  EXPECT_EQ(Names(recorder), (Lines{"SelectObject", "DeleteObject", "DeleteDC"}));
-}
-
-TEST(CDib24Handles, OfTheEarlierSurfaceGoBeforeANewOneIsMade) {
-  Recorder recorder;
-  CDib24 surface;
-  surface.Create(5, 3);
-  recorder.Clear();
-  surface.Create(2, 2);
-  EXPECT_EQ(Names(recorder), (Lines{"SelectObject", "DeleteObject", "DeleteDC", "CreateCompatibleDC",
-                                    "CreateDIBSection", "SelectObject"}));
-}
 
 TEST(CDib24Handles, DetachKeepsTheBitmap) {
   Recorder recorder;
@@ -86,38 +24,6 @@ TEST(CDib24Handles, DetachKeepsTheBitmap) {
   const HBITMAP bitmap = surface.Detach();
   EXPECT_EQ(recorder.Lines(), (Lines{"SelectObject(bitmap(1x1x1))", "DeleteDC()"}));
   DeleteObject(bitmap);
-}
-
-TEST(CDib24Handles, WithoutAContextCreateIsFalseAndEmpty) {
-  Recorder recorder;
-  recorder.Fail("CreateCompatibleDC");
-  CDib24 surface;
-  EXPECT_FALSE(surface.Create(5, 3));
-  EXPECT_EQ(surface.hDC(), nullptr);
-  EXPECT_EQ(surface.Bits(), nullptr);
-  EXPECT_EQ(recorder.Lines(), Lines{"CreateCompatibleDC()"});
-}
-
-TEST(CDib24Handles, WithoutPixelMemoryCreateDeletesTheContextAndIsEmpty) {
-  Recorder recorder;
-  recorder.Fail("CreateDIBSection");
-  CDib24 surface;
-  EXPECT_FALSE(surface.Create(5, 3));
-  EXPECT_EQ(surface.hDC(), nullptr);
-  EXPECT_EQ(surface.Bits(), nullptr);
-  EXPECT_EQ(surface.BytesPerScanLine(), 0);
-  EXPECT_EQ(Names(recorder), (Lines{"CreateCompatibleDC", "CreateDIBSection", "DeleteDC"}));
-}
-
-TEST(CDib24Handles, AFailedSelectionLeaksNothing) {
-  Recorder recorder;
-  recorder.Fail("SelectObject");
-  {
-    CDib24 surface;
-    surface.Create(5, 3);
-    surface.Clear(kRed);
-  }
-  ExpectNoLeak(recorder);
 }
 
 TEST(CDib24Handles, ClearOnAnEmptySurfaceMakesNoCall) {
@@ -134,46 +40,6 @@ TEST(CDib24Handles, ClearMakesOneBrushAndDeletesIt) {
   surface.Clear(kRed);
   EXPECT_EQ(recorder.Lines(), (Lines{"CreateSolidBrush(#FF0000)", "FillRect([0,0,5,3],brush(#FF0000))",
                                      "DeleteObject(brush(#FF0000))"}));
-}
-
-TEST(CDib24Handles, CreateFromPictureReadsItThroughAContextOfItsOwn) {
-  CDib24 picture;
-  picture.Create(4, 2);
-  const HBITMAP bitmap = picture.Detach();
-  CDib24 surface;
-  Recorder recorder;
-  surface.CreateFromPicture(bitmap);
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"GetObjectA(bitmap(4x2x24))", "CreateCompatibleDC()", "CreateDIBSection(4,2,24)",
-                   "SelectObject(bitmap(4x2x24))", "CreateCompatibleDC()", "SelectObject(bitmap(4x2x24))",
-                   "BitBlt(0,0,4,2,0,0,0xCC0020)", "SelectObject(bitmap(1x1x1))", "DeleteDC()"}));
-  DeleteObject(bitmap);
-}
-
-TEST(CDib24Handles, CreateFromPictureReturnsQuietlyWhenAStepFails) {
-  CDib24 picture;
-  picture.Create(4, 2);
-  picture.Clear(kRed);
-  const HBITMAP bitmap = picture.Detach();
-  {
-    Recorder recorder;
-    recorder.Fail("GetObjectA");
-    CDib24 surface;
-    surface.CreateFromPicture(bitmap);
-    EXPECT_EQ(surface.hDC(), nullptr);
-    recorder.FailNothing();
-    recorder.Fail("CreateDIBSection");
-    surface.CreateFromPicture(bitmap);
-    EXPECT_EQ(surface.hDC(), nullptr);
-  }
-  {
-    Recorder recorder;
-    recorder.Fail("CreateCompatibleDC", 1);
-    CDib24 surface;
-    surface.CreateFromPicture(bitmap);
-    EXPECT_EQ(Colours(surface), std::vector<COLORREF>(8, 0)) << "made, and still black";
-  }
-  DeleteObject(bitmap);
 }
 
 TEST(CDib24Handles, BlitsCarryTheirNumbersAndOperation) {

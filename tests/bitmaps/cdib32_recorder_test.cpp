@@ -1,64 +1,21 @@
 // The platform calls of CDib32, and what it does when one of them fails.
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "bitmaps/alpha_pixels.h"
-#include "platform/headless/recorder/recorder.h"
+#include "bitmaps/recorded_handles.h"
 #include "platform/shared/os_tests.h"
 #include "platform/system.h"
 
 namespace marklet {
 namespace {
 
-using Lines = std::vector<std::string>;
-
-TEST(CDib32Handles, AreMadeInOrderAndGivenBackInOrder) {
-  Recorder recorder;
-  CDib32 surface;
-  surface.Create(5, 3);
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"CreateCompatibleDC()", "CreateDIBSection(5,3,32)", "SelectObject(bitmap(5x3x32))"}));
-  recorder.Clear();
-  surface.ClearUp();
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"SelectObject(bitmap(1x1x1))", "DeleteObject(bitmap(5x3x32))", "DeleteDC()"}))
-      << "select back, delete the bitmap, delete the context";
-}
-
 TEST(CDib32Handles, Want24ChangesTheDepthAlone) {
   CDib32 surface;
   Recorder recorder;
   surface.Create(5, 3, true);
   EXPECT_EQ(recorder.Lines("CreateDIBSection"), Lines{"CreateDIBSection(5,3,24)"});
-}
-
-TEST(CDib32Handles, WithoutAContextOrPixelsCreateIsFalseAndEmpty) {
-  for (const char* operation : {"CreateCompatibleDC", "CreateDIBSection"}) {
-    CDib32 surface;
-    surface.Create(2, 2);
-    Recorder recorder;
-    recorder.Fail(operation);
-    EXPECT_FALSE(surface.Create(5, 3));
-    EXPECT_EQ(surface.hDC(), nullptr);
-    EXPECT_EQ(surface.Bits(), nullptr);
-  }
-}
-
-TEST(CDib32Handles, CreateFromBitmapReadsTheSizeAndCopiesThroughAContextOfItsOwn) {
-  CDib24 picture;
-  picture.Create(5, 3);
-  const HBITMAP bitmap = picture.Detach();
-  CDib32 surface;
-  Recorder recorder;
-  surface.CreateFromBitmap(bitmap);
-  EXPECT_EQ(recorder.Lines(),
-            (Lines{"GetObjectA(bitmap(5x3x24))", "CreateCompatibleDC()", "CreateDIBSection(5,3,32)",
-                   "SelectObject(bitmap(5x3x32))", "CreateCompatibleDC()", "SelectObject(bitmap(5x3x24))",
-                   "BitBlt(0,0,5,3,0,0,0xCC0020)", "SelectObject(bitmap(1x1x1))", "DeleteDC()"}));
-  DeleteObject(bitmap);
 }
 
 TEST(CDib32Handles, TakeBitmapSelectsTheBitmapAndDeletesItAtTheEnd) {
@@ -81,27 +38,6 @@ TEST(CDib32Handles, ResampleNearestToBothSizes0CreatesNoSurface) {
   Recorder recorder;
   EXPECT_EQ(source->ResampleNearest(0, 0), nullptr);
   EXPECT_EQ(recorder.Lines(), Lines{});
-}
-
-TEST(CDib32Handles, CreateFromBitmapFailsQuietly) {
-  CDib24 picture;
-  picture.Create(5, 3);
-  const HBITMAP bitmap = picture.Detach();
-  {
-    Recorder recorder;
-    recorder.Fail("GetObjectA");
-    CDib32 surface;
-    surface.CreateFromBitmap(bitmap);
-    EXPECT_EQ(surface.Bits(), nullptr);
-  }
-  {
-    Recorder recorder;
-    recorder.Fail("CreateCompatibleDC", 1);
-    CDib32 surface;
-    surface.CreateFromBitmap(bitmap);
-    EXPECT_EQ(PixelsOf(surface), Pixels(15, Pixel{}));
-  }
-  DeleteObject(bitmap);
 }
 
 TEST(CDib32Stretching, SetsTheModeAndStretchesTheWholeSurface) {
@@ -158,8 +94,7 @@ TEST_F(AlphaPaintCalls, ADestinationThatIsntPixelsOfOursIsCompositedThroughACopy
   source_.SoftwareAlphaPaint(target_.hDC(), 6, -1, 200);
   EXPECT_EQ(recorder.Lines("BitBlt"),
             (Lines{"BitBlt(0,0,5,3,6,-1,0xCC0020)", "BitBlt(6,-1,5,3,0,0,0xCC0020)"}));
-  EXPECT_EQ(recorder.Lines("CreateDIBSection").size(), recorder.Lines("DeleteObject").size());
-  EXPECT_EQ(recorder.Lines("CreateCompatibleDC").size(), recorder.Lines("DeleteDC").size());
+  ExpectNoLeak(recorder);
   EXPECT_EQ(Colours(target_), Colours(expected));
 }
 

@@ -9,35 +9,29 @@
 namespace marklet {
 namespace {
 
+// How the log spells a font of ten points. `style` has "u" for underlined.
+std::string Named(const std::string& name, const std::string& style = "", int weight = 400) {
+  return "font(\"" + name + "\",-13," + std::to_string(weight) + ",\"" + style + "\")";
+}
+
 // --- Colour ---
 
 TEST_F(MarkupCaption, ColoursRunsUntilTheCloser) {
-  Draw(u"a<c=FF8000>b</c>c");
-  ASSERT_EQ(runs_.size(), 3u);
-  EXPECT_EQ(runs_[0].colour, "#112233");
-  EXPECT_EQ(runs_[1].colour, "#FF8000");
-  EXPECT_EQ(runs_[2].colour, "#112233");
+  EXPECT_EQ(ColoursOf(u"a<c=FF8000>b</c>c"), (Strings{"#112233", "#FF8000", "#112233"}));
 }
 
 TEST_F(MarkupCaption, BringsBackTheContextsColourAndNotTheCaptions) {
   SetTextColor(canvas_.dc(), MakeRgb(1, 2, 3));
-  Draw(u"<c=FF8000>b</c>c");
-  ASSERT_EQ(runs_.size(), 2u);
-  EXPECT_EQ(runs_[1].colour, "#010203");
+  EXPECT_EQ(ColoursOf(u"<c=FF8000>b</c>c"), (Strings{"#FF8000", "#010203"}));
 }
 
 TEST_F(MarkupCaption, GoesBackOneColourOnly) {
-  Draw(u"a<c=FF0000>b<c=00FF00>c</c>d</c>e");
-  ASSERT_EQ(runs_.size(), 5u);
-  EXPECT_EQ(runs_[3].colour, "#FF0000");
-  EXPECT_EQ(runs_[4].colour, "#FF0000");
+  EXPECT_EQ(ColoursOf(u"a<c=FF0000>b<c=00FF00>c</c>d</c>e"),
+            (Strings{"#112233", "#FF0000", "#00FF00", "#FF0000", "#FF0000"}));
 }
 
 TEST_F(MarkupCaption, TurnsBlackWithAColourCloserAlone) {
-  Draw(u"<p>a</c>b");
-  ASSERT_EQ(runs_.size(), 2u);
-  EXPECT_EQ(runs_[0].colour, "#112233");
-  EXPECT_EQ(runs_[1].colour, "#000000");
+  EXPECT_EQ(ColoursOf(u"<p>a</c>b"), (Strings{"#112233", "#000000"}));
 }
 
 TEST_F(MarkupCaption, DrawsAColourTagAtTheVeryEnd) {
@@ -70,26 +64,19 @@ TEST_F(MarkupCaption, TakesAWordForAColourTagWhenItHasTheShape) {
 
 TEST_F(MarkupCaption, ReadsSixCharactersOfAColourHashIncluded) {
   const PlayedSystem without_shaping(generation::kNT4);
-  Draw(u"<b></b><c=#123456> x");  // a word of eleven characters that looks like a tag
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].colour, "#123405");
+  // A word of eleven characters that looks like a tag.
+  EXPECT_EQ(ColoursOf(u"<b></b><c=#123456> x"), Strings{"#123405"});
 }
 
 TEST_F(MarkupCaption, DrawsALinkBlueAndUnderlined) {
-  Draw(u"<b></b>a<a>b</a>c");
-  ASSERT_EQ(runs_.size(), 3u);
-  EXPECT_EQ(runs_[1].colour, "#0000FF");
-  EXPECT_EQ(runs_[1].font, "font(\"Tahoma\",-13,400,\"u\")");
-  EXPECT_EQ(runs_[2].colour, "#112233");
-  EXPECT_EQ(runs_[2].font, "font(\"Tahoma\",-13,400,\"\")");
+  const auto* const caption = u"<b></b>a<a>b</a>c";
+  EXPECT_EQ(ColoursOf(caption), (Strings{"#112233", "#0000FF", "#112233"}));
+  EXPECT_EQ(FontsOf(caption), (Strings{Named("Tahoma"), Named("Tahoma", "u"), Named("Tahoma")}));
 }
 
 TEST_F(MarkupCaption, TurnsTheUnderlineOffWithALinkOnAnUnderlinedFont) {
   style_.Font->PutUnderline(true);
-  Draw(u"<b></b><a>b</a>c");
-  ASSERT_EQ(runs_.size(), 2u);
-  EXPECT_EQ(runs_[0].font, "font(\"Tahoma\",-13,400,\"\")");
-  EXPECT_EQ(runs_[1].font, "font(\"Tahoma\",-13,400,\"u\")");
+  EXPECT_EQ(FontsOf(u"<b></b><a>b</a>c"), (Strings{Named("Tahoma"), Named("Tahoma", "u")}));
 }
 
 TEST_F(MarkupCaption, SharesOneSavedColourBetweenLinkAndColour) {
@@ -97,55 +84,36 @@ TEST_F(MarkupCaption, SharesOneSavedColourBetweenLinkAndColour) {
   ASSERT_EQ(runs_.size(), 5u);
   EXPECT_EQ(runs_[2].colour, "#0000FF");
   EXPECT_EQ(runs_[3].colour, "#FF0000") << "what the link saved";
-  EXPECT_EQ(runs_[3].font, "font(\"Tahoma\",-13,400,\"u\")") << "and its underline stays";
+  EXPECT_EQ(runs_[3].font, Named("Tahoma", "u")) << "and its underline stays";
   EXPECT_EQ(runs_[4].colour, "#FF0000");
 }
 
 TEST_F(MarkupCaption, OpensAndClosesALinkInThisOrder) {
   Draw(u"<b></b><a></a>");
-  const auto link = std::find(lines_.begin(), lines_.end(), "SelectObject(font(\"Tahoma\",-13,400,\"u\"))");
+  const auto link = std::find(lines_.begin(), lines_.end(), "SelectObject(" + Named("Tahoma", "u") + ")");
   ASSERT_NE(link, lines_.end());
-  EXPECT_EQ(std::vector<std::string>(link + 1, lines_.end()),
-            (std::vector<std::string>{"GetTextColor()", "SetTextColor(#0000FF)", "GetTextColor()",
-                                      "SelectObject(font(\"Tahoma\",-13,400,\"\"))", "SetTextColor(#000000)",
-                                      "GetTextColor()"}));
+  EXPECT_EQ(Strings(link + 1, lines_.end()),
+            (Strings{"GetTextColor()", "SetTextColor(#0000FF)", "GetTextColor()",
+                     "SelectObject(" + Named("Tahoma") + ")", "SetTextColor(#000000)", "GetTextColor()"}));
 }
 
 // --- Font names ---
 
-std::string Named(const std::string& name) { return "font(\"" + name + "\",-13,400,\"\")"; }
-
 TEST_F(MarkupCaption, SetsAFontNameWithItsSpaces) {
-  Draw(u"<f=Times New Roman>x");
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].font, Named("Times New Roman"));
+  EXPECT_EQ(FontsOf(u"<f=Times New Roman>x"), Strings{Named("Times New Roman")});
 }
 
-TEST_F(MarkupCaption, KeepsQuotesInAFontName) {
-  Draw(u"<f='A'>x");
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].font, Named("'A'"));
-}
+TEST_F(MarkupCaption, KeepsQuotesInAFontName) { EXPECT_EQ(FontsOf(u"<f='A'>x"), Strings{Named("'A'")}); }
 
 TEST_F(MarkupCaption, GoesBackOneFontNameOnly) {
-  Draw(u"<f=A><f=B>1</f>2</f>3");
-  ASSERT_EQ(runs_.size(), 3u);
-  EXPECT_EQ(runs_[0].font, Named("B"));
-  EXPECT_EQ(runs_[1].font, Named("A"));
-  EXPECT_EQ(runs_[2].font, Named("A"));
+  EXPECT_EQ(FontsOf(u"<f=A><f=B>1</f>2</f>3"), (Strings{Named("B"), Named("A"), Named("A")}));
 }
 
 TEST_F(MarkupCaption, KeepsTheNameWithAFontCloserAlone) {
-  Draw(u"<p></f>x");
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].font, Named("Tahoma"));
+  EXPECT_EQ(FontsOf(u"<p></f>x"), Strings{Named("Tahoma")});
 }
 
-TEST_F(MarkupCaption, SetsAnEmptyNameInMidCaption) {
-  Draw(u"<f=>xy");
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].font, Named(""));
-}
+TEST_F(MarkupCaption, SetsAnEmptyNameInMidCaption) { EXPECT_EQ(FontsOf(u"<f=>xy"), Strings{Named("")}); }
 
 TEST_F(MarkupCaption, TakesAWordForAFontTagAtTheVeryEnd) {
   Draw(u"x abc<f=>");
@@ -171,17 +139,12 @@ TEST_F(MarkupCaption, LooksForAFontTagBeforeAColourTag) {
 
 TEST_F(MarkupCaption, TakesEveryOpenerAndBracketOutOfAFontName) {
   // Taken out once from left to right: what closes up to a new opener stays.
-  Draw(u"<f=a<f=b<f<f==c>x");
-  ASSERT_EQ(runs_.size(), 1u);
-  EXPECT_EQ(runs_[0].font, Named("ab<f=c"));
+  EXPECT_EQ(FontsOf(u"<f=a<f=b<f<f==c>x"), Strings{Named("ab<f=c")});
 }
 
 TEST_F(MarkupCaption, LetsTagsOverlap) {
-  Draw(u"<b><f=Arial>1</b>2</f>3");
-  ASSERT_EQ(runs_.size(), 3u);
-  EXPECT_EQ(runs_[0].font, "font(\"Arial\",-13,700,\"\")");
-  EXPECT_EQ(runs_[1].font, "font(\"Arial\",-13,400,\"\")");
-  EXPECT_EQ(runs_[2].font, "font(\"Tahoma\",-13,400,\"\")");
+  EXPECT_EQ(FontsOf(u"<b><f=Arial>1</b>2</f>3"),
+            (Strings{Named("Arial", "", 700), Named("Arial"), Named("Tahoma")}));
 }
 
 }  // namespace

@@ -116,11 +116,7 @@ TEST_F(MarkupCaption, MakesNoLineBreakOfLineEnds) {
 }
 
 TEST_F(MarkupCaption, HandsMarksAndEntitiesOverAsTheyStand) {
-  Draw(u"<b></b>&a &amp; &&");
-  ASSERT_EQ(runs_.size(), 3u);
-  EXPECT_EQ(runs_[0].text, "&a ");
-  EXPECT_EQ(runs_[1].text, "&amp; ");
-  EXPECT_EQ(runs_[2].text, "&&");
+  EXPECT_EQ(TextsOf(u"<b></b>&a &amp; &&"), (Strings{"&a ", "&amp; ", "&&"}));
 }
 
 TEST_F(MarkupCaption, IgnoresWordWrapVerticalAndMostHorizontalAlignment) {

@@ -49,6 +49,17 @@ class MarkupCaption : public testing::Test {
     return runs_;
   }
 
+  // Of each run of a caption, as it is drawn.
+  using Strings = std::vector<std::string>;
+  Strings ColoursOf(std::u16string_view caption) { return OfEachRun(caption, &DrawnRun::colour); }
+  Strings FontsOf(std::u16string_view caption) { return OfEachRun(caption, &DrawnRun::font); }
+  Strings TextsOf(std::u16string_view caption) { return OfEachRun(caption, &DrawnRun::text); }
+  Strings OfEachRun(std::u16string_view caption, std::string DrawnRun::*field) {
+    Strings found;
+    for (const DrawnRun& run : Draw(caption)) found.push_back(run.*field);
+    return found;
+  }
+
   std::vector<std::string> Lines(std::string_view start) const {
     std::vector<std::string> found;
     for (const std::string& line : lines_)
