@@ -8,6 +8,7 @@
 #include <string>
 
 #include "markup/canvas.h"
+#include "support/processor_time.h"
 #include "text/system_fixture.h"
 
 namespace marklet {
@@ -245,6 +246,38 @@ TEST_F(SlowEmitTextRunTest, TakesAnyNumbersAndAnyText) {
   }
   RECT place = rect_;
   EmitTextRun(nullptr, u"Total", place, style_, false);
+}
+
+TEST_F(SlowEmitTextRunTest, AMillionCharactersTakeBoundedTimeOnEveryRoute) {
+  struct System {
+    OSVERSIONINFOA version;
+    bool has_script_processor;
+    Long alignment;
+  };
+  // By DrawTextW, the script processor for either reason, and by hand.
+  const System systems[] = {{kWindows10, true, 0},
+                            {kWindows10, true, 3},
+                            {kXp, true, 0},
+                            {kWindows98, true, 2},
+                            {kWindows98, false, 0}};
+  for (const std::u16string_view piece :
+       {u"\u0301"sv, u"\u0628\u0639\u0644 "sv, u"\u0645"sv, u"line \r\n"sv}) {
+    std::u16string text = u"x";
+    while (text.size() < 1'000'000) text += piece;
+    for (const System& system : systems) {
+      Play(system.version, system.has_script_processor);
+      style_.Alignment = system.alignment;
+      style_.SingleLine = false;
+      style_.TextHeight = 0;
+      RECT rect = rect_;
+      const double start = ProcessorSeconds();
+      EmitTextRun(canvas_.dc(), text, rect, style_, false);
+      // Bounded generously: sanitizers and Wine are slow, a quadratic time would be an hour.
+      EXPECT_LT(ProcessorSeconds() - start, 60)
+          << testing::PrintToString(std::u16string(piece)) << " on " << system.version.dwMajorVersion << ' '
+          << system.has_script_processor << ' ' << system.alignment;
+    }
+  }
 }
 
 TEST_F(EmitTextRunTest, MeasuresByTheCallOfTheSystem) {
