@@ -76,6 +76,16 @@ Copy RandomCopy(Random& random) {
   return {near(), near(), near(), near(), near(), near()};
 }
 
+// Copies, and holds what has become of `to` against a copy pixel by pixel. The two may be one.
+void ExpectNaiveCopy(const PixelContext& from, const PixelContext& to, const Copy& copy) {
+  Picture expected(to);
+  NaiveCopy(expected, Picture(from), copy, kKey);
+  EXPECT_EQ(TransparentCopy(to.Get(), copy.x, copy.y, copy.width, copy.height, from.Get(), copy.source_x,
+                            copy.source_y, kKey),
+            0);
+  ASSERT_EQ(Picture(to), expected);
+}
+
 class TransparentCopyBetween : public testing::TestWithParam<std::tuple<std::array<int, 2>, ProcessorForm>> {
  protected:
   std::array<int, 2> Depths() const { return std::get<0>(GetParam()); }
@@ -93,12 +103,8 @@ TEST_P(TransparentCopyBetween, TakesEveryPixelButTheKeyWithinBothSurfaces) {
     FillWithNoise(from, random);
     FillWithNoise(to, random);
     const Copy copy = RandomCopy(random);
-    Picture expected(to);
-    NaiveCopy(expected, Picture(from), copy, kKey);
-    EXPECT_EQ(TransparentCopy(to.Get(), copy.x, copy.y, copy.width, copy.height, from.Get(), copy.source_x,
-                              copy.source_y, kKey),
-              0);
-    ASSERT_EQ(Picture(to), expected) << i;
+    SCOPED_TRACE(i);
+    ASSERT_NO_FATAL_FAILURE(ExpectNaiveCopy(from, to, copy));
   }
 }
 
@@ -116,11 +122,8 @@ TEST_P(TransparentCopyBetween, LongRowsAreCopiedAsShortOnes) {
     }
     FillWithNoise(to, random);
     const Copy copy{Between(random, 0, 50), 0, 500, 3, Between(random, 0, 50), 0};
-    Picture expected(to);
-    NaiveCopy(expected, Picture(from), copy, kKey);
-    TransparentCopy(to.Get(), copy.x, copy.y, copy.width, copy.height, from.Get(), copy.source_x,
-                    copy.source_y, kKey);
-    ASSERT_EQ(Picture(to), expected) << i;
+    SCOPED_TRACE(i);
+    ASSERT_NO_FATAL_FAILURE(ExpectNaiveCopy(from, to, copy));
   }
 }
 
@@ -140,11 +143,8 @@ TEST_P(TransparentCopyWithin, ReadsEachPixelBeforeOverwritingIt) {
     const PixelContext surface(Between(random, 1, 60), Between(random, 1, 20), std::get<0>(GetParam()));
     FillWithNoise(surface, random);
     const Copy copy = RandomCopy(random);
-    Picture expected(surface);
-    NaiveCopy(expected, Picture(surface), copy, kKey);
-    TransparentCopy(surface.Get(), copy.x, copy.y, copy.width, copy.height, surface.Get(), copy.source_x,
-                    copy.source_y, kKey);
-    ASSERT_EQ(Picture(surface), expected) << i;
+    SCOPED_TRACE(i);
+    ASSERT_NO_FATAL_FAILURE(ExpectNaiveCopy(surface, surface, copy));
   }
 }
 
@@ -155,11 +155,8 @@ TEST_P(TransparentCopyWithin, ReadsBeforeItWritesAlongARow) {
     const PixelContext surface(200, 2, std::get<0>(GetParam()));
     FillWithNoise(surface, random);
     const Copy copy{50 + shift, 0, 100, 2, 50, 0};
-    Picture expected(surface);
-    NaiveCopy(expected, Picture(surface), copy, kKey);
-    TransparentCopy(surface.Get(), copy.x, copy.y, copy.width, copy.height, surface.Get(), copy.source_x,
-                    copy.source_y, kKey);
-    ASSERT_EQ(Picture(surface), expected) << shift;
+    SCOPED_TRACE(shift);
+    ASSERT_NO_FATAL_FAILURE(ExpectNaiveCopy(surface, surface, copy));
   }
 }
 

@@ -41,6 +41,15 @@ std::vector<std::string> FromTheImagesOn(const std::vector<std::string>& names) 
   return {std::ranges::find(names, "NumOfIconBytes"), names.end()};
 }
 
+// A form without a system colour.
+MemoryBag PlainColours() {
+  MemoryBag bag;
+  bag.Put("BackColor", Long{1});
+  bag.Put("ForeColor", Long{2});
+  bag.Put("EffectColor", Long{3});
+  return bag;
+}
+
 // Channel, column, row: the shape in which images are kept.
 ByteArray Cell(Long channels, Long columns, Long rows, std::uint8_t fill) {
   const auto count = static_cast<std::size_t>(channels) * static_cast<std::size_t>(columns * rows);
@@ -330,10 +339,7 @@ TEST(Persistence, SettersOnTheWayPaintAndTheFinishedControlIsPaintedLast) {
 
 TEST(Persistence, TheFirstPaintOfPlainColoursStillLooksAtTheSystemColours) {
   HostedControl hosted;
-  MemoryBag bag;
-  bag.Put("BackColor", Long{1});
-  bag.Put("ForeColor", Long{2});
-  bag.Put("EffectColor", Long{3});
+  MemoryBag bag = PlainColours();
   std::vector<bool> flags;
   hosted.host.on_enabled_asked = [&] { flags.push_back(hosted.State().UsesSystemColors); };
   hosted.control.ReadProperties(bag);
@@ -377,10 +383,7 @@ TEST(Persistence, AutoSizeMeasuresWhenEverythingElseIsThere) {
 
 TEST(Persistence, TheLastStepSettlesTheColourFlag) {
   HostedControl hosted;
-  MemoryBag bag;
-  bag.Put("BackColor", Long{1});
-  bag.Put("ForeColor", Long{2});
-  bag.Put("EffectColor", Long{3});
+  MemoryBag bag = PlainColours();
   hosted.control.ReadProperties(bag);
   EXPECT_FALSE(hosted.State().UsesSystemColors);
 }

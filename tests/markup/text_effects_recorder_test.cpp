@@ -27,45 +27,20 @@ struct ExpectedEffect {
 };
 
 // Written out by hand, layer by layer.
+std::vector<ExpectedLayer> OutlineAround(const std::string& face) {
+  return {{-1, 0, kEffect}, {-1, -1, kEffect}, {-1, -1, kEffect}, {-1, 0, kEffect},
+          {-1, 2, kEffect}, {0, 0, kEffect},   {0, -1, kEffect},  {0, -1, kEffect},
+          {0, 0, kEffect},  {0, 2, kEffect},   {1, 0, kEffect},   {1, -1, kEffect},
+          {1, -1, kEffect}, {1, 0, kEffect},   {1, 2, kEffect},   {0, 0, face}};
+}
+
 const std::vector<ExpectedEffect>& ExpectedEffects() {
   static const std::vector<ExpectedEffect> effects = {
-      {effectStroke,
-       {{-1, 0, kEffect},
-        {-1, -1, kEffect},
-        {-1, -1, kEffect},
-        {-1, 0, kEffect},
-        {-1, 2, kEffect},
-        {0, 0, kEffect},
-        {0, -1, kEffect},
-        {0, -1, kEffect},
-        {0, 0, kEffect},
-        {0, 2, kEffect},
-        {1, 0, kEffect},
-        {1, -1, kEffect},
-        {1, -1, kEffect},
-        {1, 0, kEffect},
-        {1, 2, kEffect},
-        {0, 0, kFace}}},
+      {effectStroke, OutlineAround(kFace)},
       {effectShadow, {{1, 1, kDark}, {1, 1, kDark}, {1, 1, kDark}, {0, 0, kBlack}}},
       {effectEmboss, {{-1, 0, kLight}, {-1, -1, kLight}, {0, -1, kDark}, {0, 1, kDark}, {0, 0, kFace}}},
       {effectEngrave, {{-1, 0, kDark}, {-1, -1, kDark}, {1, 0, kLight}, {1, 1, kLight}, {0, 0, kFace}}},
-      {effectHollow,
-       {{-1, 0, kEffect},
-        {-1, -1, kEffect},
-        {-1, -1, kEffect},
-        {-1, 0, kEffect},
-        {-1, 2, kEffect},
-        {0, 0, kEffect},
-        {0, -1, kEffect},
-        {0, -1, kEffect},
-        {0, 0, kEffect},
-        {0, 2, kEffect},
-        {1, 0, kEffect},
-        {1, -1, kEffect},
-        {1, -1, kEffect},
-        {1, 0, kEffect},
-        {1, 2, kEffect},
-        {0, 0, kBackground}}},
+      {effectHollow, OutlineAround(kBackground)},
   };
   return effects;
 }
