@@ -22,17 +22,15 @@ Word CSubClassAsm::scb_SetCallbackAddr(Long nParamCount, Long nOrdinal, Callback
   if (nParamCount < 0) return 0;
   const Word method = zAddressOf(object, nOrdinal);
   if (method == 0) return 0;
-  Word* const block = AllocateBlock(kWords);
+  Word* const block = callbacks_.NewBlock([&] { return key; }, kWords, object);
   if (!block) return 0;
-  bool added = false;
-  IgnoreErrors([&] { added = callbacks_.Add({key, block, &object}); });
   zData(kObject, block) = reinterpret_cast<Word>(&object);
   zData(kMethod, block) = method;
   zData(kIsBadCodePtr, block) = zFnAddr("kernel32", "IsBadCodePtr", true);
   if (bIsTimerCallback) zData(kKillTimer, block) = zFnAddr("user32", "KillTimer", true);
   zData(kParameterCount, block) = nParamCount;
   zData(kOrdinal, block) = nOrdinal;
-  const Word address = added ? BindCallback(block) : 0;
+  const Word address = BindCallback(block);
   if (address == 0) {
     callbacks_.Remove(key);
     ReleaseBlock(block);

@@ -6,11 +6,6 @@ namespace {
 
 using namespace hook_block;
 
-// The object's life as a hook thunk sees it.
-Word LifeOf(const CallbackObject& object) {
-  return static_cast<Word>(reinterpret_cast<const volatile std::uint32_t*>(&object)[2]);
-}
-
 void ResolveFunctions(Word* block, bool unicode) {
   zData(kIsBadCodePtr, block) = zFnAddr("kernel32", "IsBadCodePtr", unicode);
   zData(kCallNextHookEx, block) = zFnAddr("user32", "CallNextHookEx", unicode);
@@ -38,19 +33,13 @@ bool CSubClassAsm::shk_SetHook(Long HookType, bool bGlobal, Long When, Word lPar
   CallbackObject& object = oCallback ? *oCallback : *this;
   const Word method = zAddressOf(object, nOrdinal);
   if (method == 0) return false;
-  Word* const block = AllocateBlock(kWords);
+  Word* const block = hooks_.NewBlock([&] { return ThunkKey(HookType); }, kWords, object);
   if (!block) return false;
-  bool added = false;
-  IgnoreErrors([&] { added = hooks_.Add({ThunkKey(HookType), block, &object}); });
-  if (!added) {
-    ReleaseBlock(block);
-    return false;
-  }
   zData(kHookType, block) = HookType;
   zData(kObject, block) = reinterpret_cast<Word>(&object);
   zData(kMethod, block) = method;
   zData(kUser, block) = lParamUser;
-  zData(kLife, block) = LifeOf(object);
+  zData(kLife, block) = static_cast<Word>(LifeAt(&object));
   if (bUnicode) bUnicode = ::IsWindowUnicode(::GetDesktopWindow()) != 0;
   ResolveFunctions(block, bUnicode);
   zData(kBefore, block) = (When & kWhenBefore) != 0 ? 1 : 0;

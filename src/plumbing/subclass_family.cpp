@@ -61,14 +61,8 @@ bool CSubClassAsm::ssc_Subclass(::HWND lng_hWnd, Word lParamUser, Long nOrdinal,
   CallbackObject& object = oCallback ? *oCallback : *this;
   const Word method = zAddressOf(object, nOrdinal);
   if (method == 0) return false;
-  Word* const block = AllocateBlock(kWords);
+  Word* const block = subclasses_.NewBlock([&] { return KeyOf(lng_hWnd); }, kWords, object);
   if (!block) return false;
-  bool added = false;
-  IgnoreErrors([&] { added = subclasses_.Add({KeyOf(lng_hWnd), block, &object}); });
-  if (!added) {
-    ReleaseBlock(block);
-    return false;
-  }
   zData(kWindow, block) = reinterpret_cast<Word>(lng_hWnd);
   zData(kObject, block) = reinterpret_cast<Word>(&object);
   zData(kMethod, block) = method;

@@ -19,6 +19,8 @@ Word zFnAddr(const char* module, const char* name, bool unicode) {
   return library ? reinterpret_cast<Word>(::GetProcAddress(library, name)) : 0;
 }
 
+std::uint32_t LifeAt(const void* object) { return static_cast<const volatile std::uint32_t*>(object)[2]; }
+
 Word zAddressOf(const CallbackObject& object, Long nOrdinal) {
   const auto methods = object.Methods();
   if (nOrdinal < 1 || static_cast<std::size_t>(nOrdinal) > methods.size()) return 0;

@@ -91,6 +91,10 @@ void ReleaseBlock(Word* block);
 // the call that finds its module; 0 when there is none.
 Word zFnAddr(const char* module, const char* name, bool unicode);
 
+// What stands at byte 8 of an object: hook thunks compare it to see whether the object still lives. It may
+// have gone, as long as its memory hasn't.
+std::uint32_t LifeAt(const void* object);
+
 // The address of the method that stands `nOrdinal` places before the end of the object's table; 0 when the
 // table has none there.
 Word zAddressOf(const CallbackObject& object, Long nOrdinal);

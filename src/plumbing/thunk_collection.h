@@ -21,8 +21,18 @@ std::string ThunkKey(const CallbackObject* object, Long nOrdinal);
 
 class ThunkCollection {
  public:
-  // False, and nothing added, when the key is there.
-  bool Add(const Thunk& thunk);
+  // A zeroed block for a method of the object, added under the key that `key_of` gives. Null, and nothing
+  // added, when the key is there or memory isn't.
+  template <typename KeyOf>
+  Word* NewBlock(KeyOf&& key_of, std::size_t words, const CallbackObject& object) {
+    Word* const block = AllocateBlock(words);
+    if (!block) return nullptr;
+    bool added = false;
+    IgnoreErrors([&] { added = Add({key_of(), block, &object}); });
+    if (added) return block;
+    ReleaseBlock(block);
+    return nullptr;
+  }
   // The thunk of that key whose block is still memory; null when there is none. It stays valid until the
   // collection changes.
   const Thunk* Find(const std::string& key) const;
@@ -32,6 +42,8 @@ class ThunkCollection {
   void Clear() { thunks_.clear(); }
 
  private:
+  bool Add(const Thunk& thunk);
+
   std::vector<Thunk> thunks_;
 };
 

@@ -465,43 +465,44 @@ class LoneMethod : public CallbackObject {
 };
 
 // The block of a window that nothing but the thunk's own address leads to: the newest one.
-class VanishingMethod : public ::testing::TestWithParam<bool> {};
+class VanishingMethod : public ::testing::TestWithParam<bool> {
+ protected:
+  void Begin(Long when) {
+    bool unicode = true;
+    ASSERT_TRUE(subclasser_.ssc_Subclass(window_, 0, 1, &object_, true, unicode, GetParam()));
+    subclasser_.ssc_AddMsg(window_, when, {Long{kListed}});
+    ASSERT_NE(original_, ProcedureOf(window_));
+  }
+  void ExpectTheEnd() {
+    const bool is_api_window = GetParam();
+    EXPECT_EQ(!is_api_window, ::IsWindow(window_) != 0);
+    EXPECT_EQ(is_api_window ? 0 : original_, ProcedureOf(window_));
+  }
+
+  TestWindow window_;
+  const LONG_PTR original_ = ProcedureOf(window_);
+  CSubClassAsm subclasser_;
+  LoneMethod object_;
+};
 
 TEST_P(VanishingMethod, EndsTheThunkAndAnApiWindow) {
-  const bool is_api_window = GetParam();
-  TestWindow window;
-  const LONG_PTR original = ProcedureOf(window);
-  CSubClassAsm subclasser;
-  LoneMethod object;
-  bool unicode = true;
-  ASSERT_TRUE(subclasser.ssc_Subclass(window, 0, 1, &object, true, unicode, is_api_window));
-  subclasser.ssc_AddMsg(window, kWhenBefore | kWhenAfter, {Long{kListed}});
-  window.Send(kListed);
-  ASSERT_NE(original, ProcedureOf(window));
-  object.Vanish();
+  Begin(kWhenBefore | kWhenAfter);
+  window_.Send(kListed);
+  object_.Vanish();
   // In neither table: the method is looked at before every message.
-  window.Send(kOther);
-  EXPECT_EQ(!is_api_window, ::IsWindow(window) != 0);
-  EXPECT_EQ(is_api_window ? 0 : original, ProcedureOf(window));
-  EXPECT_EQ(kOther, window.seen[1]);
+  window_.Send(kOther);
+  ExpectTheEnd();
+  EXPECT_EQ(kOther, window_.seen[1]);
 }
 
 TEST_P(VanishingMethod, EndsTheThunkFromInsideTheProcedure) {
-  const bool is_api_window = GetParam();
-  TestWindow window;
-  const LONG_PTR original = ProcedureOf(window);
-  CSubClassAsm subclasser;
-  LoneMethod object;
-  bool unicode = true;
-  ASSERT_TRUE(subclasser.ssc_Subclass(window, 0, 1, &object, true, unicode, is_api_window));
-  subclasser.ssc_AddMsg(window, kWhenAfter, {Long{kListed}});
-  window.answer = [&](UINT, WPARAM, LPARAM) {
-    object.Vanish();
+  Begin(kWhenAfter);
+  window_.answer = [&](UINT, WPARAM, LPARAM) {
+    object_.Vanish();
     return LRESULT{8};
   };
-  EXPECT_EQ(8, window.Send(kListed));
-  EXPECT_EQ(!is_api_window, ::IsWindow(window) != 0);
-  EXPECT_EQ(is_api_window ? 0 : original, ProcedureOf(window));
+  EXPECT_EQ(8, window_.Send(kListed));
+  ExpectTheEnd();
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, VanishingMethod, ::testing::Bool());

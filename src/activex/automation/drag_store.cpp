@@ -116,13 +116,6 @@ HRESULT DragStore::Render(CLIPFORMAT format, STGMEDIUM& medium) {
   return picture ? GivePicture(format, *picture->Get(), medium) : DV_E_FORMATETC;
 }
 
-HRESULT DragStore::GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical) {
-  if (!format || !canonical) return E_POINTER;
-  *canonical = *format;
-  canonical->ptd = nullptr;
-  return DATA_S_SAMEFORMATETC;
-}
-
 HRESULT DragStore::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) {
   if (!formats) return E_POINTER;
   *formats = nullptr;

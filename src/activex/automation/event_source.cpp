@@ -16,42 +16,19 @@ DISPID FindEvent(std::string_view name) {
   return found == events.end() ? DISPID_UNKNOWN : found->dispid;
 }
 
-VARIANTARG ByReference(std::int16_t& value) {
+VARIANTARG Reference(VARTYPE type, void* value) {
   VARIANTARG argument;
-  argument.vt = VT_I2 | VT_BYREF;
-  argument.piVal = &value;
+  argument.vt = static_cast<VARTYPE>(type | VT_BYREF);
+  argument.byref = value;
   return argument;
 }
 
-VARIANTARG ByReference(float& value) {
-  VARIANTARG argument;
-  argument.vt = VT_R4 | VT_BYREF;
-  argument.pfltVal = &value;
-  return argument;
-}
-
-VARIANTARG ByReference(Long& value) {
-  static_assert(sizeof(Long) == sizeof(LONG));
-  VARIANTARG argument;
-  argument.vt = VT_I4 | VT_BYREF;
-  argument.plVal = reinterpret_cast<LONG*>(&value);
-  return argument;
-}
-
-VARIANTARG BooleanByReference(VARIANT_BOOL& value) {
-  VARIANTARG argument;
-  argument.vt = VT_BOOL | VT_BYREF;
-  argument.pboolVal = &value;
-  return argument;
-}
-
+VARIANTARG ByReference(std::int16_t& value) { return Reference(VT_I2, &value); }
+VARIANTARG ByReference(Long& value) { return Reference(VT_I4, &value); }
+VARIANTARG ByReference(float& value) { return Reference(VT_R4, &value); }
+VARIANTARG BooleanByReference(VARIANT_BOOL& value) { return Reference(VT_BOOL, &value); }
 // A handler may put another object there, or none, which nobody looks at.
-VARIANTARG ByReference(ComPtr<IDispatch>& object) {
-  VARIANTARG argument;
-  argument.vt = VT_DISPATCH | VT_BYREF;
-  argument.ppdispVal = object.GetAddressOf();
-  return argument;
-}
+VARIANTARG ByReference(ComPtr<IDispatch>& object) { return Reference(VT_DISPATCH, object.GetAddressOf()); }
 
 }  // namespace
 

@@ -13,6 +13,14 @@ inline FORMATETC FormatOf(CLIPFORMAT format, DWORD medium) {
   return {format, nullptr, DVASPECT_CONTENT, -1, medium};
 }
 
+// IDataObject::GetCanonicalFormatEtc of data that are the same for every target device.
+inline HRESULT WithoutDevice(const FORMATETC* format, FORMATETC* canonical) {
+  if (!format || !canonical) return E_POINTER;
+  *canonical = *format;
+  canonical->ptd = nullptr;
+  return DATA_S_SAMEFORMATETC;
+}
+
 struct GiveFormat {
   static FORMATETC Give(const FORMATETC& format) { return format; }
 };

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "activex/com/transfer.h"
 #include "activex/control/extent.h"
 #include "activex/control/picture.h"
 
@@ -50,14 +49,6 @@ HRESULT DataFace::QueryGetData(FORMATETC* format) {
   if (!format) return E_POINTER;
   const Format* found = nullptr;
   return Find(*format, found);
-}
-
-// A target device makes no difference.
-HRESULT DataFace::GetCanonicalFormatEtc(FORMATETC* format, FORMATETC* canonical) {
-  if (!format || !canonical) return E_POINTER;
-  *canonical = *format;
-  canonical->ptd = nullptr;
-  return DATA_S_SAMEFORMATETC;
 }
 
 HRESULT DataFace::EnumFormatEtc(DWORD direction, IEnumFORMATETC** formats) {

@@ -1,10 +1,9 @@
 // The addresses of the dispatcher that serve as other callbacks, one for each in use.
-#include <array>
 #include <cstdarg>
-#include <utility>
 
 #include "plumbing/dispatcher/bindings.h"
 #include "plumbing/dispatcher/dispatch.h"
+#include "plumbing/dispatcher/numbered.h"
 
 namespace marklet::plumbing {
 namespace {
@@ -27,11 +26,8 @@ Word CALLBACK CallbackProcedure(Word first, ...) noexcept {
 }
 
 using Procedure = Word(CALLBACK*)(Word, ...);
-template <std::size_t... slot>
-constexpr std::array<Procedure, sizeof...(slot)> ProceduresOf(std::index_sequence<slot...>) {
-  return {&CallbackProcedure<slot>...};
-}
-constexpr auto kProcedures = ProceduresOf(std::make_index_sequence<kCallbacks>{});
+constexpr auto kProcedures = Numbered<Procedure, kCallbacks>(
+    [](auto slot) -> Procedure { return &CallbackProcedure<decltype(slot)::value>; });
 
 }  // namespace
 

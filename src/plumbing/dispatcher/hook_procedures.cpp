@@ -1,9 +1,7 @@
 // The addresses of the dispatcher that serve as hook procedures, one for each hook in use.
-#include <array>
-#include <utility>
-
 #include "plumbing/dispatcher/bindings.h"
 #include "plumbing/dispatcher/dispatch.h"
+#include "plumbing/dispatcher/numbered.h"
 
 namespace marklet::plumbing {
 namespace {
@@ -14,11 +12,8 @@ LRESULT CALLBACK HookProcedure(int code, WPARAM wparam, LPARAM lparam) noexcept 
   return block ? RunHook(block, code, wparam, lparam) : ::CallNextHookEx(nullptr, code, wparam, lparam);
 }
 
-template <std::size_t... slot>
-constexpr std::array<HOOKPROC, sizeof...(slot)> ProceduresOf(std::index_sequence<slot...>) {
-  return {&HookProcedure<slot>...};
-}
-constexpr auto kProcedures = ProceduresOf(std::make_index_sequence<kHooks>{});
+constexpr auto kProcedures =
+    Numbered<HOOKPROC, kHooks>([](auto slot) -> HOOKPROC { return &HookProcedure<decltype(slot)::value>; });
 
 }  // namespace
 

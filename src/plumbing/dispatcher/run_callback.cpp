@@ -1,8 +1,8 @@
-#include <array>
 #include <utility>
 
 #include "plumbing/dispatcher/bindings.h"
 #include "plumbing/dispatcher/dispatch.h"
+#include "plumbing/dispatcher/numbered.h"
 
 namespace marklet::plumbing {
 namespace {
@@ -23,11 +23,8 @@ void CallWithCount(Word method, Word object, const Word* arguments, Word* result
   CallWith(method, object, arguments, result, std::make_index_sequence<count>{});
 }
 
-template <std::size_t... count>
-constexpr std::array<Caller, sizeof...(count)> CallersOf(std::index_sequence<count...>) {
-  return {&CallWithCount<count>...};
-}
-constexpr auto kCallers = CallersOf(std::make_index_sequence<kMostParameters + 1>{});
+constexpr auto kCallers = Numbered<Caller, kMostParameters + 1>(
+    [](auto count) -> Caller { return &CallWithCount<decltype(count)::value>; });
 
 // Its callback has the window first and the timer third.
 void KillTimerOf(Word* block, const Word* arguments) {

@@ -39,8 +39,7 @@ class Passage {
 
   bool ObjectLives() {
     if (CodeIsBad(Field(kIsBadCodePtr), Field(kObject))) return false;
-    return PointerIn<const volatile std::uint32_t*>(Field(kObject))[2] ==
-           static_cast<std::uint32_t>(Field(kLife));
+    return LifeAt(PointerIn<const void*>(Field(kObject))) == static_cast<std::uint32_t>(Field(kLife));
   }
 
   void CallAll() {

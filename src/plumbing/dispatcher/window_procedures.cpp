@@ -1,10 +1,8 @@
 // The addresses of the dispatcher that serve as window procedures, one a level, and their end with a thread
 // or the module.
-#include <array>
-#include <utility>
-
 #include "plumbing/dispatcher/bindings.h"
 #include "plumbing/dispatcher/dispatch.h"
+#include "plumbing/dispatcher/numbered.h"
 #include "plumbing/unloading.h"
 
 namespace marklet::plumbing {
@@ -26,11 +24,8 @@ LRESULT CALLBACK WindowProcedure(::HWND window, UINT message, WPARAM wparam, LPA
                : CallDefault(window, message, wparam, lparam);
 }
 
-template <std::size_t... level>
-constexpr std::array<WNDPROC, sizeof...(level)> ProceduresOf(std::index_sequence<level...>) {
-  return {&WindowProcedure<level>...};
-}
-constexpr auto kProcedures = ProceduresOf(std::make_index_sequence<kLevels>{});
+constexpr auto kProcedures = Numbered<WNDPROC, kLevels>(
+    [](auto level) -> WNDPROC { return &WindowProcedure<decltype(level)::value>; });
 
 // The newest thunk of the window, if its procedure is one.
 Word* BlockInPlace(::HWND window) {

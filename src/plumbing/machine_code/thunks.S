@@ -30,6 +30,14 @@
 	ret	\argument_bytes
 	.endm
 
+// A method's lReturn and bHandled, by reference.
+	.macro push_answers
+	lea	eax, RESULT
+	push	eax
+	lea	eax, HANDLED
+	push	eax
+	.endm
+
 // --- Windows: bytes 72 to 427 of the block ------------------------------------------------------------------
 
 #define COUNTER          0
@@ -183,10 +191,7 @@ listed:
 	push	ARGUMENT(2)
 	push	ARGUMENT(1)
 	push	ARGUMENT(0)
-	lea	eax, RESULT
-	push	eax
-	lea	eax, HANDLED
-	push	eax
+	push_answers
 	push	esi
 	push	FIELD(OBJECT)
 	call	FIELD(METHOD)
@@ -305,10 +310,7 @@ call_hook_method:
 	push	ARGUMENT(2)
 	push	ARGUMENT(1)
 	push	ARGUMENT(0)
-	lea	eax, RESULT
-	push	eax
-	lea	eax, HANDLED
-	push	eax
+	push_answers
 	push	edi
 	push	FIELD(OBJECT)
 	call	FIELD(METHOD)
