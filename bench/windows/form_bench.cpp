@@ -1,5 +1,5 @@
 // A form of a thousand controls in the system's own container, beside as many plain STATIC windows with the
-// same text: form_bench SERVER RESULTS.json.
+// same text, and one control with the pointer coming in and leaving: form_bench SERVER IMAGES RESULTS.json.
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -19,7 +19,8 @@ constexpr int kCount = 1000, kColumns = 20, kWidth = 60, kHeight = 18;
 constexpr int kRepetitions = 5;
 constexpr wchar_t kText[] = L"Total: 12 of 40";
 constexpr CLSID kClass = {0x2C94FDA3, 0xAB60, 0x4E3F, {0x85, 0xFD, 0xA5, 0xAE, 0xC6, 0x54, 0x3F, 0x3F}};
-constexpr DISPID kCaption = -518;
+constexpr DISPID kCaption = -518, kBackColor = -501;
+constexpr int kEntries = 200;
 
 template <typename Function>
 Function EntryOf(HMODULE library, const char* name) {
@@ -96,15 +97,47 @@ ComPtr<IDispatch> NewControl(Libraries& libraries) {
   return control;
 }
 
-void PutCaption(IDispatch& control) {
-  VARIANTARG text;
-  VariantInit(&text);
-  text.vt = VT_BSTR;
-  text.bstrVal = SysAllocString(kText);
+DISPID IdOf(IDispatch& control, const wchar_t* name) {
+  LPOLESTR names = const_cast<LPOLESTR>(name);
+  DISPID id = DISPID_UNKNOWN;
+  Require(SUCCEEDED(control.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id)), "no such member");
+  return id;
+}
+
+void Put(IDispatch& control, DISPID id, VARIANTARG value) {
   DISPID put = DISPID_PROPERTYPUT;
-  DISPPARAMS parameters = {&text, &put, 1, 1};
-  control.Invoke(kCaption, IID_NULL, 0, DISPATCH_PROPERTYPUT, &parameters, nullptr, nullptr, nullptr);
-  VariantClear(&text);
+  DISPPARAMS parameters = {&value, &put, 1, 1};
+  Require(SUCCEEDED(control.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters,
+                                   nullptr, nullptr, nullptr)),
+          "a property can't be set");
+  VariantClear(&value);
+}
+
+VARIANTARG Text(const std::wstring& text) {
+  VARIANTARG value;
+  VariantInit(&value);
+  value.vt = VT_BSTR;
+  value.bstrVal = SysAllocString(text.c_str());
+  return value;
+}
+
+VARIANTARG Number(LONG number) {
+  VARIANTARG value;
+  VariantInit(&value);
+  value.vt = VT_I4;
+  value.lVal = number;
+  return value;
+}
+
+void LoadImageFile(IDispatch& control, const std::wstring& file, const std::wstring& key) {
+  VARIANTARG arguments[] = {Text(key), Text(file)};  // last to first
+  VARIANT loaded;
+  VariantInit(&loaded);
+  DISPPARAMS parameters = {arguments, nullptr, 2, 0};
+  control.Invoke(IdOf(control, L"LoadIconImageFromFile"), IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                 &parameters, &loaded, nullptr, nullptr);
+  for (VARIANTARG& argument : arguments) VariantClear(&argument);
+  Require(loaded.vt == VT_BOOL && loaded.boolVal != VARIANT_FALSE, "an image can't be loaded");
 }
 
 ComPtr<IDispatch> AddControl(Libraries& libraries, Form& form) {
@@ -113,7 +146,7 @@ ComPtr<IDispatch> AddControl(Libraries& libraries, Form& form) {
   ComPtr<IPersistStreamInit> persist;
   control.As(&persist);
   persist->InitNew();
-  PutCaption(*control.Get());
+  Put(*control.Get(), kCaption, Text(kText));
   ComPtr<IUnknown> container;
   Require(SUCCEEDED(libraries.attach(control.Get(), host, container.GetAddressOf())), "not attached");
   return control;
@@ -178,10 +211,42 @@ void MeasureControls(Report& report, Libraries& libraries) {
              }));
 }
 
+// A loaded control, which hears that the pointer leaves. When the call of a message is over, the picture that
+// belongs to it is on the screen.
+void MeasureHover(Report& report, Libraries& libraries, const std::wstring& images) {
+  Form form;
+  ComPtr<IStream> stream;
+  CreateStreamOnHGlobal(nullptr, TRUE, stream.GetAddressOf());
+  const ComPtr<IDispatch> control = NewControl(libraries);
+  ComPtr<IPersistStreamInit> empty, persist;
+  NewControl(libraries).As(&empty);
+  control.As(&persist);
+  empty->InitNew();
+  empty->Save(stream.Get(), TRUE);
+  stream->Seek({}, STREAM_SEEK_SET, nullptr);
+  Require(SUCCEEDED(persist->Load(stream.Get())), "not loaded");
+  Put(*control.Get(), kCaption, Text(kText));
+  LoadImageFile(*control.Get(), images + L"\\lamp.png", L"lamp");
+  LoadImageFile(*control.Get(), images + L"\\lamp-lit.png", L"lit");
+  Put(*control.Get(), IdOf(*control.Get(), L"ImageKey"), Text(L"lamp"));
+  Put(*control.Get(), IdOf(*control.Get(), L"ImageKeyhover"), Text(L"lit"));
+  const HWND host = form.Add(L"AtlAxWin100", nullptr);
+  ComPtr<IUnknown> container;
+  Require(SUCCEEDED(libraries.attach(control.Get(), host, container.GetAddressOf())), "not attached");
+  form.Paint();
+  const HWND window = GetWindow(host, GW_CHILD);
+  Require(SendMessageW(window, WM_ERASEBKGND, 0, 0) == -1, "not subclassed");
+  for (int i = 0; i < kEntries; ++i) {
+    report.Add("hover/entry", TimeOf([&] { SendMessageW(window, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5)); }));
+    report.Add("hover/leave", TimeOf([&] { SendMessageW(window, WM_MOUSELEAVE, 0, 0); }));
+    report.Add("hover/redraw", TimeOf([&] { Put(*control.Get(), kBackColor, Number(0x204060 + i)); }));
+  }
+}
+
 }  // namespace
 
 int wmain(int count, wchar_t** arguments) {
-  Require(count == 3, "form_bench SERVER RESULTS.json");
+  Require(count == 4, "form_bench SERVER IMAGES RESULTS.json");
   OleInitialize(nullptr);
   Libraries libraries(arguments[1]);
   Report report;
@@ -199,6 +264,7 @@ int wmain(int count, wchar_t** arguments) {
     MeasureWindows(report, "container", L"AtlAxWin100", nullptr);
     MeasureControls(report, libraries);
   }
-  Require(report.Write(arguments[2]), "the results can't be written");
+  MeasureHover(report, libraries, arguments[2]);
+  Require(report.Write(arguments[3]), "the results can't be written");
   return 0;
 }
