@@ -50,9 +50,21 @@ struct ImageFixture : ::testing::Test {
     Redraw();
   }
   void Redraw() {
+    Forget();
+    hosted.control.RedrawNow();
+  }
+  // The pointer comes in, or goes: what that draws is in `asked`.
+  void Enter() {
+    Forget();
+    hosted.control.MouseMove(0, 0, 5, 5);
+  }
+  void Leave() {
+    Forget();
+    hosted.control.EndHover();
+  }
+  void Forget() {
     normal->asked.clear();
     hover->asked.clear();
-    hosted.control.RedrawNow();
   }
 };
 
@@ -93,23 +105,29 @@ TEST_F(ImageFixture, TheHoverKeyCountsOnlyWhileHoveringOnAControlWithANormalImag
   Show(u"normal", u"hover");
   EXPECT_EQ(normal->asked.size(), 1u);
   EXPECT_TRUE(hover->asked.empty());
-  hosted.State().Hover = true;
-  Redraw();
+  Enter();
   EXPECT_TRUE(normal->asked.empty());
   EXPECT_EQ(hover->asked.size(), 1u);
+  Leave();
+  EXPECT_EQ(normal->asked.size(), 1u);
+  EXPECT_TRUE(hover->asked.empty());
+  Enter();
   Show(u"", u"hover");
   EXPECT_TRUE(hover->asked.empty()) << "without a normal image there is no hover image";
 }
 
-TEST_F(ImageFixture, HoverWithAnEmptyHoverKeyShowsTheNormalImage) {
-  hosted.State().Hover = true;
+TEST_F(ImageFixture, HoverWithAnEmptyHoverKeyDrawsTheNormalImageAnew) {
   Show(u"normal");
+  Enter();
+  EXPECT_EQ(normal->asked.size(), 1u);
+  Leave();
   EXPECT_EQ(normal->asked.size(), 1u);
 }
 
 TEST_F(ImageFixture, AnUnknownHoverKeyShowsNothing) {
-  hosted.State().Hover = true;
   Show(u"normal", u"unknown");
+  EXPECT_EQ(normal->asked.size(), 1u);
+  Enter();
   EXPECT_TRUE(normal->asked.empty());
 }
 

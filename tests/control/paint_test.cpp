@@ -182,6 +182,17 @@ TEST_F(Paint, HoverChangesAndResizesAreNotSeenByARepaintAlone) {
   EXPECT_EQ(hosted.State().BackBuffer, before) << "only a drop of the picture rebuilds it";
 }
 
+TEST_F(Paint, ThePointersComingAndGoingRebuildEvenWithoutAnImage) {
+  const auto before = hosted.State().BackBuffer;
+  hosted.control.MouseMove(0, 0, 5, 5);
+  const auto hovered = hosted.State().BackBuffer;
+  EXPECT_NE(hovered, before);
+  hosted.control.MouseMove(0, 0, 6, 6);
+  EXPECT_EQ(hosted.State().BackBuffer, hovered) << "it is in already";
+  hosted.control.EndHover();
+  EXPECT_NE(hosted.State().BackBuffer, hovered);
+}
+
 TEST_F(Paint, AChangedSystemColourIsNoticedAtTheNextPaint) {
   hosted.Set("BackColor", static_cast<Long>(0x80000005));
   const auto before = hosted.State().BackBuffer;
