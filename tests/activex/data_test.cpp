@@ -69,6 +69,21 @@ TEST_F(Data, GivesAMetafileWithItsSize) {
   ReleaseStgMedium(&medium);
 }
 
+TEST_F(Data, IsTheSameForEveryTargetDevice) {
+  DVTARGETDEVICE device = {};
+  device.tdSize = sizeof device;
+  FORMATETC format = Format(CF_METAFILEPICT, TYMED_MFPICT), canonical = {};
+  format.ptd = &device;
+  EXPECT_EQ(S_OK, data_->QueryGetData(&format));
+  STGMEDIUM medium = {};
+  EXPECT_EQ(S_OK, data_->GetData(&format, &medium));
+  EXPECT_EQ(static_cast<DWORD>(TYMED_MFPICT), medium.tymed);
+  ReleaseStgMedium(&medium);
+  EXPECT_EQ(DATA_S_SAMEFORMATETC, data_->GetCanonicalFormatEtc(&format, &canonical));
+  EXPECT_EQ(CF_METAFILEPICT, canonical.cfFormat);
+  EXPECT_EQ(nullptr, canonical.ptd) << "one picture serves them all";
+}
+
 TEST_F(Data, GivesAnEnhancedMetafile) {
   FORMATETC format = Format(CF_ENHMETAFILE, TYMED_ENHMF | TYMED_MFPICT);
   STGMEDIUM medium = {};

@@ -260,6 +260,28 @@ TEST_F(View, DrawsTheAspectsThatHaveAnExtent) {
   }
 }
 
+// What a target device says of itself is in its context already; the record, which callers fill in as they
+// please, isn't read.
+TEST_F(View, LooksAndMeasuresTheSameForEveryTargetDevice) {
+  DVTARGETDEVICE device = {};
+  device.tdSize = sizeof device;
+  device.tdDriverNameOffset = device.tdExtDevmodeOffset = 0xFFFF;  // far outside
+  const HDC screen = GetDC(nullptr);
+  const RECTL bounds = {0, 0, kWidth, kHeight};
+  for (const DWORD aspect : {DVASPECT_CONTENT, DVASPECT_DOCPRINT}) {
+    Picture picture(kWidth, kHeight);
+    EXPECT_EQ(S_OK,
+              view_->Draw(aspect, -1, nullptr, &device, screen, picture.Dc(), &bounds, nullptr, nullptr, 0));
+    EXPECT_LE(WorstDifference(picture, {0, 0, kWidth, kHeight}, own_), kRounded) << aspect;
+    SIZEL plain = {}, targeted = {};
+    EXPECT_EQ(S_OK, view_->GetExtent(aspect, -1, nullptr, &plain));
+    EXPECT_EQ(S_OK, view_->GetExtent(aspect, -1, &device, &targeted));
+    EXPECT_EQ(plain.cx, targeted.cx);
+    EXPECT_EQ(plain.cy, targeted.cy);
+  }
+  ReleaseDC(nullptr, screen);
+}
+
 TEST_F(View, IsDrawnInOneOfTwoPasses) {
   const RECT bounds = {0, 0, kWidth, kHeight};
   for (const long style : {1L, 0L}) {
