@@ -18,6 +18,7 @@ using Microsoft::WRL::ComPtr;
 constexpr int kCount = 1000, kColumns = 20, kWidth = 60, kHeight = 18;
 constexpr int kRepetitions = 5;
 constexpr wchar_t kText[] = L"Total: 12 of 40";
+constexpr wchar_t kBareWindow[] = L"form_bench.Bare";
 constexpr CLSID kClass = {0x2C94FDA3, 0xAB60, 0x4E3F, {0x85, 0xFD, 0xA5, 0xAE, 0xC6, 0x54, 0x3F, 0x3F}};
 constexpr DISPID kCaption = -518, kBackColor = -501;
 constexpr int kEntries = 200;
@@ -88,6 +89,31 @@ class Form {
   HWND window_;
   int count_ = 0;
 };
+
+// The least that a window does: it paints nothing, in the proper order.
+LRESULT CALLBACK BareProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+  if (message == WM_ERASEBKGND) return 1;
+  if (message != WM_PAINT) return DefWindowProcW(window, message, wparam, lparam);
+  PAINTSTRUCT paint;
+  BeginPaint(window, &paint);
+  EndPaint(window, &paint);
+  return 0;
+}
+
+void RegisterBareWindow() {
+  WNDCLASSW description = {};
+  description.lpfnWndProc = BareProcedure;
+  description.lpszClassName = kBareWindow;
+  Require(RegisterClassW(&description) != 0, "no class for bare windows");
+}
+
+// A container with a bare window where a control would be: what any control with a window costs there.
+void AddBareWindow(Form& form) {
+  const HWND host = form.Add(L"AtlAxWin100", nullptr);
+  Require(CreateWindowExW(0, kBareWindow, kText, WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS, 0, 0, kWidth,
+                          kHeight, host, nullptr, nullptr, nullptr) != nullptr,
+          "a window can't be made");
+}
 
 ComPtr<IDispatch> NewControl(Libraries& libraries) {
   ComPtr<IDispatch> control;
@@ -169,12 +195,13 @@ void AddFootprint(Report& report, const std::string& name, const Footprint& befo
   report.Add(name, 0, counters);
 }
 
-void MeasureWindows(Report& report, const std::string& name, const wchar_t* window_class,
-                    const wchar_t* text) {
+// `add` adds one window, with what it holds, to a form.
+template <typename Add>
+void MeasureWindows(Report& report, const std::string& name, Add add) {
   const Footprint before = Footprint::Take();
   Form form;
   report.Add("form/" + name + "/show", TimeOf([&] {
-               for (int i = 0; i < kCount; ++i) form.Add(window_class, text);
+               for (int i = 0; i < kCount; ++i) add(form);
                form.Paint();
              }));
   report.Add("form/" + name + "/repaint", TimeOf([&] { form.Repaint(); }));
@@ -249,6 +276,7 @@ int wmain(int count, wchar_t** arguments) {
   Require(count == 4, "form_bench SERVER IMAGES RESULTS.json");
   OleInitialize(nullptr);
   Libraries libraries(arguments[1]);
+  RegisterBareWindow();
   Report report;
   {
     Form form;
@@ -260,8 +288,9 @@ int wmain(int count, wchar_t** arguments) {
   }
   // Taken in turn, so that a busy moment of the machine hits them alike.
   for (int i = 0; i < kRepetitions; ++i) {
-    MeasureWindows(report, "static", L"STATIC", kText);
-    MeasureWindows(report, "container", L"AtlAxWin100", nullptr);
+    MeasureWindows(report, "static", [](Form& form) { form.Add(L"STATIC", kText); });
+    MeasureWindows(report, "container", [](Form& form) { form.Add(L"AtlAxWin100", nullptr); });
+    MeasureWindows(report, "bare", AddBareWindow);
     MeasureControls(report, libraries);
   }
   MeasureHover(report, libraries, arguments[2]);
