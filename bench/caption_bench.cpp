@@ -1,7 +1,6 @@
 // A caption from its text to pixels, each time parsed, laid out and drawn: the engine, a Pango markup label
 // drawn by Cairo, and Qt's rich text. For information also the peers with a layout that they keep.
 #include <benchmark/benchmark.h>
-#include <pango/pangocairo.h>
 
 #include <QAbstractTextDocumentLayout>
 #include <QImage>
@@ -12,6 +11,7 @@
 
 #include "captions.h"
 #include "label.h"
+#include "pango_label.h"
 
 namespace marklet::bench {
 namespace {
@@ -40,38 +40,6 @@ void Marklet(benchmark::State& state, const CaptionShape& shape) {
       Texts<std::u16string>(shape, [&](int number) { return Utf16(MarkletCaption(shape, number)); });
   Cycle(state, texts, [&](const std::u16string& text) { label.Draw(text); });
 }
-
-struct PangoLabel {
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, kWidth, kHeight);
-  cairo_t* context = cairo_create(surface);
-  PangoLayout* layout = pango_cairo_create_layout(context);
-
-  PangoLabel() {
-    cairo_set_source_rgb(context, 1, 1, 1);
-    cairo_paint(context);
-    cairo_set_source_rgb(context, 0, 0, 0);
-    PangoFontDescription* font = pango_font_description_from_string(kFamily);
-    pango_font_description_set_absolute_size(font, kFontPixels * PANGO_SCALE);
-    pango_layout_set_font_description(layout, font);
-    pango_font_description_free(font);
-    pango_layout_set_width(layout, kWidth * PANGO_SCALE);
-  }
-  ~PangoLabel() {
-    g_object_unref(layout);
-    cairo_destroy(context);
-    cairo_surface_destroy(surface);
-  }
-  PangoLabel(const PangoLabel&) = delete;
-  PangoLabel& operator=(const PangoLabel&) = delete;
-
-  void SetMarkup(const std::string& markup) {
-    pango_layout_set_markup(layout, markup.data(), static_cast<int>(markup.size()));
-  }
-  void Draw() {
-    cairo_move_to(context, 0, 0);
-    pango_cairo_show_layout(context, layout);
-  }
-};
 
 void Pango(benchmark::State& state, const CaptionShape& shape) {
   PangoLabel label;
