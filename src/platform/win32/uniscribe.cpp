@@ -103,6 +103,9 @@ std::u16string Drawable(std::u16string_view text) {
   return result;
 }
 
+// Complex for more than its direction: Hebrew letters keep their forms.
+bool MayJoin(char16_t c) { return IsComplexUnit(c) && (c < 0x0590 || c > 0x05FF); }
+
 // Of text that begins and ends with letters from the right, or stands in a line from there: whether nothing
 // in it runs the other way.
 bool RunsFromTheRight(std::u16string_view text, bool rtl_line) {
@@ -253,8 +256,9 @@ bool ScriptStringHandle::FitsWhenCut(const LineWidths& widths, std::size_t units
   const std::size_t blank = text_.find_last_of(u" \t", units - 1);
   const std::size_t word = blank == text_.npos ? 0 : blank + 1;
   if (word == units) return true;
-  const bool joins = IsComplexUnit(text_[units - 1]) || IsComplexUnit(text_[units]);
-  if (!joins && widths.Before(units) + line_height_ / 4 <= width_) return true;
+  if (!MayJoin(text_[units - 1]) && !MayJoin(text_[units]) &&
+      widths.Before(units) + line_height_ / 4 <= width_)
+    return true;
   const NativeAnalysis cut = Analysed(word, units - word, flags_ & ~(SSA_CLIP | SSA_FIT));
   const ::SIZE* const size = cut ? Platform().size(cut.get()) : nullptr;
   return size && widths.Before(word) + size->cx <= width_;
