@@ -22,7 +22,7 @@ Word CSubClassAsm::scb_SetCallbackAddr(Long nParamCount, Long nOrdinal, Callback
   if (nParamCount < 0) return 0;
   const Word method = zAddressOf(object, nOrdinal);
   if (method == 0) return 0;
-  Word* const block = callbacks_.NewBlock([&] { return key; }, kWords, object);
+  Word* const block = callbacks_.NewBlock([&]() -> const std::string& { return key; }, kWords, object);
   if (!block) return 0;
   zData(kObject, block) = reinterpret_cast<Word>(&object);
   zData(kMethod, block) = method;
