@@ -8,6 +8,7 @@
 #include "images/icon_bytes.h"
 #include "png/png_files.h"
 #include "support/heap_watch.h"
+#include "support/picture_files.h"
 #include "support/temporary_folder.h"
 
 namespace marklet {
@@ -39,6 +40,27 @@ TEST_F(LoadingMemory, HoldsThePixelsOfAPngOnce) {
   EXPECT_TRUE(image.HasImage256());
   EXPECT_GT(peak, kPixels);
   EXPECT_LE(peak, file.size() + kPixels + kBesides);
+}
+
+// The platform's picture, which the image keeps, has three bytes a pixel; the surface on which its corner's
+// colour is keyed out four; and the one that is shrunk, for which the former then goes, three.
+TEST_F(LoadingMemory, HoldsAPictureOfTheSystemBesideItsTwoSurfaces) {
+  constexpr int kSize = 700;
+  constexpr std::size_t kPixels = std::size_t{kSize} * kSize;
+  const auto colour = [](int, int) { return 0x405060u; };
+  const testing::TemporaryFolder folder;
+  const std::pair<const char*, pictures::Bytes> files[] = {
+      {"large.bmp", pictures::Bmp(kSize, kSize, colour)},
+      {"large.jpg", pictures::Jpeg(kSize, kSize, [](int, int) { return 100; })},
+  };
+  for (const auto& [name, file] : files) {
+    SCOPED_TRACE(name);
+    folder.Write(name, std::string(file.begin(), file.end()));
+    CIconBytes image;
+    const std::size_t peak = PeakOfHeap([&] { image.LoadFromFile(folder.Path(name).u16string()); });
+    EXPECT_TRUE(image.HasImage256());
+    EXPECT_LE(peak, file.size() + kPixels * (3 + 4 + 3) + kBesides);
+  }
 }
 
 }  // namespace
