@@ -1,0 +1,44 @@
+// What only some script processors of Windows do. Where the one at hand doesn't, the headless platform's
+// tests of analyses (StretchALineToItsWidth, UnderlineTheCharacterAfterAnAmpersand) are the proof.
+#include "platform/test_picture.h"
+#include "platform/uniscribe.h"
+
+namespace marklet {
+namespace {
+
+constexpr std::uint32_t kFlags = SSA_TAB | SSA_CLIP | SSA_FALLBACK | SSA_BREAK | SSA_GLYPHS;
+
+class ScriptProcessor : public testing::Test {
+ protected:
+  ScriptProcessor() {
+    LOGFONTW record;
+    record.lfHeight = -16;
+    record.lfFaceName = u"DejaVu Sans";
+    picture_.UseFont(record);
+  }
+  Long WidthOf(std::u16string_view text, std::uint32_t flags, Long width) const {
+    const SCRIPT_STRING_ANALYSIS analysis =
+        ScriptStringAnalyse(picture_.Context(), text, flags, width, {}, {}, {});
+    const SIZE* const size = ScriptString_pSize(analysis);
+    const Long result = size != nullptr ? size->cx : -1;
+    ScriptStringFree(analysis);
+    return result;
+  }
+
+  TestPicture picture_{200, 60};
+};
+
+TEST_F(ScriptProcessor, StretchesALineToItsWidth) {
+  const Long natural = WidthOf(u"one two", kFlags, 150), fitted = WidthOf(u"one two", kFlags | SSA_FIT, 150);
+  if (fitted == natural) GTEST_SKIP() << "this script processor knows no SSA_FIT";
+  EXPECT_EQ(fitted, 150);
+}
+
+TEST_F(ScriptProcessor, ShowsNoMarkOfAHotKey) {
+  const Long plain = WidthOf(u"one", kFlags, 150), marked = WidthOf(u"o&ne", kFlags | SSA_HOTKEY, 150);
+  if (marked == WidthOf(u"o&ne", kFlags, 150)) GTEST_SKIP() << "this script processor knows no SSA_HOTKEY";
+  EXPECT_EQ(marked, plain);
+}
+
+}  // namespace
+}  // namespace marklet
