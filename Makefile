@@ -3,7 +3,8 @@
 .DEFAULT_GOAL := help
 
 help:
-	@echo 'make demo     build, and draw captions twice: out/gallery.png natively, out/form.png as live controls'
+	@echo 'make demo     build, and draw captions twice: out/gallery.png natively, out/form.png as live controls;'
+	@echo '              leave the form designer in out/designer'
 	@echo 'make test     build everything and run every test on every platform (STEPS="native" for a part)'
 	@echo 'make test STEPS=quick   build and run the native tests that take no time'
 	@echo 'make bench    measure against the peers: out/bench.md'

@@ -1,6 +1,7 @@
 #include "designer.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 
 #include "commands.h"
@@ -53,24 +54,37 @@ void Add(HMENU bar, const wchar_t* title, HMENU menu) {
 
 constexpr int kWidth = 900, kHeight = 680, kGridWidth = 300, kButtonWidth = 96, kGap = 8;
 
+// As large as the screen lets it be.
+RECT FirstPlace(const Look& look) {
+  RECT room = {};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &room, 0);
+  const LONG left = room.left + look.Pixels(24), top = room.top + look.Pixels(24);
+  return {left, top, std::min(left + look.Pixels(kWidth), room.right),
+          std::min(top + look.Pixels(kHeight), room.bottom)};
+}
+
 }  // namespace
 
 // --- The window -------------------------------------------------------------------------------------------
 
-Designer::Designer(Prompts& prompts, std::vector<Tool> tools, int per_inch, std::function<void()> on_closed)
-    : prompts_(prompts), tools_(std::move(tools)), look_(per_inch), on_closed_(std::move(on_closed)) {
-  constexpr DWORD kFrame = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-  const int left = look_.Pixels(40), top = look_.Pixels(30);
-  window_.Create(
-      {L"MarkletDesigner", kProgramName, kFrame, WS_EX_CONTROLPARENT, GetSysColorBrush(COLOR_BTNFACE)},
-      nullptr, {left, top, left + look_.Pixels(kWidth), top + look_.Pixels(kHeight)},
-      [this](UINT message, WPARAM w, LPARAM l) { return Handle(message, w, l); });
+Designer::Designer(Prompts& prompts, std::vector<Tool> tools, const Appearance& appearance,
+                   std::function<void()> on_closed)
+    : prompts_(prompts),
+      tools_(std::move(tools)),
+      look_(appearance.per_inch),
+      on_closed_(std::move(on_closed)) {
+  window_.Create({L"MarkletDesigner", kProgramName, appearance.frame | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT,
+                  GetSysColorBrush(COLOR_BTNFACE)},
+                 nullptr, FirstPlace(look_),
+                 [this](UINT message, WPARAM w, LPARAM l) { return Handle(message, w, l); });
   CreateMenu();
   CreateButtons();
   status_ = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, 0, 0,
                             0, Window(), nullptr, GetModuleHandleW(nullptr), nullptr);
   SendMessageW(status_, WM_SETFONT, reinterpret_cast<WPARAM>(look_.Font()), TRUE);
-  surface_ = std::make_unique<Surface>(*this, Window(), per_inch);
+  desk_ = std::make_unique<Desk>(Window(), look_);
+  surface_ = std::make_unique<Surface>(*this, desk_->Window(), look_.PerInch());
+  desk_->Hold(surface_->Window());
   grid_ = std::make_unique<PropertyGrid>(*this, Window(), look_);
   keys_ = CreateAcceleratorTableW(const_cast<ACCEL*>(kKeys), static_cast<int>(std::size(kKeys)));
   Layout();
@@ -82,6 +96,7 @@ Designer::~Designer() {
   if (surface_) surface_->Select(nullptr);
   grid_.reset();
   surface_.reset();
+  desk_.reset();
   if (keys_) DestroyAcceleratorTable(keys_);
 }
 
@@ -102,9 +117,9 @@ void Designer::CreateMenu() {
 
 void Designer::CreateButtons() {
   const auto add = [&](int command, const std::wstring& text) {
-    const HWND button = CreateWindowExW(0, L"BUTTON", text.c_str(), WS_CHILD | WS_VISIBLE, 0, 0, 0, 0,
-                                        Window(), reinterpret_cast<HMENU>(static_cast<INT_PTR>(command)),
-                                        GetModuleHandleW(nullptr), nullptr);
+    const HWND button =
+        CreateWindowExW(0, L"BUTTON", text.c_str(), WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, Window(),
+                        std::bit_cast<HMENU>(INT_PTR{command}), GetModuleHandleW(nullptr), nullptr);
     SendMessageW(button, WM_SETFONT, reinterpret_cast<WPARAM>(look_.Font()), TRUE);
     buttons_.push_back(button);
   };
@@ -126,7 +141,8 @@ void Designer::Layout() {
     left += width + gap;
   }
   const int bottom = static_cast<int>(inside.bottom) - status, grid = look_.Pixels(kGridWidth);
-  SetWindowPos(surface_->Window(), nullptr, gap, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  MoveWindow(desk_->Window(), gap, top, std::max(0, static_cast<int>(inside.right) - grid - gap),
+             std::max(0, bottom - top), TRUE);
   MoveWindow(grid_->Window(), static_cast<int>(inside.right) - grid, gap / 2, grid,
              std::max(0, bottom - gap / 2), TRUE);
   MoveWindow(status_, gap, bottom + look_.Pixels(2), std::max(0, static_cast<int>(inside.right) - 2 * gap),
@@ -142,7 +158,7 @@ LRESULT Designer::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       Layout();
       return 0;
     case WM_SETFOCUS:
-      if (surface_) surface_->Focus();
+      if (surface_) Focus(surface_->Glass());
       return 0;
     case WM_CLOSE:
       Close();
@@ -199,7 +215,7 @@ void Designer::Do(int command) {
       if (Element* element = surface_->Selected()) ShowPagesOf(*element, {});
       return;
     case kShowProperties:
-      return grid_->Focus();
+      return grid_->TakeKeyboard();
     case kRun:
       return Run();
     default:
@@ -211,15 +227,17 @@ void Designer::PlaceTool(std::size_t tool) {
   if (tool >= tools_.size()) return;
   Try([&] { surface_->PlaceNew(tools_[tool]); });
   ShowNames();
-  surface_->Focus();
+  Focus(surface_->Glass());
 }
 
+// The control may be gone when the user has closed the pages.
 bool Designer::ShowPagesOf(Element& element, std::optional<DISPID> property) {
-  const bool shown =
-      ShowPages(*static_cast<IUnknown*>(&element.Object()), element.Name(), Window(), property);
-  OnTold(shown ? L"" : element.Name() + L" has no property pages.");
+  const std::wstring name = element.Name();
+  const example::ComPtr<IOleObject> object = &element.Object();
+  const bool shown = ShowPages(*object.Get(), name, Window(), property);
+  OnTold(shown ? L"" : name + L" has no property pages.");
   if (shown) SetDirty(true);  // pages change what no property tells of
-  if (surface_->Selected() == &element) grid_->Refresh(DISPID_UNKNOWN);
+  grid_->Refresh(DISPID_UNKNOWN);
   return shown;
 }
 
@@ -235,7 +253,7 @@ void Designer::Run() {
 void Designer::EndRun() {
   EnableWindow(Window(), TRUE);  // before the other window goes, so that this one comes to the front
   run_.reset();
-  surface_->Focus();
+  Focus(surface_->Glass());
 }
 
 void Designer::Close() {

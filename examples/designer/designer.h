@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "desk.h"
 #include "look.h"
 #include "prompts.h"
 #include "property_grid.h"
@@ -16,8 +17,13 @@ namespace designer {
 
 class Designer final : public SurfaceOwner, public GridOwner {
  public:
+  struct Appearance {
+    int per_inch;  // pixels of the screen
+    DWORD frame = WS_OVERLAPPEDWINDOW;
+  };
   // `on_closed` is called when the user has closed the window. Throws an HRESULT.
-  Designer(Prompts& prompts, std::vector<Tool> tools, int per_inch, std::function<void()> on_closed);
+  Designer(Prompts& prompts, std::vector<Tool> tools, const Appearance& appearance,
+           std::function<void()> on_closed);
   ~Designer();
   Designer(const Designer&) = delete;
   Designer& operator=(const Designer&) = delete;
@@ -67,12 +73,13 @@ class Designer final : public SurfaceOwner, public GridOwner {
   // SurfaceOwner
   void OnSelected() override;
   void OnFormChanged() override;
+  void OnFormSized() override { desk_->Update(); }
   void OnPropertyChanged(Element& element, DISPID id) override;
   bool OnShowPages(Element& element) override { return ShowPagesOf(element, {}); }
   void OnRemoved(const std::wstring& name) override;
   // GridOwner
   void OnTold(const std::wstring& text) override;
-  void OnLeft() override { surface_->Focus(); }
+  void OnLeft() override { Focus(surface_->Glass()); }
   void OnChosen(std::size_t name) override;
   void OnPageWanted(Element& element, DISPID id) override { ShowPagesOf(element, id); }
   std::optional<COLORREF> OnColourWanted(COLORREF colour) override {
@@ -90,6 +97,7 @@ class Designer final : public SurfaceOwner, public GridOwner {
   HACCEL keys_ = nullptr;
   std::vector<HWND> buttons_;
   HWND status_ = nullptr;
+  std::unique_ptr<Desk> desk_;
   std::unique_ptr<Surface> surface_;
   std::unique_ptr<PropertyGrid> grid_;
   std::unique_ptr<RunWindow> run_;

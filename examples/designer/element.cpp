@@ -50,6 +50,11 @@ namespace {
 
 example::Ambients Designing(const std::wstring& name) { return {false, name, COLOR_BTNFACE, COLOR_BTNTEXT}; }
 
+LPARAM NextNumber() {
+  static LPARAM last = 0;
+  return ++last;
+}
+
 }  // namespace
 
 RECT RectOf(const Place& place) { return {place.left, place.top, place.Right(), place.Bottom()}; }
@@ -60,7 +65,10 @@ Place PlaceOf(const RECT& rect) {
 
 Element::Element(ElementOwner& owner, HWND surface, const CLSID& id, const std::wstring& name,
                  const Place& place, const example::Start& start)
-    : id_(id), name_(name), control_(id, surface, RectOf(place), Designing(name), start) {
+    : number_(NextNumber()),
+      id_(id),
+      name_(name),
+      control_(id, surface, RectOf(place), Designing(name), start) {
   try {
     control_.Activate();
   } catch (HRESULT) {  // it is drawn instead

@@ -33,6 +33,7 @@ class Element {
   Element(const Element&) = delete;
   Element& operator=(const Element&) = delete;
 
+  LPARAM Number() const { return number_; }  // no other has the same, not even after it
   const std::wstring& Name() const { return name_; }
   const CLSID& ClassId() const { return id_; }
   const std::vector<Property>& Properties() const { return properties_; }
@@ -52,6 +53,7 @@ class Element {
   class Watcher;
   void Watch();
 
+  LPARAM number_;
   CLSID id_;
   std::wstring name_;
   example::Control control_;

@@ -60,7 +60,7 @@ int Show(const std::vector<std::wstring>& arguments) {
                  L"manifest beside this program.");
     return 1;
   }
-  Designer designer(prompts, tools, SystemPerInch(), [] { PostQuitMessage(0); });
+  Designer designer(prompts, tools, {SystemPerInch()}, [] { PostQuitMessage(0); });
   ShowWindow(designer.Window(), SW_SHOWDEFAULT);
   if (!arguments.empty() && arguments[0].starts_with(L"--")) {
     PlaceSample(designer);

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <bit>
 
 #include "property_value.h"
 
@@ -78,9 +79,8 @@ PropertyGrid::PropertyGrid(GridOwner& owner, HWND parent, const Look& look) : ow
 }
 
 HWND PropertyGrid::Child(const wchar_t* kind, int id, DWORD style, DWORD extended) {
-  const HWND child =
-      CreateWindowExW(extended, kind, L"", WS_CHILD | style, 0, 0, 10, 10, Window(),
-                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+  const HWND child = CreateWindowExW(extended, kind, L"", WS_CHILD | style, 0, 0, 10, 10, Window(),
+                                     std::bit_cast<HMENU>(INT_PTR{id}), GetModuleHandleW(nullptr), nullptr);
   if (!child) throw E_FAIL;
   Send(child, WM_SETFONT, reinterpret_cast<WPARAM>(look_.Font()));
   return child;
@@ -115,6 +115,12 @@ void PropertyGrid::Show(Element* element) {
   if (element_)
     for (const Property& property : element_->Properties())
       values_.push_back(ReadValue(element_->Dispatch(), property));
+  FillList();
+}
+
+void PropertyGrid::Select(const std::wstring& property) {
+  last_ = property;
+  last_is_heading_ = false;
   FillList();
 }
 
@@ -185,7 +191,7 @@ void PropertyGrid::HideEditor() {
   setting_ = true;  // it isn't left by the user
   for (const int id : {kEdit, kChoices, kMore}) ShowWindow(Item(id), SW_HIDE);
   setting_ = false;
-  if (had_focus) SetFocus(Item(kList));
+  if (had_focus) Focus(Item(kList));
 }
 
 // In the row that is selected, with what the control says now.
@@ -253,7 +259,8 @@ void PropertyGrid::Commit() {
 void PropertyGrid::Set(const std::wstring& text) {
   const Property property = *CurrentProperty();
   setting_ = true;
-  const auto complaint = WriteValue(element_->Dispatch(), property, text);
+  const example::ComPtr<IDispatch> control = &element_->Dispatch();  // it may be let go inside
+  const auto complaint = WriteValue(*control.Get(), property, text);
   setting_ = false;
   owner_.OnTold(complaint ? property.name + L" stays as it was: " + *complaint : L"");
   Refresh(property.id);
@@ -286,10 +293,10 @@ LRESULT PropertyGrid::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       OnCommand(LOWORD(wparam), HIWORD(wparam));
       return 0;
     case WM_MEASUREITEM:
-      reinterpret_cast<MEASUREITEMSTRUCT*>(lparam)->itemHeight = static_cast<UINT>(RowHeight());
+      std::bit_cast<MEASUREITEMSTRUCT*>(lparam)->itemHeight = static_cast<UINT>(RowHeight());
       return TRUE;
     case WM_DRAWITEM:
-      Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(lparam));
+      Draw(*std::bit_cast<const DRAWITEMSTRUCT*>(lparam));
       return TRUE;
     default:
       return window_.Default(message, wparam, lparam);
@@ -320,8 +327,8 @@ void PropertyGrid::OnCommand(int id, int code) {
 
 LRESULT CALLBACK PropertyGrid::ListProcedure(HWND list, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                              DWORD_PTR grid) {
-  auto& self = *reinterpret_cast<PropertyGrid*>(grid);
-  const auto* asked = reinterpret_cast<const MSG*>(lparam);
+  auto& self = *std::bit_cast<PropertyGrid*>(grid);
+  const auto* asked = std::bit_cast<const MSG*>(lparam);
   if (message == WM_GETDLGCODE && asked && asked->message == WM_KEYDOWN &&
       (asked->wParam == VK_RETURN || asked->wParam == VK_ESCAPE))
     return DLGC_WANTMESSAGE;
@@ -363,8 +370,8 @@ bool PropertyGrid::OnListKey(UINT message, WPARAM key) {
 
 LRESULT CALLBACK PropertyGrid::EditProcedure(HWND edit, UINT message, WPARAM wparam, LPARAM lparam, UINT_PTR,
                                              DWORD_PTR grid) {
-  auto& self = *reinterpret_cast<PropertyGrid*>(grid);
-  const auto* asked = reinterpret_cast<const MSG*>(lparam);
+  auto& self = *std::bit_cast<PropertyGrid*>(grid);
+  const auto* asked = std::bit_cast<const MSG*>(lparam);
   if (message == WM_GETDLGCODE && asked && (asked->wParam == VK_RETURN || asked->wParam == VK_ESCAPE))
     return DLGC_WANTMESSAGE;
   if (message == WM_CHAR && (wparam == L'\r' || wparam == L'\x1B')) return 0;  // no beep
@@ -375,18 +382,18 @@ LRESULT CALLBACK PropertyGrid::EditProcedure(HWND edit, UINT message, WPARAM wpa
 bool PropertyGrid::OnEditKey(WPARAM key) {
   if (key == VK_RETURN) {
     Commit();
-    SetFocus(Item(kList));
+    Focus(Item(kList));
     return true;
   }
   if (key == VK_ESCAPE) {
     ShowEditor();  // with the value as it is
-    SetFocus(Item(kList));
+    Focus(Item(kList));
     return true;
   }
   const bool moves = (key == VK_UP || key == VK_DOWN) && Editor() == Item(kEdit);
   if (!moves) return false;
   Commit();
-  SetFocus(Item(kList));
+  Focus(Item(kList));
   Send(Item(kList), WM_KEYDOWN, key, 1);
   return true;
 }

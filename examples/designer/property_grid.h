@@ -49,11 +49,12 @@ class PropertyGrid {
 
   void ShowNames(const std::vector<std::wstring>& names, std::optional<std::size_t> selected);
   void Show(Element* element);  // null: nothing
+  void Select(const std::wstring& property);
   // A property has another value; DISPID_UNKNOWN: all may have.
   void Refresh(DISPID id);
   // Sets what is being edited.
   void Commit();
-  void Focus() { SetFocus(Item(kList)); }
+  void TakeKeyboard() { Focus(Item(kList)); }
 
  private:
   LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);

@@ -1,6 +1,7 @@
 #include "run_window.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "element.h"
 #include "property_value.h"
@@ -46,8 +47,7 @@ void RunWindow::Create(const std::wstring& title, HWND owner, SIZE form) {
 }
 
 void RunWindow::Place(const SavedControl& saved) {
-  CLSID id;
-  std::copy(saved.class_id.begin(), saved.class_id.end(), reinterpret_cast<std::uint8_t*>(&id));
+  const auto id = std::bit_cast<CLSID>(saved.class_id);
   const std::wstring name(saved.name.begin(), saved.name.end());
   try {
     auto control = std::make_unique<example::Control>(

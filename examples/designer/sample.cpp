@@ -1,5 +1,7 @@
 #include "sample.h"
 
+#include <bit>
+
 #include "commands.h"
 #include "shared/picture.h"
 #include "shared/program.h"
@@ -29,12 +31,12 @@ constexpr int kStrip = 104, kBrowse = 106;  // on the page for images
 // The page's window, which is the parent of its button.
 BOOL CALLBACK FindStrip(HWND window, LPARAM found) {
   const bool is_there = GetDlgCtrlID(window) == kStrip && GetDlgItem(GetParent(window), kBrowse);
-  if (is_there) *reinterpret_cast<HWND*>(found) = window;
+  if (is_there) *std::bit_cast<HWND*>(found) = window;
   return !is_there;
 }
 BOOL CALLBACK FindStripIn(HWND window, LPARAM found) {
   EnumChildWindows(window, FindStrip, found);
-  return *reinterpret_cast<HWND*>(found) == nullptr;
+  return *std::bit_cast<HWND*>(found) == nullptr;
 }
 HWND StripOfPage() {
   HWND found = nullptr;
@@ -60,13 +62,15 @@ void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
   GetWindowRect(request.window, &whole);
   GetWindowRect(frame, &over);
   const int left = static_cast<int>(whole.left) + 60,
-            top = static_cast<int>(whole.bottom - (over.bottom - over.top)) - 16;
+            top = static_cast<int>(whole.bottom - (over.bottom - over.top)) - 32;
   SetWindowPos(frame, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
   SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 8));
   SendMessageW(strip, WM_LBUTTONUP, 0, MAKELPARAM(30, 8));
   example::HandleMessagesFor(1000);
   GetWindowRect(frame, &over);
   UnionRect(&whole, &whole, &over);
+  const RECT screen = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+  IntersectRect(&whole, &whole, &screen);
   request.done = example::SavePicture(whole, request.file);
   PostMessageW(GetParent(GetParent(strip)), WM_COMMAND, IDCANCEL, 0);
   PostMessageW(frame, WM_COMMAND, IDCANCEL, 0);
@@ -88,6 +92,7 @@ void PlaceSample(Designer& designer) {
   }
   designer.Form().Resize({Scaled(kFormWidth, SystemPerInch(), 96), Scaled(kFormHeight, SystemPerInch(), 96)});
   designer.Form().Select(designer.Form().Elements()[1].get());
+  designer.Grid().Select(L"ImageKey");
 }
 
 bool TakePicture(Designer& designer, const std::wstring& file) {

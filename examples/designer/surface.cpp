@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 
 #include "property_value.h"
 
@@ -36,6 +37,7 @@ Surface::Surface(SurfaceOwner& owner, HWND parent, int per_inch) : owner_(owner)
                 [this](UINT message, WPARAM w, LPARAM l) { return OnGlass(message, w, l); });
   frame_.Create({L"MarkletDesignerFrame", L"", WS_CHILD | WS_CLIPSIBLINGS}, Window(), {},
                 [this](UINT message, WPARAM w, LPARAM l) { return OnFrame(message, w, l); });
+  form_.Default(WM_NCACTIVATE, TRUE, 0);  // its title is that of a window in use
   Resize({Pixels(kDefaultWidth), Pixels(kDefaultHeight)});
 }
 
@@ -59,10 +61,6 @@ void Surface::Select(Element* element) {
   selected_ = element;
   ShowFrame();
   owner_.OnSelected();
-}
-
-void Surface::Focus() {
-  if (GetAncestor(Glass(), GA_ROOT) == GetActiveWindow()) SetFocus(Glass());
 }
 
 void Surface::SelectNext(bool back) {
@@ -136,8 +134,7 @@ SavedForm Surface::Saved() const {
   SavedForm form = {ToTwips(size.cx, per_inch_), ToTwips(size.cy, per_inch_), {}};
   for (const auto& element : elements_) {
     SavedControl control;
-    std::copy_n(reinterpret_cast<const std::uint8_t*>(&element->ClassId()), control.class_id.size(),
-                control.class_id.begin());
+    control.class_id = std::bit_cast<decltype(control.class_id)>(element->ClassId());
     control.name.assign(element->Name().begin(), element->Name().end());
     control.place = ToTwips(element->GetPlace(), per_inch_);
     try {
@@ -154,8 +151,7 @@ SavedForm Surface::Saved() const {
 void Surface::Load(const SavedForm& form, const std::vector<Tool>& tools) {
   std::vector<std::unique_ptr<Element>> loaded;
   for (const SavedControl& control : form.controls) {
-    CLSID id;
-    std::copy(control.class_id.begin(), control.class_id.end(), reinterpret_cast<std::uint8_t*>(&id));
+    const auto id = std::bit_cast<CLSID>(control.class_id);
     const std::wstring name(control.name.begin(), control.name.end());
     if (std::ranges::none_of(tools, [&](const Tool& tool) { return tool.id == id; }))
       throw Refusal{name + L" is a control that this program doesn't offer."};
@@ -187,13 +183,10 @@ void Surface::OnPlaced(Element& element) {
 }
 
 // The control still runs: it is let go when its call has ended.
-void Surface::OnClosed(Element& element) {
-  PostMessageW(Window(), kRemoveClosed, 0, reinterpret_cast<LPARAM>(&element));
-}
+void Surface::OnClosed(Element& element) { PostMessageW(Window(), kRemoveClosed, 0, element.Number()); }
 
-void Surface::RemoveClosed(LPARAM closed) {
-  const auto at = std::ranges::find_if(
-      elements_, [&](const auto& element) { return reinterpret_cast<LPARAM>(element.get()) == closed; });
+void Surface::RemoveClosed(LPARAM number) {
+  const auto at = std::ranges::find(elements_, number, [](const auto& element) { return element->Number(); });
   if (at == elements_.end()) return;
   if (at->get() == selected_) Select(nullptr);
   const std::unique_ptr<Element> gone = std::move(*at);
@@ -221,7 +214,7 @@ LRESULT Surface::OnForm(UINT message, WPARAM wparam, LPARAM lparam) {
   switch (message) {
     case WM_ERASEBKGND:
     case WM_PRINTCLIENT:  // for controls that show what lies behind them
-      PaintForm(reinterpret_cast<HDC>(wparam));
+      PaintForm(std::bit_cast<HDC>(wparam));
       return 1;
     case WM_PAINT: {
       const Painting painting(Window());
@@ -232,6 +225,7 @@ LRESULT Surface::OnForm(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_SIZE:
       SetWindowPos(Glass(), nullptr, 0, 0, LOWORD(lparam), HIWORD(lparam),
                    SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      owner_.OnFormSized();
       return 0;
     case WM_EXITSIZEMOVE:
       owner_.OnFormChanged();
@@ -348,7 +342,7 @@ LRESULT Surface::OnGlass(UINT message, WPARAM wparam, LPARAM lparam) {
 }
 
 void Surface::OnButton(Point point) {
-  Focus();
+  Focus(Glass());
   Grip grip = selected_ ? GripAt(selected_->GetPlace(), HandleSize(), point) : Grip::None;
   if (grip == Grip::None || grip == Grip::Body) {
     Select(At(point));

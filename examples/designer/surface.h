@@ -31,6 +31,7 @@ class SurfaceOwner {
  public:
   virtual void OnSelected() = 0;
   virtual void OnFormChanged() = 0;  // anything that would be saved
+  virtual void OnFormSized() = 0;
   virtual void OnPropertyChanged(Element& element, DISPID id) = 0;
   virtual bool OnShowPages(Element& element) = 0;
   virtual void OnRemoved(const std::wstring& name) = 0;  // by itself
@@ -51,8 +52,6 @@ class Surface final : public ElementOwner {
   const std::vector<std::unique_ptr<Element>>& Elements() const { return elements_; }
   Element* Selected() const { return selected_; }
   void Select(Element* element);
-  // Takes the keyboard, if the form's window is the one that the user works in.
-  void Focus();
   void SelectNext(bool back);
 
   // Throws a Refusal.
@@ -89,7 +88,7 @@ class Surface final : public ElementOwner {
   void MoveSelected(const Place& place);
   void ShowFrame();
   void RaiseGlass();
-  void RemoveClosed(LPARAM element);
+  void RemoveClosed(LPARAM number);
 
   Element* At(Point point) const;
   Place NewPlace() const;

@@ -1,29 +1,29 @@
 #include "window.h"
 
-#include <exception>
+#include <bit>
 
 namespace designer {
 
 // Nothing may be thrown through the system. A step that fails is a step that isn't done.
 LRESULT CALLBACK OwnWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_NCCREATE) {
-    const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+    const auto* creation = std::bit_cast<const CREATESTRUCTW*>(lparam);
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
     static_cast<OwnWindow*>(creation->lpCreateParams)->window_ = window;
   }
-  auto* own = reinterpret_cast<OwnWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  auto* own = std::bit_cast<OwnWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (own && message == WM_NCDESTROY) {
     own->window_ = nullptr;
     SetWindowLongPtrW(window, GWLP_USERDATA, 0);
     own = nullptr;
   }
   if (!own || !own->handler_) return DefWindowProcW(window, message, wparam, lparam);
+  const Handler handler = own->handler_;  // it may end the window, and with it itself
   try {
-    return own->handler_(message, wparam, lparam);
-  } catch (HRESULT) {
-  } catch (const std::exception&) {
+    return handler(message, wparam, lparam);
+  } catch (...) {
+    return 0;
   }
-  return 0;
 }
 
 void OwnWindow::Create(const Look& look, HWND parent, const RECT& place, Handler handler) {
@@ -50,6 +50,10 @@ void OwnWindow::Create(const Look& look, HWND parent, const RECT& place, Handler
 void OwnWindow::Destroy() {
   handler_ = nullptr;
   if (window_) DestroyWindow(window_);
+}
+
+void Focus(HWND window) {
+  if (GetAncestor(window, GA_ROOT) == GetActiveWindow()) SetFocus(window);
 }
 
 std::wstring TextOf(HWND window) {

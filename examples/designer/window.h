@@ -56,4 +56,7 @@ class Painting {
 
 std::wstring TextOf(HWND window);
 
+// Gives a window the keyboard, if it belongs to the one that the user works in.
+void Focus(HWND window);
+
 }  // namespace designer
