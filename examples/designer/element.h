@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "examples/shared/control.h"
 #include "place.h"
 #include "properties.h"
-#include "shared/control.h"
 
 namespace designer {
 

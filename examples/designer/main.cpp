@@ -15,8 +15,8 @@
 #include <cstdio>
 
 #include "designer.h"
+#include "examples/shared/program.h"
 #include "sample.h"
-#include "shared/program.h"
 
 namespace designer {
 namespace {

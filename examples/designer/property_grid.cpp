@@ -319,7 +319,7 @@ void PropertyGrid::OnCommand(int id, int code) {
     const LRESULT chosen = Send(Item(kChoices), CB_GETCURSEL);
     const auto choices = CurrentProperty() ? ChoicesOf(*CurrentProperty()) : std::vector<std::wstring>();
     if (chosen >= 0 && static_cast<std::size_t>(chosen) < choices.size()) {
-      const std::wstring text = choices[static_cast<std::size_t>(chosen)];
+      const std::wstring& text = choices[static_cast<std::size_t>(chosen)];
       if (text != Value(Current()->entry)) Set(text);
     }
   }

@@ -4,9 +4,9 @@
 #include <bit>
 
 #include "element.h"
+#include "examples/shared/event_log.h"
 #include "property_value.h"
 #include "refusal.h"
-#include "shared/event_log.h"
 
 namespace designer {
 namespace {

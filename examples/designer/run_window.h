@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "examples/shared/control.h"
 #include "file_format.h"
 #include "look.h"
-#include "shared/control.h"
 #include "window.h"
 
 namespace designer {

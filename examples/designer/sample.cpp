@@ -3,8 +3,8 @@
 #include <bit>
 
 #include "commands.h"
-#include "shared/picture.h"
-#include "shared/program.h"
+#include "examples/shared/picture.h"
+#include "examples/shared/program.h"
 
 namespace designer {
 namespace {

@@ -75,7 +75,7 @@ void Surface::SelectNext(bool back) {
 
 std::wstring Surface::NewName(const Tool& tool) const {
   for (int number = 1;; ++number) {
-    const std::wstring name = tool.name + std::to_wstring(number);
+    std::wstring name = tool.name + std::to_wstring(number);
     if (std::ranges::none_of(elements_, [&](const auto& element) { return element->Name() == name; }))
       return name;
   }
@@ -320,8 +320,6 @@ LRESULT Surface::OnGlass(UINT message, WPARAM wparam, LPARAM lparam) {
       OnMouse(PointOf(lparam), (wparam & MK_CONTROL) != 0);
       return 0;
     case WM_LBUTTONUP:
-      EndDrag(true);
-      return 0;
     case WM_CAPTURECHANGED:
       EndDrag(true);
       return 0;

@@ -17,10 +17,10 @@
 #include <vector>
 
 #include "contents.h"
-#include "shared/control.h"
-#include "shared/event_log.h"
-#include "shared/picture.h"
-#include "shared/program.h"
+#include "examples/shared/control.h"
+#include "examples/shared/event_log.h"
+#include "examples/shared/picture.h"
+#include "examples/shared/program.h"
 
 namespace form {
 namespace {
