@@ -1,6 +1,7 @@
 // Captions of ten words in scripts that need shaping, beside the same ones in a Pango label.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,7 @@ struct Captions {
 
   std::vector<std::u16string> All(bool for_pango) const {
     std::vector<std::u16string> all;
+    all.reserve(static_cast<std::size_t>(NumberOf(vocabulary)));
     for (int number = 0; number < NumberOf(vocabulary); ++number)
       all.push_back(Caption(script, kind, number, vocabulary, for_pango));
     return all;
@@ -76,8 +78,10 @@ void Marklet(benchmark::State& state, const Captions& captions) {
 
 void Pango(benchmark::State& state, const Captions& captions) {
   PangoLabel label;
-  std::vector<std::string> texts;
-  for (const std::u16string& text : captions.All(true)) texts.push_back(WideCharToMultiByte(CP_UTF8, text));
+  const std::vector<std::u16string> wide = captions.All(true);
+  std::vector<std::string> texts(wide.size());
+  std::transform(wide.begin(), wide.end(), texts.begin(),
+                 [](const std::u16string& text) { return WideCharToMultiByte(CP_UTF8, text); });
   for (std::size_t next = 0; state.KeepRunning(); next = (next + 1) % texts.size()) {
     label.SetMarkup(texts[next]);
     label.Draw();

@@ -57,7 +57,7 @@ Ink InkOf(const Canvas& canvas) {
   Ink ink;
   for (Long y = view.height - 1; y >= 0; --y)
     for (Long x = 0; x < view.width; ++x)
-      ink.push_back(255 - view.bits[std::ptrdiff_t{y} * view.stride + 3 * x]);
+      ink.push_back(255 - view.bits[std::ptrdiff_t{y} * view.stride + std::ptrdiff_t{x} * 3]);
   return ink;
 }
 
@@ -65,7 +65,8 @@ Ink InkOf(const Canvas& canvas) {
 Ink Inside(Ink ink) {
   for (Long y = 0; y < kHeight; ++y)
     for (Long x = 0; x < kWidth; ++x)
-      if (y < kTop || x < kLeft || x >= kWidth - kLeft) ink[static_cast<std::size_t>(y * kWidth + x)] = 0;
+      if (y < kTop || x < kLeft || x >= kWidth - kLeft)
+        ink[static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x)] = 0;
   return ink;
 }
 
