@@ -101,7 +101,6 @@ HRESULT Site::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* 
     case DISPID_AMBIENT_USERMODE:
       return give_truth(ambients_.running);
     case DISPID_AMBIENT_UIDEAD:
-      return give_truth(false);
     case DISPID_AMBIENT_SHOWHATCHING:  // who designs the form sees its own handles
     case DISPID_AMBIENT_SHOWGRABHANDLES:
       return give_truth(false);

@@ -361,6 +361,20 @@ TEST_F(FormDesigner, RefusesAFileThatIsCutOffAndKeepsTheForm) {
   EXPECT_NE(std::wstring::npos, bench.answers.told.back().find(L"can't be read"));
 }
 
+TEST_F(FormDesigner, RefusesAFileThatIsTooLargeWithoutReadingIt) {
+  const HANDLE file = CreateFileW(path_.Get().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  LARGE_INTEGER size = {};
+  size.QuadPart = LONGLONG{designer::kLargestFile} + 1;
+  ASSERT_TRUE(SetFilePointerEx(file, size, nullptr, FILE_BEGIN));
+  ASSERT_TRUE(SetEndOfFile(file));
+  CloseHandle(file);
+  Bench bench;
+  EXPECT_FALSE(bench.Get().Open(path_.Get()));
+  ASSERT_EQ(1u, bench.answers.told.size());
+  EXPECT_NE(std::wstring::npos, bench.answers.told[0].find(L"is too large for a form"));
+}
+
 TEST_F(FormDesigner, RefusesAControlThatItDoesntOffer) {
   Bench bench;
   bench.Place();
