@@ -67,6 +67,16 @@ class Bench {
   }
   void Key(WPARAM key) { SendMessageW(Get().Form().Glass(), WM_KEYDOWN, key, 1); }
 
+  // A key as the loop of messages gets it, before a window does. False: it was nobody's.
+  bool Press(HWND window, WPARAM key) {
+    MSG message = {};
+    message.hwnd = window;
+    message.message = WM_KEYDOWN;
+    message.wParam = key;
+    message.lParam = 1;
+    return Get().Translate(message);
+  }
+
   // The list of properties.
   HWND Item(int id) { return Get().Grid().Item(id); }
   bool SelectRow(const std::wstring& name) {
@@ -92,13 +102,16 @@ class Bench {
     if (!SelectRow(name) || !Editor()) return L"nothing";
     return designer::TextOf(Editor());
   }
+  HWND EditorText() {
+    const HWND inner = GetWindow(Editor(), GW_CHILD);
+    return inner ? inner : Editor();
+  }
   // Types a value over the one that is there, and Enter.
   void Type(const std::wstring& name, const std::wstring& value) {
     ASSERT_TRUE(SelectRow(name));
     ASSERT_TRUE(Editor());
     SetWindowTextW(Editor(), value.c_str());
-    const HWND text = GetWindow(Editor(), GW_CHILD) ? GetWindow(Editor(), GW_CHILD) : Editor();
-    SendMessageW(text, WM_KEYDOWN, VK_RETURN, 1);
+    SendMessageW(EditorText(), WM_KEYDOWN, VK_RETURN, 1);
   }
   void PressMore() { SendMessageW(Item(PropertyGrid::kMore), BM_CLICK, 0, 0); }
   std::vector<std::wstring> Rows() {

@@ -126,6 +126,31 @@ TEST_F(FormDesigner, ObeysTheKeyboard) {
   EXPECT_EQ(nullptr, bench.Get().Form().Selected());
 }
 
+TEST_F(FormDesigner, LetsKeysThroughToWhatTheyAreFor) {
+  Bench bench;
+  Element& first = bench.Place();
+  bench.Place();
+  const HWND glass = bench.Get().Form().Glass();
+  EXPECT_TRUE(bench.Press(glass, VK_TAB));
+  EXPECT_EQ(&first, bench.Get().Form().Selected());
+  EXPECT_TRUE(bench.Press(glass, VK_RIGHT));
+  EXPECT_EQ(24, first.GetPlace().left);
+  for (const auto& [name, value] : {std::pair{L"Caption", L"typed"}, std::pair{L"WordWrap", L"False"}}) {
+    ASSERT_TRUE(bench.SelectRow(name));
+    SetWindowTextW(bench.Editor(), value);
+    EXPECT_TRUE(bench.Press(bench.EditorText(), VK_RETURN));
+    EXPECT_EQ(value, bench.Shown(name));
+    SetWindowTextW(bench.Editor(), L"half");
+    EXPECT_TRUE(bench.Press(bench.EditorText(), VK_ESCAPE));
+    EXPECT_EQ(value, bench.Shown(name));
+  }
+  EXPECT_EQ(L"typed", Text(first, L"Caption"));
+  EXPECT_TRUE(bench.Press(bench.Item(PropertyGrid::kList), VK_F5));
+  ASSERT_TRUE(bench.Get().Running());
+  EXPECT_TRUE(bench.Press(bench.Get().Running()->Events(), VK_ESCAPE));
+  EXPECT_FALSE(bench.Get().Running());
+}
+
 TEST_F(FormDesigner, FollowsAControlThatTakesItsOwnSize) {
   Bench bench;
   Element& element = bench.Place();
