@@ -1,6 +1,7 @@
 // The control's page for images in a frame of the system's, which runs a loop of its own.
 #pragma once
 
+#include <bit>
 #include <functional>
 #include <string>
 
@@ -18,12 +19,12 @@ inline std::string Narrow(const std::wstring& text) {
 
 inline BOOL CALLBACK FindBelow(HWND child, LPARAM found) {
   if (GetDlgCtrlID(child) != kBrowse || PageHost::TextOf(child) != L"Browse Icons...") return TRUE;
-  *reinterpret_cast<HWND*>(found) = GetParent(child);
+  *std::bit_cast<HWND*>(found) = GetParent(child);
   return FALSE;
 }
 inline BOOL CALLBACK FindIn(HWND window, LPARAM found) {
   EnumChildWindows(window, FindBelow, found);
-  return *reinterpret_cast<HWND*>(found) == nullptr;
+  return *std::bit_cast<HWND*>(found) == nullptr;
 }
 
 // The page's window below a frame of this thread.
