@@ -1,6 +1,7 @@
 // A transparent control in hosts whose forms keep no picture of themselves: it looks as if only what it draws
 // itself were there.
 #include <array>
+#include <bit>
 #include <functional>
 #include <list>
 #include <memory>
@@ -25,10 +26,10 @@ struct Drawing {
   std::function<bool(HDC dc, const RECT&client)> erase, print, paint;  // empty: the system's own answer
 };
 LRESULT CALLBACK DrawingProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
-  const auto* drawing = reinterpret_cast<const Drawing*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  const auto* drawing = std::bit_cast<const Drawing*>(GetWindowLongPtrW(window, GWLP_USERDATA));
   RECT client = {};
   GetClientRect(window, &client);
-  const HDC given = reinterpret_cast<HDC>(wparam);
+  const HDC given = std::bit_cast<HDC>(wparam);
   if (drawing && message == WM_ERASEBKGND && drawing->erase) return drawing->erase(given, client);
   if (drawing && message == WM_PRINTCLIENT && drawing->print) return drawing->print(given, client);
   if (drawing && message == WM_PAINT && drawing->paint) {

@@ -1,9 +1,11 @@
 // A form in memory, as a control finds it by the names of its members.
 #pragma once
 
+#include <bit>
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bitmaps/cdib24.h"
@@ -98,8 +100,9 @@ struct MemoryForm {
         pixel[1] = static_cast<std::uint8_t>(GreenOf(colour));
         pixel[2] = static_cast<std::uint8_t>(RedOf(colour));
       }
-    for (const auto& [object, handle] : {std::pair{form, kForm}, {frame, kFrame}}) {
-      object->handles["hwnd"] = [handle] { return handle; };
+    for (const auto& entry : {std::pair{form, kForm}, {frame, kFrame}}) {
+      const auto& object = entry.first;
+      object->handles["hwnd"] = [handle = entry.second] { return handle; };
       object->numbers["AutoRedraw"] = 0;
       object->numbers["ScaleMode"] = 3;
       // While AutoRedraw is off this is the screen.
@@ -119,7 +122,7 @@ struct MemoryForm {
     extender->numbers["Left"] = left;
     extender->numbers["Top"] = top;
   }
-  static HWND Window(std::intptr_t handle) { return reinterpret_cast<HWND>(handle); }
+  static HWND Window(std::intptr_t handle) { return std::bit_cast<HWND>(handle); }
   static constexpr std::intptr_t kForm = 0x10010, kFrame = 0x10020;
 
   MemoryObject::Log TakeLog() { return std::exchange(log, {}); }
