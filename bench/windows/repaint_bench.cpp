@@ -81,6 +81,7 @@ void MeasureRepaint(Report& report, const std::vector<std::string>& lines) {
 
 void MeasureForm(Report& report) {
   std::vector<std::unique_ptr<FullControl>> form;
+  form.reserve(kControls);
   for (int number = 0; number < kControls; ++number) form.push_back(std::make_unique<FullControl>(number));
   const auto paint_all = [&] {
     for (const auto& full : form) {

@@ -418,8 +418,9 @@ static_assert(IsWhole());
 
 // --- Look-up when the program is compiled -----------------------------------------------------------------
 
-// The row that is saved under a key. A key that no row has is an error of the compiler.
-consteval const PropertyRow& RowSavedAs(std::string_view key) {
+// The row that is saved under a key. A key that no row has is an error of the compiler: this is used in
+// constants only.
+constexpr const PropertyRow& RowSavedAs(std::string_view key) {
   for (const PropertyRow* row : kAllRows)
     if (!key.empty() && row->saved.key == key) return *row;
   throw "no property is saved under this key";

@@ -1,6 +1,7 @@
 // CCommonDialog: the platform's dialog that asks for a file to open.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -45,7 +46,7 @@ class CCommonDialog {
     std::u16string initial_directory, title, default_extension;
     HWND owner = nullptr;  // kNoOwner for none
   };
-  static inline const HWND kNoOwner = reinterpret_cast<HWND>(~std::uintptr_t{0});
+  static inline const HWND kNoOwner = std::bit_cast<HWND>(~std::uintptr_t{0});
 
   // Whether a file was chosen. The filter is then the pair that was chosen by (FilterEntry); without a choice
   // the texts come back empty, the flags 0 and the index -1.

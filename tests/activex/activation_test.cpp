@@ -253,7 +253,7 @@ TEST_F(Activation, IsNotPlacedAgainWhereItIs) {
   const RECT rect = {5, 6, 105, 46}, other = {5, 6, 106, 46};
   const auto place = As<IOleInPlaceObject>(object_);
   EXPECT_EQ(S_OK, place->SetObjectRects(&rect, &container_.clip));
-  SetPropW(window_, L"former", reinterpret_cast<HANDLE>(GetWindowLongPtrW(window_, GWLP_WNDPROC)));
+  SetPropW(window_, L"former", std::bit_cast<HANDLE>(GetWindowLongPtrW(window_, GWLP_WNDPROC)));
   SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountPlacing));
   EXPECT_EQ(S_OK, place->SetObjectRects(&rect, &container_.clip));
   EXPECT_FALSE(GetPropW(window_, L"placed"));

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "activex/com/boundary.h"
+#include "activex/com/com_object.h"
 #include "activex/com/module.h"
 #include "activex/page/open_file_dialog.h"
 #include "activex/page/selected_object.h"
@@ -38,8 +39,8 @@ class ImagePage final : public IPropertyPage2, private ImagePageView, private pa
   STDMETHODIMP EditProperty(DISPID id) override;
 
  private:
-  ImagePage() = default;
-  ~ImagePage() = default;
+  ImagePage() { GiveToOthers(this); }
+  ~ImagePage() override = default;
   template <typename Body>
   void Flow(Body&& body);
   void ShowEnabled();

@@ -3,6 +3,8 @@
 // commctrl.h needs windows.h first.
 #include <commctrl.h>
 
+#include <bit>
+
 #include "activex/com/boundary.h"
 #include "activex/com/module.h"
 #include "activex/page/arrow_button.h"
@@ -79,14 +81,14 @@ void Window::CreateControls() {
   const ::HWND strip = Control(Item::Strip);
   if (!strip) return;
   ::SetWindowLongPtrW(strip, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  strip_procedure_ = reinterpret_cast<WNDPROC>(
+  strip_procedure_ = std::bit_cast<WNDPROC>(
       ::SetWindowLongPtrW(strip, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&StripProcedure)));
 }
 
 ::HWND Window::CreateControl(const ControlRow& row) {
   const KindRow& kind = kKinds[static_cast<int>(row.kind)];
   const DWORD drawn = draws_arrows_ && IsArrow(row.item) ? BS_OWNERDRAW : 0;
-  const auto id = reinterpret_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.item)));
+  const auto id = std::bit_cast<HMENU>(static_cast<INT_PTR>(IdOf(row.item)));
   // The labels reach a little below what stands under them.
   const ::HWND control = ::CreateWindowExW(kind.extended_style, kind.class_name, row.caption,
                                            WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | kind.style | drawn, 0, 0,
@@ -204,10 +206,10 @@ bool Window::MoveFocus(bool back) {
 INT_PTR CALLBACK Window::Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
   if (message == WM_INITDIALOG) {
     ::SetWindowLongPtrW(window, DWLP_USER, lparam);
-    reinterpret_cast<Window*>(lparam)->window_ = window;
+    std::bit_cast<Window*>(lparam)->window_ = window;
     return FALSE;  // the frame sets the focus
   }
-  auto* const self = reinterpret_cast<Window*>(::GetWindowLongPtrW(window, DWLP_USER));
+  auto* const self = std::bit_cast<Window*>(::GetWindowLongPtrW(window, DWLP_USER));
   if (!self) return FALSE;
   const ComPtr<IUnknown> keeper(&self->input_.Keeper());
   INT_PTR result = FALSE;
@@ -227,7 +229,7 @@ INT_PTR Window::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
       OnPaint();
       return TRUE;
     case WM_DRAWITEM: {
-      const auto& button = *reinterpret_cast<const DRAWITEMSTRUCT*>(lparam);
+      const auto& button = *std::bit_cast<const DRAWITEMSTRUCT*>(lparam);
       DrawArrowButton(button, button.CtlID == static_cast<UINT>(IdOf(Item::Previous)));
       return TRUE;
     }
@@ -269,7 +271,7 @@ void Window::OnPaint() {
 // --- The strip --------------------------------------------------------------------------------------------
 
 LRESULT CALLBACK Window::StripProcedure(::HWND strip, UINT message, WPARAM wparam, LPARAM lparam) {
-  auto* const self = reinterpret_cast<Window*>(::GetWindowLongPtrW(strip, GWLP_USERDATA));
+  auto* const self = std::bit_cast<Window*>(::GetWindowLongPtrW(strip, GWLP_USERDATA));
   const WNDPROC procedure = self->strip_procedure_;
   // When the window goes with its page, no message is for the page any more.
   if (!self->window_) return ::CallWindowProcW(procedure, strip, message, wparam, lparam);
@@ -289,7 +291,7 @@ bool Window::HandleStrip(UINT message, WPARAM wparam, LPARAM lparam, LRESULT& re
       PaintStrip();
       return true;
     case WM_PRINTCLIENT:
-      input_.PaintStrip(reinterpret_cast<::HDC>(wparam));
+      input_.PaintStrip(std::bit_cast<::HDC>(wparam));
       return true;
     case WM_ERASEBKGND:
       result = TRUE;
