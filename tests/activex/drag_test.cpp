@@ -194,6 +194,7 @@ class Drag : public ::testing::Test {
   // From beside the control along places in it, then up. The answer is the effect that the source hears.
   DWORD DragAlong(const std::vector<POINT>& in_control, bool out_again = false) {
     std::vector<POINT> places;
+    places.reserve(in_control.size() + 1);
     for (const POINT& place : in_control) places.push_back(Inside(control_, place.x, place.y));
     if (out_again) places.push_back(Beside());
     Press(Beside());
@@ -370,6 +371,7 @@ TEST_F(Drag, AThreadWithoutOleHasEventsButNoTarget) {
 TEST_F(Drag, ControlsOfManyThreadsBecomeTargetsAtTheSameTime) {
   constexpr int kThreads = 4, kRounds = 5;
   std::vector<std::unique_ptr<HostThread>> threads;
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i)
     threads.push_back(std::make_unique<HostThread>([] {
       const Apartment apartment;

@@ -1,5 +1,6 @@
 // The pointer's way in and out, the hover picture and the tip.
 #include <algorithm>
+#include <bit>
 #include <string>
 
 #include "activex/bitmap_file.h"
@@ -37,8 +38,7 @@ bool WaitFor(const Sink& events, const char* event) {
 BOOL CALLBACK AddTip(HWND window, LPARAM list) {
   wchar_t name[32] = {};
   GetClassNameW(window, name, 32);
-  if (std::wstring(name) == L"tooltips_class32")
-    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  if (std::wstring(name) == L"tooltips_class32") std::bit_cast<std::vector<HWND>*>(list)->push_back(window);
   return TRUE;
 }
 

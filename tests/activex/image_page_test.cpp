@@ -1,4 +1,5 @@
 // The control's page for images: its window, driven as a user drives it.
+#include <bit>
 #include <cmath>
 
 #include "activex/bitmap_file.h"
@@ -145,7 +146,7 @@ void ExpectLayout(const PageHost& host, int per_inch) {
     EXPECT_EQ(InPixels(placed.width, per_inch), place.right - place.left);
     EXPECT_EQ(InPixels(placed.height, per_inch), place.bottom - place.top);
     LOGFONTW font = {};
-    GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
+    GetObjectW(std::bit_cast<HGDIOBJ>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
     EXPECT_STREQ(placed.face, font.lfFaceName);
     EXPECT_EQ(placed.weight, font.lfWeight);
     EXPECT_EQ(-MulDiv(placed.hundredths, per_inch, 7200), font.lfHeight);
@@ -155,8 +156,7 @@ void ExpectLayout(const PageHost& host, int per_inch) {
 TEST_F(ImagePage, StandsAsItIsDesigned) {
   ExpectLayout(host_, 96);
   LOGFONTW font = {};
-  GetObjectW(reinterpret_cast<HGDIOBJ>(SendMessageW(host_.Item(kNext), WM_GETFONT, 0, 0)), sizeof font,
-             &font);
+  GetObjectW(std::bit_cast<HGDIOBJ>(SendMessageW(host_.Item(kNext), WM_GETFONT, 0, 0)), sizeof font, &font);
   EXPECT_EQ(SYMBOL_CHARSET, font.lfCharSet);
   const auto look = host_.Look();
   const auto colour = [](int index) {
@@ -203,7 +203,7 @@ struct TipSearch {
 BOOL CALLBACK CollectTip(HWND window, LPARAM value) {
   wchar_t kind[40] = {};
   GetClassNameW(window, kind, 40);
-  auto& search = *reinterpret_cast<TipSearch*>(value);
+  auto& search = *std::bit_cast<TipSearch*>(value);
   if (lstrcmpiW(kind, L"tooltips_class32") == 0 && GetWindow(window, GW_OWNER) == search.owner)
     search.found.push_back(window);
   return TRUE;

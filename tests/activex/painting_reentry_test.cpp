@@ -1,6 +1,7 @@
 // Containers that do anything at all from inside a paint message, in the calls that the control makes while
 // it builds its picture: the container's object, a member of it, an ambient property.
 #include <array>
+#include <bit>
 #include <cwchar>
 #include <functional>
 #include <string>
@@ -25,7 +26,7 @@ LRESULT CALLBACK Watch(HWND window, UINT message, WPARAM wparam, LPARAM lparam) 
 }
 void WatchPaints(HWND window) {
   former_procedure =
-      reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Watch)));
+      std::bit_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Watch)));
 }
 
 bool HeapsAreSound() {
