@@ -1,5 +1,6 @@
 // The messages of its window that a loaded control answers.
 #include <algorithm>
+#include <bit>
 #include <string>
 
 #include "activex/import_patch.h"
@@ -41,7 +42,7 @@ class OwnProcedure {
  public:
   explicit OwnProcedure(HWND window) {
     seen_.clear();
-    former_ = reinterpret_cast<WNDPROC>(
+    former_ = std::bit_cast<WNDPROC>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
   }
   static auto Count(UINT message) { return std::count(seen_.begin(), seen_.end(), message); }

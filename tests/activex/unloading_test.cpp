@@ -1,5 +1,6 @@
 // The server goes when nothing of it is in use, and takes everything with it: from threads that end, from
 // threads that go on, and from those that use it while others let go.
+#include <bit>
 #include <set>
 #include <vector>
 
@@ -256,7 +257,7 @@ TEST_F(Unloading, GoesUnaskedAfterAWindowThatWasSubclassed) {
 struct Foreign {
   explicit Foreign(HWND window) {
     calls = 0;
-    thunk = reinterpret_cast<WNDPROC>(
+    thunk = std::bit_cast<WNDPROC>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
   }
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
