@@ -24,4 +24,10 @@ Function SystemFunction(const wchar_t* library, const char* name) {
                 : nullptr;
 }
 
+// Whether the system is Wine, some of whose functions fall short of Windows'.
+inline bool IsWine() {
+  static const bool result = SystemFunction<void (*)()>(L"ntdll.dll", "wine_get_version") != nullptr;
+  return result;
+}
+
 }  // namespace marklet::win32

@@ -87,8 +87,7 @@ bool IsAlef(char16_t c) { return c == 0x0622 || c == 0x0623 || c == 0x0625 || c 
 // For a mark on the ligature of lam and alef that ends its run, as in a greeting, Wine reads in front of a
 // list and ends the program.
 bool FellsWine(std::u16string_view text, std::size_t mark) {
-  static const bool wine = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-  return wine && mark >= 2 && IsAlef(text[mark - 1]) && text[mark - 2] == kLam;
+  return win32::IsWine() && mark >= 2 && IsAlef(text[mark - 1]) && text[mark - 2] == kLam;
 }
 
 // A NUL would be drawn as the missing character. A Hebrew or Arabic mark in front of its letters, with
