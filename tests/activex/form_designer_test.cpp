@@ -477,17 +477,10 @@ TEST(SlowFormDesigner, IsWalkedFromAnEmptyFormToOneThatRunsWithImages) {
     bench.Type(L"Caption", L"<b>A lamp</b>");
     PageAnswers answers;
     answers.file = Narrow(image.Path());
-    bool was_there = false;
-    const Inside inside([&] {
-      const HWND page = FindPage();
-      if (!page || !IsWindowVisible(page)) return false;
-      was_there = true;
-      AddOnPage(page, L"lamp");
-      return true;
-    });
+    const AddingOnPage adding(L"lamp");
     ASSERT_TRUE(bench.SelectRow(L"ImageKey"));
     bench.PressMore();
-    EXPECT_TRUE(was_there);
+    EXPECT_TRUE(adding.PageWasThere());
     bench.Type(L"ImageKey", L"lamp");
     bench.Do(designer::kSaveForm);
     EXPECT_TRUE(bench.answers.told.empty());

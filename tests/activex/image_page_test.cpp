@@ -914,19 +914,12 @@ TEST(ImagePageInTheSystemsFrame, IsOpenedByThePropertiesVerbAndAddsAnImage) {
   DWORD cookie = 0;
   ASSERT_EQ(S_OK,
             CoRegisterClassObject(kPageId, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie));
-  bool was_there = false;
-  const Inside inside([&] {
-    const HWND page = FindPage();
-    if (!page || !IsWindowVisible(page)) return false;
-    was_there = true;
-    AddOnPage(page, L"lamp");
-    return true;
-  });
+  const AddingOnPage adding(L"lamp");
   EXPECT_EQ(S_OK, As<IOleObject>(container.Object())
                       ->DoVerb(OLEIVERB_PROPERTIES, nullptr, container.ClientSite(), 0, container.Window(),
                                nullptr));
   CoRevokeClassObject(cookie);
-  EXPECT_TRUE(was_there);
+  EXPECT_TRUE(adding.PageWasThere());
   EXPECT_EQ(Keys{L"lamp"}, ImageKeys(container.Object()));
 }
 

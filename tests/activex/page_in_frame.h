@@ -70,4 +70,23 @@ inline void AddOnPage(HWND page, const wchar_t* key) {
   PostMessageW(GetAncestor(page, GA_ROOT), WM_COMMAND, IDCANCEL, 0);
 }
 
+// Does that on the page of a frame that is about to open.
+class AddingOnPage {
+ public:
+  explicit AddingOnPage(const wchar_t* key)
+      : inside_([this, key] {
+          const HWND page = FindPage();
+          if (!page || !IsWindowVisible(page)) return false;
+          was_there_ = true;
+          AddOnPage(page, key);
+          return true;
+        }) {}
+
+  bool PageWasThere() const { return was_there_; }
+
+ private:
+  bool was_there_ = false;
+  const Inside inside_;
+};
+
 }  // namespace ocx_test
