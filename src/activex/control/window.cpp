@@ -165,6 +165,16 @@ namespace {
   return rect;
 }
 
+// To the place that the window is about to move to. False when the style is the same there.
+bool FitStyle(::HWND window, const ::RECT& position) {
+  const LONG_PTR now = ::GetWindowLongPtrW(window, GWL_STYLE);
+  const DWORD spares = StyleAt(::GetAncestor(window, GA_PARENT), position) & WS_CLIPSIBLINGS;
+  const LONG_PTR fitting = (now & ~LONG_PTR{WS_CLIPSIBLINGS}) | spares;
+  if (fitting == now) return false;
+  ::SetWindowLongPtrW(window, GWL_STYLE, fitting);
+  return true;
+}
+
 }  // namespace
 
 void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
@@ -177,11 +187,9 @@ void ControlWindow::Place(const ::RECT& position, const ::RECT* clip) {
   if (cut || cut_) ::SetWindowRgn(window_, cut ? ::CreateRectRgnIndirect(&visible) : nullptr, TRUE);
   cut_ = cut;
   if (const ::RECT now = PositionInParent(window_); ::EqualRect(&now, &position)) return;
-  const LONG_PTR style = ::GetWindowLongPtrW(window_, GWL_STYLE);
-  const DWORD spares = StyleAt(::GetAncestor(window_, GA_PARENT), position) & WS_CLIPSIBLINGS;
-  ::SetWindowLongPtrW(window_, GWL_STYLE, (style & ~LONG_PTR{WS_CLIPSIBLINGS}) | spares);
+  const UINT style_changed = FitStyle(window_, position) ? SWP_FRAMECHANGED : 0;
   ::SetWindowPos(window_, nullptr, position.left, position.top, position.right - position.left,
-                 position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+                 position.bottom - position.top, SWP_NOZORDER | SWP_NOACTIVATE | style_changed);
 }
 
 // --- What is painted on -----------------------------------------------------------------------------------
