@@ -1,29 +1,14 @@
 #include "element.h"
 
+#include "examples/shared/counted.h"
+
 namespace designer {
 
 // Hears of changes and of the end. Whoever still holds it when the element is gone tells nobody.
-class Element::Watcher final : public IPropertyNotifySink, public IAdviseSink {
+class Element::Watcher final : public example::Counted<IPropertyNotifySink, IAdviseSink> {
  public:
   Watcher(ElementOwner& owner, Element& element) : owner_(owner), element_(&element) {}
   void Detach() { element_ = nullptr; }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (iid == IID_IUnknown || iid == IID_IPropertyNotifySink)
-      *object = static_cast<IPropertyNotifySink*>(this);
-    if (iid == IID_IAdviseSink) *object = static_cast<IAdviseSink*>(this);
-    if (!*object) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   STDMETHODIMP OnChanged(DISPID id) override {
     if (element_) owner_.OnChanged(*element_, id);
@@ -40,8 +25,6 @@ class Element::Watcher final : public IPropertyNotifySink, public IAdviseSink {
   }
 
  private:
-  ~Watcher() = default;
-  ULONG references_ = 0;
   ElementOwner& owner_;
   Element* element_;
 };

@@ -32,20 +32,6 @@ std::wstring Describe(DISPID id, const DISPPARAMS& arguments) {
 
 }  // namespace
 
-STDMETHODIMP EventSink::QueryInterface(REFIID iid, void** object) {
-  if (!object) return E_POINTER;
-  *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-  if (!*object) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-ULONG EventSink::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 STDMETHODIMP EventSink::GetTypeInfoCount(UINT* count) {
   if (!count) return E_POINTER;
   *count = 0;

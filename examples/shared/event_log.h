@@ -7,17 +7,16 @@
 
 #include <string>
 
+#include "counted.h"
+
 namespace example {
 
-// The sink of one control. It begins without a reference: assign it to a ComPtr, which counts the first one.
-class EventSink final : public IDispatch {
+// The sink of one control.
+class EventSink final : public Counted<IDispatch> {
  public:
   // `pane` is a list box, `name` what the control is called in it.
   EventSink(HWND pane, std::wstring name) : pane_(pane), name_(std::move(name)) {}
 
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
   STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return DISP_E_UNKNOWNNAME; }
@@ -25,9 +24,6 @@ class EventSink final : public IDispatch {
                       UINT*) override;
 
  private:
-  ~EventSink() = default;
-
-  ULONG references_ = 0;
   HWND pane_;
   std::wstring name_;
 };

@@ -22,21 +22,8 @@ void Site::Detach() {
 }
 
 HRESULT Site::QueryInterface(REFIID iid, void** object) {
-  if (!object) return E_POINTER;
-  *object = nullptr;
-  if (iid == IID_IUnknown || iid == IID_IOleClientSite) *object = static_cast<IOleClientSite*>(this);
-  if (iid == IID_IOleWindow || iid == IID_IOleInPlaceSite) *object = static_cast<IOleInPlaceSite*>(this);
-  if (iid == IID_IOleControlSite) *object = static_cast<IOleControlSite*>(this);
-  if (iid == IID_IDispatch) *object = static_cast<IDispatch*>(this);
-  if (!*object) return E_NOINTERFACE;
-  AddRef();
-  return S_OK;
-}
-
-ULONG Site::Release() {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
+  const bool as_window = iid == IID_IOleWindow;  // whose methods the place's interface begins with
+  return Counted::QueryInterface(as_window ? IID_IOleInPlaceSite : iid, object);
 }
 
 HRESULT Site::GetContainer(IOleContainer** container) {

@@ -10,6 +10,8 @@
 #include <functional>
 #include <string>
 
+#include "counted.h"
+
 namespace example {
 
 // What a form tells its controls of itself.
@@ -19,9 +21,8 @@ struct Ambients {
   int back_color = COLOR_WINDOW, fore_color = COLOR_WINDOWTEXT;  // of the system
 };
 
-// The client site of one control. It begins without a reference: assign it to a ComPtr, which counts the
-// first one. It lives as long as anybody holds it.
-class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
+// The client site of one control.
+class Site final : public Counted<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
  public:
   // `window` is where the control's window goes, `place` where in it, in pixels.
   Site(HWND window, const RECT& place, Ambients ambients = {})
@@ -39,10 +40,7 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleCon
   // Nobody stands behind the site any more, whoever may still hold it.
   void Detach();
 
-  // IUnknown
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override;
 
   // IOleClientSite: nothing is embedded or linked here
   STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
@@ -84,9 +82,6 @@ class Site final : public IOleClientSite, public IOleInPlaceSite, public IOleCon
                       UINT*) override;
 
  private:
-  ~Site() = default;
-
-  ULONG references_ = 0;
   HWND window_;
   RECT place_;
   Ambients ambients_;
