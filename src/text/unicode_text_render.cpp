@@ -32,6 +32,18 @@ class AlignedContext {
   std::uint32_t former_;
 };
 
+// Sets a flag for as long as it lives, however that ends.
+class Busy {
+ public:
+  explicit Busy(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Busy() { flag_ = false; }
+  Busy(const Busy&) = delete;
+  Busy& operator=(const Busy&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 template <typename Fits>
 std::size_t LongestPrefix(std::size_t length, Fits fits) {
   // Widths grow with the length but for the narrowing above, so halving finds the neighbourhood of the answer
@@ -123,12 +135,11 @@ void CUnicodeTextRender::DrawAtPoint(const Run& run) {
 void CUnicodeTextRender::DrawShaped(const Run& run) {
   const AlignedContext aligned(run.dc, TextAlignFlags(run.format, run.rtl));
   if (busy_) return;
-  busy_ = true;
+  const Busy busy(busy_);
   RECT place = run.rect;
   place.top = WrapAdd(place.top, kBaselineDrop);
   IgnoreErrors(
       [&] { DrawScriptString(run.dc, 0, place, run.text, 0, 0, {.right = (run.format & DT_RIGHT) != 0}); });
-  busy_ = false;
 }
 
 void CUnicodeTextRender::DrawPlainA(const Run& run) {
