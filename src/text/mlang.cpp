@@ -47,9 +47,18 @@ DetectEncodingInfo RecordOf(const tagDetectEncodingInfo& info) {
   return {info.nCodePage, info.nConfidence, info.nDocPercent, info.nLangID};
 }
 
-// All that is left in an enumerator, one at a time.
-template <typename Record>
-auto Collected(const std::unique_ptr<MultiLanguageEnumerator<Record>>& enumerator) {
+// What `call` puts in place of a value of zeros.
+template <typename Value, typename Call>
+Value Answer(Call call) {
+  Value value{};
+  Check(call(value));
+  return value;
+}
+
+// All that the enumerator has which `call` gives, one at a time.
+template <typename Record, typename Call>
+auto Collected(Call call) {
+  const auto enumerator = Answer<std::unique_ptr<MultiLanguageEnumerator<Record>>>(call);
   std::vector<decltype(RecordOf(std::declval<Record>()))> records;
   while (enumerator) {
     Record record{};
@@ -65,8 +74,7 @@ auto Collected(const std::unique_ptr<MultiLanguageEnumerator<Record>>& enumerato
 // unfilled.
 template <typename Text, typename Call>
 Text Converted(Call call) {
-  std::uint32_t size = 0;
-  Check(call(nullptr, size));
+  auto size = Answer<std::uint32_t>([&](auto& needed) { return call(nullptr, needed); });
   Text result(size, 0);
   if (size != 0) Check(call(result.data(), size));
   return result;
@@ -88,21 +96,15 @@ ConvertCharsetObject& ConvertCharset::Object() const {
 }
 
 std::uint32_t ConvertCharset::GetSourceCodePage() const {
-  std::uint32_t code_page = 0;
-  Check(Object().GetSourceCodePage(code_page));
-  return code_page;
+  return Answer<std::uint32_t>([&](auto& code_page) { return Object().GetSourceCodePage(code_page); });
 }
 
 std::uint32_t ConvertCharset::GetDestinationCodePage() const {
-  std::uint32_t code_page = 0;
-  Check(Object().GetDestinationCodePage(code_page));
-  return code_page;
+  return Answer<std::uint32_t>([&](auto& code_page) { return Object().GetDestinationCodePage(code_page); });
 }
 
 std::uint32_t ConvertCharset::GetProperty() const {
-  std::uint32_t property = 0;
-  Check(Object().GetProperty(property));
-  return property;
+  return Answer<std::uint32_t>([&](auto& property) { return Object().GetProperty(property); });
 }
 
 std::u16string ConvertCharset::DoConversion(std::string_view bytes) const {
@@ -157,8 +159,8 @@ std::vector<DetectEncodingInfo> MLang::DetectInputCodepage(std::u16string_view t
 
 std::unique_ptr<ConvertCharset> MLang::CreateConvertCharset(std::uint32_t source, std::uint32_t destination,
                                                             std::uint32_t properties) const {
-  std::unique_ptr<ConvertCharsetObject> object;
-  Check(object_->CreateConvertCharset(source, destination, properties, object));
+  auto object = Answer<std::unique_ptr<ConvertCharsetObject>>(
+      [&](auto& created) { return object_->CreateConvertCharset(source, destination, properties, created); });
   if (!object) return nullptr;
   auto conversion = std::make_unique<ConvertCharset>();
   conversion->Attach(std::move(object));
@@ -168,68 +170,53 @@ std::unique_ptr<ConvertCharset> MLang::CreateConvertCharset(std::uint32_t source
 void MLang::SetMimeDBSource(std::uint32_t source) const { Check(object_->SetMimeDBSource(source)); }
 
 std::uint32_t MLang::GetNumberOfScripts() const {
-  std::uint32_t count = 0;
-  Check(object_->GetNumberOfScripts(count));
-  return count;
+  return Answer<std::uint32_t>([&](auto& count) { return object_->GetNumberOfScripts(count); });
 }
 
 std::vector<ScriptInfo> MLang::EnumScripts(std::uint32_t flags, std::uint16_t language) const {
-  std::unique_ptr<MultiLanguageEnumerator<tagSCRIPTINFO>> enumerator;
-  Check(object_->EnumScripts(flags, language, enumerator));
-  return Collected(enumerator);
+  return Collected<tagSCRIPTINFO>(
+      [&](auto& enumerator) { return object_->EnumScripts(flags, language, enumerator); });
 }
 
 std::vector<RFC1766INFO> MLang::EnumRfc1766(std::uint16_t language) const {
-  std::unique_ptr<MultiLanguageEnumerator<tagRFC1766INFO>> enumerator;
-  Check(object_->EnumRfc1766(language, enumerator));
-  return Collected(enumerator);
+  return Collected<tagRFC1766INFO>(
+      [&](auto& enumerator) { return object_->EnumRfc1766(language, enumerator); });
 }
 
 std::uint32_t MLang::GetNumberOfCodePageInfo() const {
-  std::uint32_t count = 0;
-  Check(object_->GetNumberOfCodePageInfo(count));
-  return count;
+  return Answer<std::uint32_t>([&](auto& count) { return object_->GetNumberOfCodePageInfo(count); });
 }
 
 std::vector<MIMECPINFO> MLang::EnumCodePages(std::uint32_t flags, std::uint16_t language) const {
-  std::unique_ptr<MultiLanguageEnumerator<tagMIMECPINFO>> enumerator;
-  Check(object_->EnumCodePages(flags, language, enumerator));
-  return Collected(enumerator);
+  return Collected<tagMIMECPINFO>(
+      [&](auto& enumerator) { return object_->EnumCodePages(flags, language, enumerator); });
 }
 
 MIMECPINFO MLang::GetCodePageInfo(std::uint32_t code_page, std::uint16_t language) const {
-  tagMIMECPINFO info{};
-  Check(object_->GetCodePageInfo(code_page, language, info));
-  return RecordOf(info);
+  return RecordOf(
+      Answer<tagMIMECPINFO>([&](auto& info) { return object_->GetCodePageInfo(code_page, language, info); }));
 }
 
 std::uint32_t MLang::GetLcidFromRfc1766(std::u16string_view name) const {
-  std::uint32_t locale = 0;
-  Check(object_->GetLcidFromRfc1766(locale, name));
-  return locale;
+  return Answer<std::uint32_t>([&](auto& locale) { return object_->GetLcidFromRfc1766(locale, name); });
 }
 
 std::u16string MLang::GetRfc1766FromLcid(std::uint32_t locale) const {
-  std::u16string name;
-  Check(object_->GetRfc1766FromLcid(locale, name));
-  return name;
+  return Answer<std::u16string>([&](auto& name) { return object_->GetRfc1766FromLcid(locale, name); });
 }
 
 RFC1766INFO MLang::GetRfc1766Info(std::uint32_t locale, std::uint16_t language) const {
-  tagRFC1766INFO info{};
-  Check(object_->GetRfc1766Info(locale, language, info));
-  return RecordOf(info);
+  return RecordOf(
+      Answer<tagRFC1766INFO>([&](auto& info) { return object_->GetRfc1766Info(locale, language, info); }));
 }
 
 std::uint32_t MLang::GetFamilyCodePage(std::uint32_t code_page) const {
-  std::uint32_t family = 0;
-  Check(object_->GetFamilyCodePage(code_page, family));
-  return family;
+  return Answer<std::uint32_t>([&](auto& family) { return object_->GetFamilyCodePage(code_page, family); });
 }
 
 MIMECSETINFO MLang::GetCharsetInfo(std::u16string_view charset) const {
-  tagMIMECSETINFO info{};
-  Check(object_->GetCharsetInfo(charset, info));
+  const auto info =
+      Answer<tagMIMECSETINFO>([&](auto& record) { return object_->GetCharsetInfo(charset, record); });
   return {info.uiCodePage, info.uiInternetEncoding, TextOf(info.wszCharset)};
 }
 
@@ -238,41 +225,34 @@ Long MLang::IsConvertible(std::uint32_t source, std::uint32_t destination) const
 }
 
 HFONT MLang::MapFont(HDC dc, std::uint32_t code_pages, HFONT source) const {
-  HFONT font = nullptr;
-  Check(object_->MapFont(dc, code_pages, source, font));
-  return font;
+  return Answer<HFONT>([&](auto& font) { return object_->MapFont(dc, code_pages, source, font); });
 }
 
 void MLang::ReleaseFont(HFONT font) const { Check(object_->ReleaseFont(font)); }
 
 std::uint32_t MLang::GetFontCodePages(HDC dc, HFONT font) const {
-  std::uint32_t code_pages = 0;
-  Check(object_->GetFontCodePages(dc, font, code_pages));
-  return code_pages;
+  return Answer<std::uint32_t>(
+      [&](auto& code_pages) { return object_->GetFontCodePages(dc, font, code_pages); });
 }
 
 std::uint32_t MLang::GetCharCodePages(char16_t ch) const {
-  std::uint32_t code_pages = 0;
-  Check(object_->GetCharCodePages(ch, code_pages));
-  return code_pages;
+  return Answer<std::uint32_t>([&](auto& code_pages) { return object_->GetCharCodePages(ch, code_pages); });
 }
 
 MLang::StrCodePages MLang::GetStrCodePages(std::u16string_view text, std::uint32_t priority) const {
-  StrCodePages answer{};
-  Check(object_->GetStrCodePages(text, priority, answer.code_pages, answer.count));
-  return answer;
+  return Answer<StrCodePages>(
+      [&](auto& pages) { return object_->GetStrCodePages(text, priority, pages.code_pages, pages.count); });
 }
 
 std::uint32_t MLang::CodePagesToCodePage(std::uint32_t code_pages, std::uint32_t default_code_page) const {
-  std::uint32_t code_page = 0;
-  Check(object_->CodePagesToCodePage(code_pages, default_code_page, code_page));
-  return code_page;
+  return Answer<std::uint32_t>([&](auto& code_page) {
+    return object_->CodePagesToCodePage(code_pages, default_code_page, code_page);
+  });
 }
 
 std::uint32_t MLang::CodePageToCodePages(std::uint32_t code_page) const {
-  std::uint32_t code_pages = 0;
-  Check(object_->CodePageToCodePages(code_page, code_pages));
-  return code_pages;
+  return Answer<std::uint32_t>(
+      [&](auto& code_pages) { return object_->CodePageToCodePages(code_page, code_pages); });
 }
 
 }  // namespace marklet
