@@ -84,21 +84,21 @@ bool RunsFromTheLeft(char16_t c) {
 
 bool IsAlef(char16_t c) { return c == 0x0622 || c == 0x0623 || c == 0x0625 || c == 0x0627 || c == 0x0671; }
 
-// For a mark on the ligature of lam and alef that ends its run, as in a greeting, Wine reads in front of a
-// list and ends the program.
-bool FellsWine(std::u16string_view text, std::size_t mark) {
-  return win32::IsWine() && mark >= 2 && IsAlef(text[mark - 1]) && text[mark - 2] == kLam;
+// A Hebrew or Arabic mark in front of its letters, with nothing to stand on, brings Wine's script processor
+// down with some fonts. For one on the ligature of lam and alef that ends its run, as in a greeting, it reads
+// in front of a list and ends the program.
+bool FellsWine(std::u16string_view text, std::size_t at) {
+  if (!IsMarkFromTheRight(text[at]) || !win32::IsWine()) return false;
+  const bool stands = at > 0 && IsFromTheRight(text[at - 1]);
+  const bool on_ligature = at >= 2 && IsAlef(text[at - 1]) && text[at - 2] == kLam;
+  return !stands || on_ligature;
 }
 
-// A NUL would be drawn as the missing character. A Hebrew or Arabic mark in front of its letters, with
-// nothing to stand on, brings Wine's script processor down with some fonts.
+// A NUL would be drawn as the missing character.
 std::u16string Drawable(std::u16string_view text) {
   std::u16string result(text);
-  for (std::size_t i = 0; i < result.size(); ++i) {
-    char16_t& c = result[i];
-    const bool stands = i > 0 && IsFromTheRight(result[i - 1]) && !FellsWine(result, i);
-    if (c == 0 || (IsMarkFromTheRight(c) && !stands)) c = kNoWidth;
-  }
+  for (std::size_t i = 0; i < result.size(); ++i)
+    if (result[i] == 0 || FellsWine(result, i)) result[i] = kNoWidth;
   return result;
 }
 

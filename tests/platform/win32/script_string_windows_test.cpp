@@ -1,5 +1,7 @@
 // What Windows' script processor does and Wine's doesn't yet. Under Wine the headless platform's tests of
 // analyses (StretchALineToItsWidth, UnderlineTheCharacterAfterAnAmpersand) are the proof.
+#include <string_view>
+
 #include "platform/test_picture.h"
 #include "platform/uniscribe.h"
 #include "platform/win32/system_function.h"
@@ -40,6 +42,20 @@ TEST_F(ScriptProcessor, ShowsNoMarkOfAHotKey) {
   if (win32::IsWine() && marked == WidthOf(u"o&ne", kFlags, 150))
     GTEST_SKIP() << "Wine's script processor knows no SSA_HOTKEY";
   EXPECT_EQ(marked, plain);
+}
+
+// Under Wine it is left out, since it may end the program.
+TEST_F(ScriptProcessor, ShowsAMarkWithNothingToStandOn) {
+  if (win32::IsWine()) GTEST_SKIP() << "Wine's script processor is spared such marks";
+  picture_.Fill(0xFF);
+  for (const std::u16string_view mark : {u"\u05B0", u"\u064B"}) {
+    const SCRIPT_STRING_ANALYSIS analysis =
+        ScriptStringAnalyse(picture_.Context(), mark, kFlags, 150, {}, {}, {});
+    EXPECT_TRUE(ScriptStringOut(analysis, 20, 10, 0, nullptr, 0, 0, false));
+    ScriptStringFree(analysis);
+    EXPECT_NE(InkOf(picture_, 0xFFFFFF), RECT{});
+    picture_.Fill(0xFF);
+  }
 }
 
 }  // namespace
