@@ -28,11 +28,6 @@ constexpr int kMostLines = 650;
 
 constexpr char16_t kEllipsis = 0x2026;
 
-LogAttr Unpacked(std::uint8_t byte) {
-  const auto bit = [byte](int n) { return static_cast<std::uint8_t>(byte >> n & 1); };
-  return {bit(0), bit(1), bit(2), bit(3), bit(4), static_cast<std::uint8_t>(byte >> 5)};
-}
-
 // Frees its analysis once, however the line ends.
 class OwnedAnalysis {
  public:
@@ -182,6 +177,11 @@ Long OutCharCount(SCRIPT_STRING_ANALYSIS analysis) {
 SIZE ScriptStringSize(SCRIPT_STRING_ANALYSIS analysis) {
   const SIZE* size = analysis != nullptr ? ScriptString_pSize(analysis) : nullptr;
   return size != nullptr ? *size : SIZE{};
+}
+
+LogAttr Unpacked(std::uint8_t byte) {
+  const auto bit = [byte](int n) { return static_cast<std::uint8_t>(byte >> n & 1); };
+  return {bit(0), bit(1), bit(2), bit(3), bit(4), static_cast<std::uint8_t>(byte >> 5)};
 }
 
 void ReadLogAttrs(SCRIPT_STRING_ANALYSIS analysis, Long count, std::vector<LogAttr>& attrs) {

@@ -32,6 +32,8 @@ bool IsComplexText(std::u16string_view text);
 struct LogAttr {
   std::uint8_t fSoftBreak = 0, fWhiteSpace = 0, fCharStop = 0, fWordStop = 0, fInvalid = 0, fReserved = 0;
 };
+// From the platform's byte: a bit each in this order, and fReserved has the last three.
+LogAttr Unpacked(std::uint8_t byte);
 
 // The flags of every analysis; justified text adds SSA_FIT, text from right to left SSA_RTL.
 constexpr std::uint32_t kScriptFlags =

@@ -107,6 +107,18 @@ TEST_F(MarkupSplit, LeavesThePenPastTheLastPiece) {
   EXPECT_EQ(runs_[2].rect.top, runs_[1].rect.top);
 }
 
+TEST_F(MarkupSplit, CountsWhatTheWholeWordHangsOverOnceAfterItsLastPiece) {
+  style_.Font = FontOf(30);
+  const Long trail = canvas_.Trail(*FontOf(30), 'f');
+  ASSERT_NE(trail, 0);
+  rect_ = {0, 0, Width(u"ii\u05D0\u05D0", 30), 300};
+  Draw(u"<b></b>ii\u05D0\u05D0if<i>.</i>x");
+  ASSERT_EQ(runs_.size(), 4u);
+  EXPECT_EQ(runs_[1].text, "if");
+  EXPECT_EQ(runs_[2].rect.left, Width(u"if", 30) + trail)
+      << "though the piece is too short to be asked for it";
+}
+
 TEST_F(MarkupSplit, CutsThaiBetweenItsWords) {
   // "Hello" and a particle of politeness, of which half would fit.
   rect_ = {0, 0, Width(u"\u0E2A\u0E27\u0E31\u0E2A\u0E14\u0E35\u0E04\u0E23"), 300};

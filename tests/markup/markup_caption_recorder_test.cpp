@@ -232,6 +232,15 @@ TEST_F(MarkupCaption, SkipsARunThatFailsAndMovesThePenAllTheSame) {
   ASSERT_EQ(runs_.size(), 3u);
 }
 
+TEST_F(MarkupCaption, LeavesAPlainCaptionOutWhoseScriptTestFails) {
+  const PlayedSystem xp(generation::kXP);
+  Recorder recorder;
+  recorder.Fail("ScriptIsComplex");
+  EXPECT_NO_THROW(DrawRecorded(u"one", recorder));
+  EXPECT_TRUE(runs_.empty());
+  EXPECT_EQ(Lines("ScriptIsComplex").size(), 1u);
+}
+
 TEST_F(MarkupCaption, DrawsWithoutAFont) {
   style_.Font = nullptr;
   Draw(u"<b>x<sub>y</sub><f=Arial>z</f>");

@@ -107,6 +107,20 @@ TEST_F(DrawScript, AddsFlagsForJustifiedTextAndTextFromRightToLeft) {
   EXPECT_EQ(flags({.right = true, .singleLine = true, .center = true}), "0x4E6");
 }
 
+// The last line is stretched too, and so is the one that ends in dots.
+TEST_F(DrawScript, AnalysesEveryLineWithTheSameFlags) {
+  const auto flags = [&] {
+    Lines found;
+    for (const std::string& line : recorder_.Lines("ScriptStringAnalyse"))
+      found.push_back(line.substr(line.find(",0x") + 1, 5));
+    return found;
+  };
+  Draw(u"ab\r\ncd", kRect, {.justified = true});
+  EXPECT_EQ(flags(), Lines(4, "0x4EE"));
+  Draw(u"mmmmmmm", WideAs(u"mmm"), {.rtl = true, .singleLine = true, .justified = true});
+  EXPECT_EQ(flags(), Lines(3, "0x5EE"));
+}
+
 TEST_F(DrawScript, PassesTheSelectionAndTheOptionsOn) {
   DrawScriptString(canvas_.dc(), 7, kRect, u"ab", 1, 2, {});
   EXPECT_EQ(recorder_.Lines("ScriptStringOut"),

@@ -156,6 +156,12 @@ TEST_F(ManualText, LineFeedsAndOtherControlCharactersAreDropped) {
                    AtLeft(1, "2345")}));
 }
 
+TEST_F(ManualText, WhatTheCodePageLacksIsNoControlCharacter) {
+  EXPECT_EQ(Draw(u"1 \u05D0\r\u4E2D"),
+            (Lines{Measured("1 \u05D0\\u000D\u4E2D"), Measured("1"), Measured("1 "), Measured("1 \u05D0"),
+                   AtLeft(0, "1 "), Measured("\u05D0\u4E2D"), AtLeft(1, "\u05D0\u4E2D")}));
+}
+
 TEST_F(ManualText, ALineBeforeAControlCharacterAtTheEndIsNotDrawn) {
   EXPECT_EQ(Draw(u"1 2\r3\n"), (Lines{Measured("1 2\\u000D3\\u000A"), Measured("1"), Measured("1 "),
                                       Measured("1 2"), AtLeft(0, "1 "), Measured("23")}));
@@ -226,7 +232,11 @@ class PlainRules {
  public:
   PlainRules(HDC dc, RECT rect, Align align) : dc_(dc), rect_(rect), align_(align) {}
 
+  // How far down the drawn text reached; 0 after one in a single line.
+  Long Reach() const { return reach_; }
+
   Lines Draw(std::u16string text) {
+    reach_ = 0;
     Measure(text);
     const Long limit = rect_.right - rect_.left;
     const Long x = align_ == kCenter ? RoundHalfEven(rect_.left + limit / 2.0 - size_.cx / 4.0) : rect_.left;
@@ -263,6 +273,7 @@ class PlainRules {
       line = line.substr(piece.size());
       break_at = 1;
     }
+    reach_ = y;
     return out;
   }
 
@@ -277,6 +288,7 @@ class PlainRules {
   RECT rect_;
   Align align_;
   SIZE size_;
+  Long reach_ = 0;
 };
 
 TEST_F(ManualText, FollowsItsRulesOnRandomTextsAndWidths) {
@@ -287,10 +299,14 @@ TEST_F(ManualText, FollowsItsRulesOnRandomTextsAndWidths) {
     for (char16_t& unit : text) unit = kUnits[random() % kUnits.size()];
     rect_.right = rect_.left + static_cast<Long>(random() % 150);
     const Align align = static_cast<Align>(random() % 3);
-    Lines expected = PlainRules(canvas_.dc(), rect_, align).Draw(text);
+    PlainRules rules(canvas_.dc(), rect_, align);
+    Lines expected = rules.Draw(text);
     for (std::string& line : expected)
       for (std::size_t at; (at = line.find('\n')) != line.npos;) line.replace(at, 1, "\\u000A");
     EXPECT_EQ(Drawn(text, align), expected) << "round " << round;
+    EXPECT_EQ(MeasureWrappedText(canvas_.dc(), rect_, text, false, align == kCenter, align == kRight),
+              rules.Reach())
+        << "round " << round;
   }
 }
 

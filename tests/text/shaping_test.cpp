@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <vector>
 
+#include "markup/canvas.h"
 #include "text/system_fixture.h"
 
 namespace marklet {
@@ -67,6 +69,51 @@ TEST_F(Shaping, PlainScriptsAreNotComplex) {
   EXPECT_FALSE(IsComplexText(u"\u03A9\u03BC\u03AD\u03B3\u03B1")) << "Greek";
   EXPECT_FALSE(IsComplexText(u"\u041F\u0440\u0438\u0432\u0435\u0442")) << "Cyrillic";
   EXPECT_FALSE(IsComplexText(u"\u4E2D\u6587")) << "Chinese";
+}
+
+// ---- What is read of an analysis ----
+
+TEST_F(Shaping, AttributesAreUnpackedBitByBitAndTheLastThreeTogether) {
+  std::uint8_t LogAttr::*const fields[] = {&LogAttr::fSoftBreak, &LogAttr::fWhiteSpace, &LogAttr::fCharStop,
+                                           &LogAttr::fWordStop,  &LogAttr::fInvalid,    &LogAttr::fReserved};
+  const auto read = [&](std::uint8_t byte) {
+    std::vector<int> values;
+    for (const auto field : fields) values.push_back(Unpacked(byte).*field);
+    return values;
+  };
+  EXPECT_EQ(read(0), (std::vector{0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(read(1), (std::vector{1, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(read(2), (std::vector{0, 1, 0, 0, 0, 0}));
+  EXPECT_EQ(read(4), (std::vector{0, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(read(8), (std::vector{0, 0, 0, 1, 0, 0}));
+  EXPECT_EQ(read(16), (std::vector{0, 0, 0, 0, 1, 0}));
+  EXPECT_EQ(read(0xA0), (std::vector{0, 0, 0, 0, 0, 5}));
+  EXPECT_EQ(read(0xFF), (std::vector{1, 1, 1, 1, 1, 7}));
+}
+
+TEST_F(Shaping, AnAnalysisTellsWhatFitsAndHowLargeItIsUntilItIsFreed) {
+  const Canvas canvas(100, 40);
+  const std::u16string_view text = u"a b";
+  SCRIPT_STRING_ANALYSIS analysis = AnalyseScriptString(canvas.dc(), text, 3, kScriptFlags, 1000);
+  ASSERT_NE(analysis, nullptr);
+  EXPECT_EQ(OutCharCount(analysis), 3);
+  EXPECT_EQ(ScriptStringSize(analysis), canvas.Measure(StdFont(), text));
+  std::vector<LogAttr> attrs;
+  ReadLogAttrs(analysis, 2, attrs);
+  ASSERT_EQ(attrs.size(), 2u) << "as many as are asked for";
+  EXPECT_EQ(attrs[0].fWhiteSpace, 0);
+  EXPECT_EQ(attrs[1].fWhiteSpace, 1);
+  FreeScriptString(analysis);
+  EXPECT_EQ(analysis, nullptr);
+  FreeScriptString(analysis);
+}
+
+TEST_F(Shaping, NoAnalysisIsEmptyAndLeavesTheAttributesAsTheyAre) {
+  EXPECT_EQ(OutCharCount(nullptr), 0);
+  EXPECT_EQ(ScriptStringSize(nullptr), SIZE{});
+  std::vector<LogAttr> attrs(1);
+  ReadLogAttrs(nullptr, 5, attrs);
+  EXPECT_EQ(attrs.size(), 1u);
 }
 
 TEST_F(Shaping, AScriptErrorCarriesThePlatformsNumber) {
