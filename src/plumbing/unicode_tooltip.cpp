@@ -8,6 +8,7 @@
 
 #include "base/blanks.h"
 #include "platform/shared/os_tests.h"
+#include "platform/win32/common_controls.h"
 #include "platform/win32/handles.h"
 
 namespace marklet::plumbing {
@@ -67,7 +68,7 @@ CUnicodeTooltip::~CUnicodeTooltip() {
 
 bool CUnicodeTooltip::Create(::HWND parent) {
   if (!tip_window_) {
-    ::InitCommonControls();
+    win32::InitCommonControls();
     const DWORD style = TTS_ALWAYSTIP | TTS_NOPREFIX | (balloon_ ? TTS_BALLOON : 0);
     tip_window_ = ::CreateWindowExA(0, "tooltips_class32", nullptr, style, 0, 0, 0, 0, parent, nullptr,
                                     ::GetModuleHandleA(nullptr), nullptr);

@@ -72,5 +72,12 @@ TEST(ServerImports, KnowWhatNewerSystemsAdded) {
   EXPECT_EQ(kBits == 64, WindowsSevenHas({"user32.dll", "GetWindowLongPtrW"}));
 }
 
+// It would load with the control. Its start takes several times as long as the rest of the way to the first
+// picture.
+TEST(ServerImports, LeaveTheLibraryOfCommonControlsToWhoNeedsIt) {
+  for (const Import& import : ImportsOf(Server::Get().Module()))
+    EXPECT_NE(import.library, "comctl32.dll") << import.function << " stands in common_controls.h";
+}
+
 }  // namespace
 }  // namespace ocx_test

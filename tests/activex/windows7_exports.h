@@ -16,7 +16,6 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
     {"advapi32.dll", 0,
      " RegCloseKey RegCreateKeyExW RegDeleteTreeW RegOpenKeyExA RegOpenKeyExW RegQueryInfoKeyW"
      " RegQueryValueExA RegSetValueExW "},
-    {"comctl32.dll", 0, " _TrackMouseEvent InitCommonControls "},
     {"gdi32.dll", 0,
      " BeginPath BitBlt CloseEnhMetaFile CloseMetaFile CopyEnhMetaFileW CreateBitmap"
      " CreateCompatibleDC CreateDIBSection CreateEnhMetaFileW CreateFontIndirectW"

@@ -9,9 +9,8 @@
 #include "platform/gdi.h"
 #include "platform/system.h"
 #include "platform/text.h"
+#include "platform/win32/common_controls.h"
 #include "platform/win32/resolution.h"
-
-#include <commctrl.h>
 
 namespace marklet::activex {
 namespace {
@@ -185,7 +184,7 @@ void OleUserControl::FocusChanged(bool got) {
 
 void OleUserControl::TrackMouseEvent() {
   TRACKMOUSEEVENT wanted = {sizeof wanted, TME_LEAVE, window_.Handle(), 0};
-  ::_TrackMouseEvent(&wanted);
+  win32::TrackMouseEvent(wanted);
 }
 
 HostTooltipRef OleUserControl::CreateTooltip() { return std::make_shared<WindowTooltip>(window_.Handle()); }

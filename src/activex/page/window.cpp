@@ -8,6 +8,7 @@
 #include "activex/com/boundary.h"
 #include "activex/com/module.h"
 #include "activex/page/arrow_button.h"
+#include "platform/win32/common_controls.h"
 #include "platform/win32/resolution.h"
 
 namespace marklet::activex::page {
@@ -99,7 +100,7 @@ void Window::CreateControls() {
 }
 
 void Window::CreateTips() {
-  ::InitCommonControls();
+  win32::InitCommonControls();
   tips_ = ::CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
                             0, 0, 0, 0, window_, nullptr, ModuleInstance(), nullptr);
   for (const ControlRow& row : kControls) {
