@@ -127,8 +127,10 @@ class Scene {
     DrawGroupBoxesAbove(child, parent);
   }
 
-  // The control paints over those that stand above it, too.
+  // The control paints over those that stand above it, too, unless it spares its siblings: it meets none
+  // then.
   void DrawGroupBoxesAbove(::HWND child, ::HWND parent) {
+    if ((::GetWindowLongPtrW(child, GWL_STYLE) & WS_CLIPSIBLINGS) != 0) return;
     ::RECT place = CanvasOnScreen();
     ::MapWindowPoints(nullptr, parent, reinterpret_cast<::POINT*>(&place), 2);
     const std::vector<::HWND> boxes = GroupBoxesAt(parent, place);
