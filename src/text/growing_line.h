@@ -22,9 +22,9 @@ class GrowingLine {
   void Append(char16_t unit) { units_ += unit; }
   void DropLeft(std::size_t count) { start_ += count; }
 
-  // Measures the line as it stands. A line longer than any screen's is as wide as its characters one by one,
-  // so that a step costs the same however long the line is; what joins or stands above another is then apart.
-  // It stays so until the line begins anew.
+  // Measures the line as it stands. A line longer than any screen's, and each line past the first million
+  // units measured, is as wide as its characters one by one, so that a step costs the same however long the
+  // line is; what joins or stands above another is then apart. It stays so until the line begins anew.
   void Measure();
 
  private:
@@ -34,6 +34,7 @@ class GrowingLine {
   SIZE extent_;
   std::u16string units_;  // all that was ever appended
   bool by_characters_ = false;
+  std::size_t measured_units_ = 0;  // in whole lines
   std::size_t start_ = 0;           // of the line within it
   std::vector<std::int64_t> ends_;  // of the units that were measured one by one: where each ends
 };

@@ -381,6 +381,19 @@ TEST_F(ManualText, ALineBeyondFiveHundredUnitsIsMeasuredByItsCharacters) {
   EXPECT_EQ(measures[513], Measured("5"));
 }
 
+TEST_F(ManualText, TheUnitsMeasuredOfALongTextGrowWithItsLengthWhereverItsLinesEnd) {
+  constexpr std::size_t kLength = 13'000, kLine = 100;
+  MakeRoomFor(std::string(kLine, '5'));
+  const Lines drawn = Drawn(std::u16string(kLength, u'5'));
+  ASSERT_EQ(drawn.size(), kLength - kLine);
+  EXPECT_EQ(drawn.front(), AtLeft(0, ""));
+  for (std::size_t i = 1; i < drawn.size(); ++i) ASSERT_EQ(drawn[i], AtLeft(static_cast<Long>(i), "5"));
+  std::size_t units = 0;
+  for (const std::string& measured : recorder_.Lines("GetTextExtentPoint32W"))
+    units += measured.size() - Measured("").size();
+  EXPECT_LT(units, (std::size_t{1} << 20) + 4 * kLength) << "and not a line of it at each step";
+}
+
 TEST_F(ManualText, PairsAreMeasuredAsOneCharacterThere) {
   std::u16string text = u"\r";
   for (int i = 0; i < 300; ++i) text += u"\U0001F600";

@@ -155,6 +155,10 @@ TEST_F(SlowManualText, AHundredThousandLines) {
   Take(text, 200);
 }
 
+TEST_F(SlowManualText, LettersThatJoinInLinesAsWideAsAScreenTakeNoMore) {
+  Take(std::u16string(1'000'000, u'\u0628'), 240 * Extent(u"\u0628\u0628\u0628\u0628").cx / 4);
+}
+
 TEST_F(SlowManualText, AMegabyteOfArabicWrapsInTimeThatGrowsWithItsLength) {
   std::u16string text;
   while (text.size() < 500'000) text += u"\u0628\u0639\u0644\u0645\u0645\u0645 ";
