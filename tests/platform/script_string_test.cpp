@@ -132,6 +132,30 @@ TEST_F(ScriptString, FitsTheLongestPartOfWholeClustersInLinesOfAnyDirection) {
   }
 }
 
+// How much is looked at follows from the line before; what fits must not.
+TEST_F(ScriptString, FitsAlikeAfterLinesOfFewAndOfManyCharacters) {
+  struct Kind {
+    std::u16string_view letters;
+    char16_t narrow, wide;
+  };
+  const Kind kinds[] = {{u"iWAVfa, ", u'i', u'W'},
+                        {u"\u0628\u0639\u0644\u0627 ", u'\u0627', u'\u0634'},
+                        {u"\u4E2D\u6587\u3002", u'\u3002', u'\u4E2D'}};
+  std::mt19937 random(11);
+  constexpr Long kWidth = 180;
+  for (const Kind& kind : kinds)
+    for (int round = 0; round < 25; ++round) {
+      std::u16string text(150, u' ');
+      for (char16_t& c : text) c = kind.letters[random() % kind.letters.size()];
+      text.front() = kind.letters.front();
+      const Long many = Fitting(std::u16string(300, kind.narrow), kWidth);
+      const Long after_many = Fitting(text, kWidth);
+      const Long few = Fitting(std::u16string(300, kind.wide), kWidth);
+      EXPECT_LE(few, many);
+      EXPECT_EQ(Fitting(text, kWidth), after_many) << testing::PrintToString(text);
+    }
+}
+
 TEST_F(ScriptString, NeverEndsInsideAPairOrInFrontOfAMark) {
   const std::u16string text = u"e\u0301\U0001F600\u05D0\u05B0\u0628\u064B\u0631";
   const auto whole = [&](Long at) {

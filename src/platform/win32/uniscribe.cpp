@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -178,10 +179,11 @@ struct ScriptStringHandle {
             bool disabled);
 
  private:
+  const TEXTMETRICW& Metrics();
   NativeAnalysis Analysed(std::size_t first, std::size_t units, std::uint32_t flags) const;
   bool FindFit(std::u16string_view text);
-  Long SearchFit() const;
-  bool FitsWhenCut(const LineWidths& widths, std::size_t units) const;
+  Long SearchFit();
+  bool FitsWhenCut(const LineWidths& widths, std::size_t units);
   bool StartsCluster(std::size_t unit) const;
   std::size_t ClusterStart(std::size_t unit) const;
   bool MakeDrawn();
@@ -192,13 +194,18 @@ struct ScriptStringHandle {
   const SCRIPT_CONTROL control_;
   const SCRIPT_STATE state_;
   const SCRIPT_TABDEF tabs_;
-  std::u16string text_;      // as far as it was looked at
-  NativeAnalysis analysis_;  // of that
-  NativeAnalysis drawn_;     // of what is drawn when that isn't all; once it is needed
-  Long line_height_ = 0;     // once the line was clipped
+  std::u16string text_;                 // as far as it was looked at
+  NativeAnalysis analysis_;             // of that
+  NativeAnalysis drawn_;                // of what is drawn when that isn't all; once it is needed
+  std::optional<TEXTMETRICW> metrics_;  // once somebody asks
   Long fitting_ = 0;
   SIZE size_;
 };
+
+const TEXTMETRICW& ScriptStringHandle::Metrics() {
+  if (!metrics_) metrics_ = win32::MetricsOf(dc_);
+  return *metrics_;
+}
 
 NativeAnalysis ScriptStringHandle::Analysed(std::size_t first, std::size_t units, std::uint32_t flags) const {
   auto control = std::bit_cast<::SCRIPT_CONTROL>(control_);
@@ -222,8 +229,7 @@ bool ScriptStringHandle::Analyse(std::u16string_view text) {
 }
 
 bool ScriptStringHandle::FindFit(std::u16string_view text) {
-  line_height_ = win32::MetricsOf(dc_).tmHeight;
-  ScriptWindow window(text, width_, line_height_);
+  ScriptWindow window(text, width_, Metrics().tmHeight);
   for (;; window.Grow()) {
     text_ = Drawable(window.Text());
     analysis_ = Analysed(0, text_.size(), flags_);
@@ -231,17 +237,19 @@ bool ScriptStringHandle::FindFit(std::u16string_view text) {
     const ::SIZE* const size = analysis_ ? Platform().size(analysis_.get()) : nullptr;
     if (!out || !size) return false;
     fitting_ = std::clamp(*out, 0, static_cast<int>(text_.size()));
-    if (fitting_ < std::ssize(text_)) return true;
-    if (size->cx > width_) break;  // a platform that never clips
-    if (window.Whole()) return true;
+    if (fitting_ == std::ssize(text_)) {
+      if (!window.Tells(size->cx)) continue;
+      if (size->cx <= width_) return true;
+      fitting_ = SearchFit();
+    }
+    window.Ended(static_cast<std::size_t>(fitting_));
+    return true;
   }
-  fitting_ = SearchFit();
-  return true;
 }
 
 // What a platform leaves to us that never clips: the longest part of the line that still fits when the text
 // is cut there.
-Long ScriptStringHandle::SearchFit() const {
+Long ScriptStringHandle::SearchFit() {
   const LineWidths widths(analysis_.get(), text_, (flags_ & SSA_RTL) != 0);
   std::size_t fitting = ClusterStart(widths.UnitsWithin(width_));
   while (fitting > 0 && !FitsWhenCut(widths, fitting)) fitting = ClusterStart(fitting - 1);
@@ -251,12 +259,12 @@ Long ScriptStringHandle::SearchFit() const {
 // At the end of a line a letter may be wider than inside its word: where letters join it has another form,
 // and elsewhere a pair of letters may stand closer. So that word is laid out anew, unless there is room to
 // spare.
-bool ScriptStringHandle::FitsWhenCut(const LineWidths& widths, std::size_t units) const {
+bool ScriptStringHandle::FitsWhenCut(const LineWidths& widths, std::size_t units) {
   const std::size_t blank = text_.find_last_of(u" \t", units - 1);
   const std::size_t word = blank == text_.npos ? 0 : blank + 1;
   if (word == units) return true;
   if (!MayJoin(text_[units - 1]) && !MayJoin(text_[units]) &&
-      widths.Before(units) + line_height_ / 4 <= width_)
+      widths.Before(units) + Metrics().tmHeight / 4 <= width_)
     return true;
   const NativeAnalysis cut = Analysed(word, units - word, flags_ & ~(SSA_CLIP | SSA_FIT));
   const ::SIZE* const size = cut ? Platform().size(cut.get()) : nullptr;
@@ -303,7 +311,7 @@ bool ScriptStringHandle::Draw(Long x, Long y, std::uint32_t options, const RECT*
                               Long past_selected, bool disabled) {
   const SIZE* const size = Size();
   if (!size) return false;
-  const TEXTMETRICW metrics = win32::MetricsOf(dc_);
+  const TEXTMETRICW& metrics = Metrics();
   const win32::SavedClip saved(dc_);
   const LineCorner corner = AlignedCorner(saved.Align(), x, y, {size->cx, size->cy, metrics.tmAscent});
   // Not every platform clips what it draws item by item, and it would align each item of its own.

@@ -44,12 +44,14 @@ ScriptLine ScriptStringHandle::LaidOut(std::u16string_view text) const {
 void ScriptStringHandle::FindFit(std::u16string_view text) {
   ScriptWindow window(text, width_, face_->Height());
   line_ = LaidOut(window.Text());
-  while (line_.Width() <= width_ && !window.Whole()) {
+  while (!window.Tells(line_.Width())) {
     window.Grow();
     line_ = LaidOut(window.Text());
   }
   text_ = window.Text();
-  const std::size_t fitting = line_.Width() <= width_ ? text_.size() : FittingUnits();
+  const bool fits = line_.Width() <= width_;
+  const std::size_t fitting = fits ? text_.size() : FittingUnits();
+  if (!fits) window.Ended(fitting);
   drawn_ = fitting == text_.size() ? fitting : line_.ClusterAfter(fitting);
   out_chars_ = static_cast<Long>(fitting);
 }
