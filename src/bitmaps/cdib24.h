@@ -31,6 +31,10 @@ class CDib24 : public Dib {
   // Makes every pixel but those of KeyColour grey, all three bytes their mean rounded half to even. A `key`
   // of CLR_INVALID becomes KeyColour; what is skipped never depends on it.
   void Grayscale(COLORREF& key);
+  // As the surface of 32 bits does it: what has the colour of the top left corner, or is close to it, becomes
+  // KeyColour.
+  void KeyOutCorner();
+  void KeyOutCornerFuzzy();
 
   // Bilinear, never mixing `key` into its neighbours: such pixels come out as KeyColour. Null when the new
   // surface can't be made; a copy at the same size. Height comes first.

@@ -4,6 +4,8 @@
 
 #include "base/rounding.h"
 #include "bitmaps/cdib24.h"
+#include "bitmaps/cdib32.h"
+#include "bitmaps/key_out.h"
 #include "bitmaps/nearest_axis.h"
 #include "bitmaps/pixel_loops.h"
 
@@ -66,6 +68,13 @@ void CDib24::Grayscale(COLORREF& key) {
       pixel[0] = pixel[1] = pixel[2] = grey;
     }
   }
+}
+
+void CDib24::KeyOutCorner() {
+  if (Bits() != nullptr) KeyOut<CDib32::SameValue>(View());
+}
+void CDib24::KeyOutCornerFuzzy() {
+  if (Bits() != nullptr) KeyOut<CDib32::WithinTolerance>(View());
 }
 
 std::unique_ptr<CDib24> CDib24::ResampleNearest(Long new_width, Long new_height) const {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "bitmaps/alpha_rows.h"
+#include "bitmaps/key_out.h"
 #include "bitmaps/pixel_loops.h"
 #include "platform/shared/os_tests.h"
 
@@ -97,21 +98,11 @@ void CDib32::Grayscale(Long key) {
   GreyPixels(Bits(), PixelCount(), key >= 1);
 }
 
-template <typename Same>
-void CDib32::KeyOut(Same same) {
-  if (!HasPixels()) return;
-  GdiFlush();
-  const std::uint8_t* const corner = View().At(0, 0);
-  const Long blue = corner[0], green = corner[1], red = corner[2];
-  std::uint8_t* const end = Bits() + PixelCount() * kBytesPerAlphaPixel;
-  for (std::uint8_t* pixel = Bits(); pixel != end; pixel += kBytesPerAlphaPixel) {
-    if (!same(pixel[0], blue) || !same(pixel[1], green) || !same(pixel[2], red)) continue;
-    PutKeyPixel(pixel);
-    pixel[3] = 0;
-  }
+void CDib32::KeyOutCorner() {
+  if (HasPixels()) KeyOut<SameValue>(View());
 }
-
-void CDib32::KeyOutCorner() { KeyOut(SameValue); }
-void CDib32::KeyOutCornerFuzzy() { KeyOut(WithinTolerance); }
+void CDib32::KeyOutCornerFuzzy() {
+  if (HasPixels()) KeyOut<WithinTolerance>(View());
+}
 
 }  // namespace marklet

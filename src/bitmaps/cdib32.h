@@ -83,8 +83,6 @@ class CDib32 : public Dib {
   std::ptrdiff_t PixelCount() const { return std::ptrdiff_t{Width()} * Height(); }
   // Coordinates count from the target's top left; what lies outside is left out.
   void BlendOnto(const PixelView& target, std::int64_t x, std::int64_t y, std::uint8_t constant_alpha) const;
-  template <typename Same>
-  void KeyOut(Same same);
 
   bool not_premultiplied_ = true;
 };

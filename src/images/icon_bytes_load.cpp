@@ -68,16 +68,6 @@ bool IsSmall(SIZE size) {
   return false;
 }
 
-// The surface's colours at the nearest size that has a place; null when that can't be made.
-std::unique_ptr<CDib24> Normalised(CDib32& surface) {
-  CDib24 plain;
-  if (!plain.Create(surface.Width(), surface.Height())) return nullptr;
-  surface.PaintTo(plain.hDC(), 0, 0, -1, -1, 0, 0, SRCCOPY);
-  surface.ClearUp();
-  const Long size = NormalisedSize(plain.Width());
-  return plain.ResizeKeyed(size, size, KeyColour);
-}
-
 }  // namespace
 
 void CIconBytes::LoadFromFile(std::u16string_view path) {
@@ -142,16 +132,17 @@ void CIconBytes::LoadFromPictureObject(const PictureRef& picture, bool fuzzy) {
     if (size.cx != size.cy && !small)
       return Complain(u"This image is not supported. Images must have equal width and height.",
                       u"Corvane Image Renderer");
-    CDib32 surface;
-    if (!surface.Create(small ? 16 : size.cx, small ? 16 : size.cy)) return;
-    surface.Clear(KeyColour);
-    marklet::RenderPicture(picture, surface.hDC());
-    fuzzy ? surface.KeyOutCornerFuzzy() : surface.KeyOutCorner();
-    const std::unique_ptr<CDib24> normalised = small ? nullptr : Normalised(surface);
-    if (!small && !normalised) return;
-    const Long height = small ? surface.Height() : normalised->Height();
+    // Alpha never reaches the entry, so a surface without it is enough: one, and three bytes a pixel.
+    auto surface = std::make_unique<CDib24>();
+    if (!surface->Create(small ? 16 : size.cx, small ? 16 : size.cy)) return;
+    surface->Clear(KeyColour);
+    marklet::RenderPicture(picture, surface->hDC());
+    fuzzy ? surface->KeyOutCornerFuzzy() : surface->KeyOutCorner();
+    if (!small) surface = surface->ResizeKeyed(NormalisedSize(size.cx), NormalisedSize(size.cx), KeyColour);
+    if (!surface) return;
+    const Long height = surface->Height();
     StoreBits(SizeIndex(height), kPictureDepthIndex, kPictureBits, 0, 0, PaddedWidth(height), height,
-              small ? surface.hDC() : normalised->hDC());
+              surface->hDC());
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include <limits>
 
+#include "bitmaps/cdib32.h"
 #include "bitmaps/pixels.h"
 #include "platform/text.h"
 
@@ -39,6 +40,33 @@ TEST(CDib24, StrideIsThreeBytesAPixelInWholeFours) {
     EXPECT_EQ(view.stride, stride) << "width " << width;
     EXPECT_EQ(view.bits, surface.Bits());
   }
+}
+
+// Both ways of keying out, in three bytes and in four. Rows of three bytes end in padding, which is no pixel.
+TEST(CDib24, KeysOutWhatTheSurfaceWithAlphaDoes) {
+  Random random(43);
+  for (int round = 0; round < 50; ++round) {
+    const auto surface = Surface(Between(random, 1, 20), Between(random, 1, 20));
+    CDib32 with_alpha;
+    ASSERT_TRUE(with_alpha.Create(surface->Width(), surface->Height()));
+    const auto near = [&] { return Between(random, 90, 118); };
+    for (Long y = 0; y < surface->Height(); ++y)
+      for (Long x = 0; x < surface->Width(); ++x)
+        PutColour(*surface, x, y,
+                  Between(random, 0, 2) == 0 ? MakeRgb(99, 99, 99) : MakeRgb(near(), near(), near()));
+    with_alpha.LoadFromDC(surface->hDC(), 0, 0, -1, -1, SRCCOPY);
+    const bool fuzzy = round % 2 == 0;
+    fuzzy ? surface->KeyOutCornerFuzzy() : surface->KeyOutCorner();
+    fuzzy ? with_alpha.KeyOutCornerFuzzy() : with_alpha.KeyOutCorner();
+    const auto expected = Surface(surface->Width(), surface->Height());
+    expected->LoadFromDC(with_alpha.hDC(), 0, 0, -1, -1, SRCCOPY);
+    ASSERT_EQ(Colours(*surface), Colours(*expected)) << round;
+    ASSERT_EQ(ColourAt(*surface, 0, surface->Height() - 1), KeyColour);
+  }
+  CDib24 empty;
+  empty.KeyOutCorner();
+  empty.KeyOutCornerFuzzy();
+  ExpectEmpty(empty);
 }
 
 TEST(CDib24, IsBlackWhenNew) {

@@ -38,10 +38,10 @@ PictureRef Load(std::u16string_view path) {
   const auto kind = CheckPictureFile(file);
   if (!kind) return nullptr;
   if (*kind == PictureKind::kGif) KeepFirstFrame(file);
-  const ComPtr<IStream> stream = StreamOver(file);
+  const auto size = static_cast<LONG>(file.size());
+  const ComPtr<IStream> stream = StreamOver(std::exchange(file, {}));
   if (stream == nullptr) return nullptr;
   ComPtr<IPicture> picture;
-  const auto size = static_cast<LONG>(file.size());
   if (FAILED(OleLoadPicture(stream.Get(), size, FALSE, IID_IPicture,
                             reinterpret_cast<void**>(picture.GetAddressOf()))))
     return nullptr;
