@@ -82,6 +82,22 @@ class Form {
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
   }
 
+  // The same for windows alone, without what holds them.
+  static void Repaint(const std::vector<HWND>& windows) {
+    for (const HWND window : windows)
+      RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+  }
+
+  // The innermost window of each place.
+  std::vector<HWND> Innermost() const {
+    std::vector<HWND> windows;
+    for (HWND window = GetWindow(window_, GW_CHILD); window; window = GetWindow(window, GW_HWNDNEXT)) {
+      const HWND inner = GetWindow(window, GW_CHILD);
+      windows.push_back(inner ? inner : window);
+    }
+    return windows;
+  }
+
   static void Pump() {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
@@ -207,6 +223,8 @@ void MeasureWindows(Report& report, const std::string& name, Add add) {
                form.Paint();
              }));
   report.Add("form/" + name + "/repaint", TimeOf([&] { form.Repaint(); }));
+  report.Add("form/" + name + "/repaint-each",
+             TimeOf([&, windows = form.Innermost()] { Form::Repaint(windows); }));
   AddFootprint(report, "form/" + name + "/footprint", before, Footprint::Take());
 }
 
@@ -219,6 +237,8 @@ void MeasureControls(Report& report, Libraries& libraries) {
                form.Paint();
              }));
   report.Add("form/marklet/repaint", TimeOf([&] { form.Repaint(); }));
+  report.Add("form/marklet/repaint-each",
+             TimeOf([&, windows = form.Innermost()] { Form::Repaint(windows); }));
   AddFootprint(report, "form/marklet/footprint", before, Footprint::Take());
 
   ComPtr<IStream> stream;

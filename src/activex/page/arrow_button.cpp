@@ -1,6 +1,7 @@
 #include "activex/page/arrow_button.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "platform/system_colours.h"
 
@@ -8,7 +9,7 @@ namespace marklet::activex::page {
 namespace {
 
 int CALLBACK FoundFont(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
-  *reinterpret_cast<bool*>(found) = true;
+  *std::bit_cast<bool*>(found) = true;
   return 0;  // one is enough
 }
 
