@@ -450,6 +450,63 @@ TEST(PictureFiles, OfGifLoseAllFramesButTheFirst) {
   EXPECT_EQ(many, one);
 }
 
+// Of two controls the last counts; one of another length is none.
+TEST(PictureFiles, OfGifLoseWhatTheirFirstFrameDoesNotNeed) {
+  constexpr std::ptrdiff_t kBlocks = 13 + 3 * 128, kControl = 8;
+  const Bytes plain = pictures::Gif(
+      40, 40, {1, 2, 3}, [](int x, int y) { return static_cast<unsigned>(x * y) % 3; }, 1);
+  const Bytes comment = {0x21, 0xFE, 2, 'h', 'i', 1, '!', 0}, program = {0x21, 0xFF, 1, 'x', 0};
+  const Bytes former = {0x21, 0xF9, 4, 1, 9, 9, 2, 0}, broken = {0x21, 0xF9, 3, 1, 0, 2, 0};
+  Bytes file = With(With(plain, kBlocks + kControl, program), kBlocks + kControl, broken);
+  file = With(With(file, kBlocks, former), kBlocks, comment);
+  EXPECT_EQ(KeepFirstFrame(file), 40 * 40);
+  EXPECT_EQ(file, plain);
+  // The same data in blocks of 7, some of which are shorter.
+  Bytes cut(plain.begin(), plain.begin() + kBlocks + kControl + 11);
+  Bytes data;
+  for (std::size_t at = cut.size(); plain[at] != 0; at += plain[at] + std::size_t{1})
+    data.insert(data.end(), plain.begin() + static_cast<std::ptrdiff_t>(at) + 1,
+                plain.begin() + static_cast<std::ptrdiff_t>(at) + 1 + plain[at]);
+  for (std::size_t at = 0; at < data.size();) {
+    const std::size_t length = std::min(data.size() - at, at % 5 + 3);
+    cut.push_back(static_cast<std::uint8_t>(length));
+    cut.insert(cut.end(), data.begin() + static_cast<std::ptrdiff_t>(at),
+               data.begin() + static_cast<std::ptrdiff_t>(at + length));
+    at += length;
+  }
+  cut.insert(cut.end(), {0, 0x3B});
+  EXPECT_GT(cut.size(), plain.size());
+  KeepFirstFrame(cut);
+  EXPECT_EQ(cut, plain);
+}
+
+TEST(PictureFiles, OfGifThatEndWithTheirFirstFrameStayAsTheyAre) {
+  const Bytes plain = pictures::Gif(
+      40, 40, {1}, [](int, int) { return 0u; }, {}, 1);
+  for (std::size_t size = 0; size < plain.size(); ++size) {
+    const Bytes cut(plain.begin(), plain.begin() + static_cast<std::ptrdiff_t>(size));
+    Bytes kept = cut;
+    EXPECT_EQ(KeepFirstFrame(kept), 0);
+    EXPECT_EQ(kept, cut) << size;
+  }
+  Bytes large_frame = plain;
+  large_frame[6] = large_frame[8] = 1;
+  EXPECT_EQ(KeepFirstFrame(large_frame), 40 * 40);
+}
+
+// A loader may take a time for each block that grows with all that is left of the file.
+TEST_F(HostPictures, OfGifFilesOfManyBlocksAreLoadedAtOnce) {
+  constexpr std::ptrdiff_t kBlocks = 13 + 3 * 128;
+  Bytes comment = {0x21, 0xFE};
+  for (int i = 0; i < 200000; ++i) comment.insert(comment.end(), {1, 'x'});
+  comment.push_back(0);
+  const Bytes plain = pictures::Gif(
+      16, 16, {0x405060}, [](int, int) { return 0u; }, {}, 1);
+  const double start = ProcessorSeconds();
+  ExpectSize(Load(With(plain, kBlocks, comment)), 16, 16);
+  EXPECT_LT(ProcessorSeconds() - start, 0.5);
+}
+
 // --- Message boxes ----------------------------------------------------------------------------------------
 
 TEST(MessageBox, GoesToTheConfigurationWhereItTakesThem) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 #include "base/byte_reader.h"
 #include "base/rows.h"
@@ -60,19 +61,63 @@ std::size_t PastSubBlocks(const PaddedBytes& file, std::size_t at) {
   return at + 1;
 }
 
-// Where the first frame begins; the file's size if it has none.
-std::size_t FindFrame(const PaddedBytes& file) {
-  std::size_t at = 13 + ColourTableBytes(file.U8(10));
-  while (file.U8(at) == kGifExtension) at = PastSubBlocks(file, at + 2);
-  return file.U8(at) == kGifImage ? at : file.Size();
+// Where the parts of a GIF stand up to its first frame's end, as far as they lie in the file.
+struct GifParts {
+  std::size_t tables_end;      // of the header and the table of all frames
+  std::size_t control;         // the last one in front of the frame that is sound; 0 without
+  std::size_t frame;           // the file's size if there is none
+  std::int64_t width, height;  // of the screen, and of the frame where that is larger
+};
+
+// What says which colour is transparent, and nothing else.
+bool IsControl(const PaddedBytes& file, std::size_t at) {
+  constexpr unsigned kControl = 0xF9, kSize = 4;
+  return file.U8(at + 1) == kControl && file.U8(at + 2) == kSize && file.U8(at + 3 + kSize) == 0;
+}
+constexpr std::size_t kControlBytes = 8;
+
+GifParts PartsOf(const PaddedBytes& file) {
+  GifParts parts{13 + ColourTableBytes(file.U8(10)), 0, 0, 0, 0};
+  std::size_t at = parts.tables_end;
+  for (; file.U8(at) == kGifExtension; at = PastSubBlocks(file, at + 2))
+    if (IsControl(file, at)) parts.control = at;
+  parts.frame = file.U8(at) == kGifImage ? at : file.Size();
+  parts.width = std::max<std::int64_t>(file.U16(6), file.U16(at + 1) + file.U16(at + 5));
+  parts.height = std::max<std::int64_t>(file.U16(8), file.U16(at + 3) + file.U16(at + 7));
+  return parts;
 }
 
 bool CheckGif(const PaddedBytes& file) {
-  const std::size_t frame = FindFrame(file);
-  if (frame >= file.Size()) return false;
-  const std::int64_t width = std::max<std::int64_t>(file.U16(6), file.U16(frame + 1) + file.U16(frame + 5));
-  const std::int64_t height = std::max<std::int64_t>(file.U16(8), file.U16(frame + 3) + file.U16(frame + 7));
-  return IsPlausible(width, height, file.Size());
+  const GifParts parts = PartsOf(file);
+  return parts.frame < file.Size() && IsPlausible(parts.width, parts.height, file.Size());
+}
+
+// Moves bytes towards the start of the file; where they end now.
+std::size_t MoveDown(std::vector<std::uint8_t>& file, std::size_t from, std::size_t end, std::size_t to) {
+  const auto at = [&](std::size_t place) { return file.begin() + static_cast<std::ptrdiff_t>(place); };
+  std::copy(at(from), at(end), at(to));
+  return to + (end - from);
+}
+
+// The same for the blocks that begin at `from`, which become as long as blocks may be.
+std::size_t MergeBlocksDown(std::vector<std::uint8_t>& file, std::size_t from, std::size_t to) {
+  constexpr std::uint8_t kLongest = 255;
+  std::size_t length_at = to++;
+  std::uint8_t length = 0;
+  while (file[from] != 0) {
+    const std::size_t end = from + 1 + file[from];
+    while (++from < end) {
+      if (length == kLongest) {
+        file[length_at] = std::exchange(length, std::uint8_t{0});
+        length_at = to++;
+      }
+      file[to++] = file[from];
+      ++length;
+    }
+  }
+  file[length_at] = length;
+  if (length != 0) file[to++] = 0;
+  return to;
 }
 
 // --- JPG --------------------------------------------------------------------------------------------------
@@ -189,15 +234,19 @@ std::optional<JpegClaims> ReadJpegClaims(std::span<const std::uint8_t> file) {
   return ClaimsOf(PaddedBytes(file));
 }
 
-void KeepFirstFrame(std::vector<std::uint8_t>& gif) {
+std::int64_t KeepFirstFrame(std::vector<std::uint8_t>& gif) {
   const PaddedBytes file(gif);
-  const std::size_t frame = FindFrame(file);
-  if (frame >= gif.size()) return;
-  const std::size_t pixels = frame + 10 + ColourTableBytes(file.U8(frame + 9)) + 1;
-  const std::size_t end = PastSubBlocks(file, pixels);
-  if (end >= gif.size()) return;
+  const GifParts parts = PartsOf(file);
+  if (parts.frame >= gif.size()) return 0;
+  const std::size_t blocks = parts.frame + 10 + ColourTableBytes(file.U8(parts.frame + 9)) + 1;
+  if (PastSubBlocks(file, blocks) >= gif.size()) return 0;
+  std::size_t end = parts.tables_end;
+  if (parts.control != 0) end = MoveDown(gif, parts.control, parts.control + kControlBytes, end);
+  end = MoveDown(gif, parts.frame, blocks, end);
+  end = MergeBlocksDown(gif, blocks, end);
   gif.resize(end);
   gif.push_back(kGifTrailer);
+  return parts.width * parts.height;
 }
 
 }  // namespace marklet

@@ -37,7 +37,9 @@ struct JpegClaims {
 };
 std::optional<JpegClaims> ReadJpegClaims(std::span<const std::uint8_t> file);
 
-// Cuts a GIF after its first frame, so that a loader has no others to decode.
-void KeepFirstFrame(std::vector<std::uint8_t>& gif);
+// Leaves of a GIF its first frame and what that needs, in blocks as long as they may be: no loader has other
+// frames to decode, or millions of comments and blocks to pass. Returns the pixels of the screen, or of the
+// frame where that is larger; 0, and nothing changed, where the file ends before or right after the frame.
+std::int64_t KeepFirstFrame(std::vector<std::uint8_t>& gif);
 
 }  // namespace marklet

@@ -1,6 +1,7 @@
 #include "platform/host_picture.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <new>
 #include <span>
@@ -68,12 +69,27 @@ const char* LoaderName(PictureKind kind) {
   return "";
 }
 
+// In which pieces to give a GIF to its loader, which for each block moves what it hasn't read of the piece,
+// and for each piece goes over all pixels. Half of its work is either at this length.
+std::size_t GifPiece(std::int64_t pixels) {
+  constexpr double kPerSide = 160;
+  constexpr std::size_t kLeast = 4096;
+  return std::max(kLeast, static_cast<std::size_t>(kPerSide * std::sqrt(static_cast<double>(pixels))));
+}
+
+bool Write(GdkPixbufLoader* loader, std::span<const std::uint8_t> file, std::size_t piece) {
+  for (; !file.empty(); file = file.subspan(std::min(piece, file.size())))
+    if (gdk_pixbuf_loader_write(loader, file.data(), std::min(piece, file.size()), nullptr) == 0)
+      return false;
+  return true;
+}
+
 // Null when the loader can make nothing of the file.
-PixelsRef Decode(PictureKind kind, std::span<const std::uint8_t> file) {
+PixelsRef Decode(PictureKind kind, std::span<const std::uint8_t> file, std::size_t piece) {
   const std::unique_ptr<GdkPixbufLoader, Unref> loader(
       gdk_pixbuf_loader_new_with_type(LoaderName(kind), nullptr));
   if (loader == nullptr) return nullptr;
-  const bool written = gdk_pixbuf_loader_write(loader.get(), file.data(), file.size(), nullptr) != 0;
+  const bool written = Write(loader.get(), file, piece);
   const bool closed = gdk_pixbuf_loader_close(loader.get(), nullptr) != 0;
   if (!written || !closed) return nullptr;
   GdkPixbuf* pixels = gdk_pixbuf_loader_get_pixbuf(loader.get());
@@ -91,8 +107,13 @@ PictureRef Load(std::u16string_view path) {
   if (!ReadWholeFile(path, file, HasPictureSignature)) return nullptr;
   const auto kind = CheckPictureFile(file);
   if (!kind) return nullptr;
-  if (*kind == PictureKind::kGif) KeepFirstFrame(file);
-  PixelsRef pixels = Decode(*kind, file);
+  std::size_t piece = file.size();
+  if (*kind == PictureKind::kGif) {
+    const std::int64_t claimed = KeepFirstFrame(file);
+    if (claimed == 0) return nullptr;
+    piece = GifPiece(claimed);
+  }
+  PixelsRef pixels = Decode(*kind, file, piece);
   if (pixels == nullptr) return nullptr;
   return Wrap(std::move(pixels), *kind == PictureKind::kCursor);
 }
