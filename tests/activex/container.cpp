@@ -10,13 +10,20 @@ namespace {
 
 constexpr wchar_t kWindowClass[] = L"MarkletTestContainer";
 
-HWND CreateContainerWindow() {
+ATOM RegisterWindowClass() {
   WNDCLASSW description = {};
   description.lpfnWndProc = DefWindowProcW;
   description.hInstance = GetModuleHandleW(nullptr);
   description.hbrBackground = GetSysColorBrush(marklet::COLOR_WINDOW);
   description.lpszClassName = kWindowClass;
-  RegisterClassW(&description);
+  return RegisterClassW(&description);
+}
+
+// Threads that come here at the same time wait for the first one: a class that another thread is about to
+// register exists before it can be used.
+HWND CreateContainerWindow() {
+  static const ATOM window_class = RegisterWindowClass();
+  EXPECT_NE(0, window_class);
   const HWND window = CreateWindowExW(0, kWindowClass, L"", WS_POPUP, 100, 100, 400, 300, nullptr, nullptr,
                                       GetModuleHandleW(nullptr), nullptr);
   ShowWindow(window, SW_SHOWNOACTIVATE);

@@ -35,6 +35,7 @@ struct FirstControl {
 FirstControl ActivateAfter(Barrier& barrier, const ServerCopy& server) {
   const Apartment apartment;
   Container container;
+  EXPECT_TRUE(container.Window());
   container.HostObject(server.CreateControl());
   FirstControl result;
   barrier.Pass();
