@@ -165,14 +165,27 @@ TEST_F(Hiding, MayComeInTheMiddleOfActivation) {
     container_.on_call = [&](const std::string& call) {
       if (call == when) container_.Activate(OLEIVERB_HIDE);
     };
+    container_.log.clear();
     EXPECT_EQ(S_OK, container_.Activate());
     container_.on_call = nullptr;
+    EXPECT_EQ(when == std::string("ShowObject"), container_.Count("ShowObject") == 1) << "nothing is shown";
     ASSERT_TRUE(container_.ControlWindow());
     EXPECT_FALSE(IsWindowVisible(container_.ControlWindow()));
     EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_SHOW));
     EXPECT_TRUE(IsWindowVisible(container_.ControlWindow()));
     EXPECT_EQ(S_OK, As<IOleInPlaceObject>(container_.Object())->InPlaceDeactivate());
   }
+}
+
+// The container may have thought better of it when it hears that the user interface goes.
+TEST_F(Hiding, EndsWithAVerbThatShowsInTheMiddleOfIt) {
+  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_UIACTIVATE));
+  container_.on_call = [&](const std::string& call) {
+    if (call == "OnUIDeactivate") container_.Activate(OLEIVERB_SHOW);
+  };
+  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_HIDE));
+  EXPECT_EQ(1, container_.Count("OnUIDeactivate"));
+  EXPECT_TRUE(IsWindowVisible(window_));
 }
 
 TEST_F(Hiding, SaysNothingToTheSiteOfAnInactiveControl) {
@@ -189,6 +202,7 @@ TEST_F(Hiding, EachVerbThatShowsMakesAWindowInANewParent) {
   for (const Way& way : kVerbs)
     for (const bool hidden : {false, true}) {
       SCOPED_TRACE(std::string(way.name) + (hidden ? ", from hidden" : ""));
+      EXPECT_EQ(S_OK, SetRects(container_));
       if (hidden) Hide();
       ReplaceParent();
       container_.position = {5, 6, 105, 36};
@@ -206,6 +220,16 @@ TEST_F(Hiding, EachVerbThatShowsMakesAWindowInANewParent) {
     }
   container_.Close();
   EXPECT_EQ(1, container_.Count("OnInPlaceDeactivate"));
+}
+
+TEST_F(Hiding, AWindowThatGoesTakesTheUserInterfaceWithIt) {
+  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_UIACTIVATE));
+  ReplaceParent();
+  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_SHOW));
+  EXPECT_EQ(1, container_.Count("OnUIDeactivate"));
+  EXPECT_EQ(1, container_.Count("SetActiveObject(none)"));
+  EXPECT_EQ(S_OK, container_.Activate(OLEIVERB_UIACTIVATE));
+  EXPECT_EQ(2, container_.Count("OnUIActivate"));
 }
 
 TEST_F(Hiding, ANewWindowHasTheFocusThatTheVerbAsksFor) {

@@ -110,14 +110,14 @@ TEST_F(Keys, NoAccessKeyIsAKeyOfAnotherMeaning) {
   for (wchar_t letter = L'a'; letter <= L'z'; ++letter) {
     const wchar_t caption[] = {L'&', letter, L'o', 0};
     PutText(object_.Get(), L"Caption", caption);
-    int virtual_keys = 0;
+    std::multiset<int> shifts;
     for (const ACCEL& entry : Table()) {
       EXPECT_EQ(FALT, entry.fVirt & (FALT | FCONTROL)) << "with Alt alone";
       if ((entry.fVirt & FVIRTKEY) == 0) continue;
-      ++virtual_keys;
+      shifts.insert(entry.fVirt & FSHIFT);
       EXPECT_EQ(letter - L'a' + L'A', entry.key);
     }
-    EXPECT_LE(1, virtual_keys);
+    EXPECT_EQ((std::multiset<int>{0, FSHIFT}), shifts) << "its key, without Shift and with it";
   }
 }
 
@@ -138,6 +138,16 @@ TEST_F(Keys, AKeyThatNeedsShiftIsFoundWithShift) {
   }
   const KeysDown alt({VK_MENU});
   EXPECT_FALSE(Matches(WM_SYSKEYDOWN, LOBYTE(scan))) << "that is another character";
+}
+
+// There are such on keyboards of many languages, and the characters that Ctrl types everywhere.
+TEST_F(Keys, ACharacterThatTakesMoreThanShiftIsNoKeyWithAlt) {
+  constexpr wchar_t kTypedWithCtrl = 3;
+  ASSERT_EQ(2, HIBYTE(VkKeyScanW(kTypedWithCtrl)));
+  const wchar_t caption[] = {L'&', kTypedWithCtrl, 0};
+  PutText(object_.Get(), L"Caption", caption);
+  EXPECT_EQ(std::set<WORD>{kTypedWithCtrl}, Characters());
+  for (const ACCEL& entry : Table()) EXPECT_EQ(0, entry.fVirt & FVIRTKEY);
 }
 
 // The scan knows no markup, and a doubled ampersand is a key.
