@@ -83,6 +83,7 @@ void StretchSmooth(const CDib24& picture, const StretchSize& size, Long left, Lo
   const PixelView from = picture.View(), to = part.View();
   const Axis across{from.width, size.width, size.mirrored}, down{from.height, size.height, size.upside_down};
   std::vector<Taps> columns;
+  columns.reserve(static_cast<std::size_t>(to.width));
   for (Long x = 0; x < to.width; ++x) columns.push_back(across.At(left + x));
   std::vector<std::uint32_t> row(static_cast<std::size_t>(from.width) * kBytesPerPixel);
   for (Long y = 0; y < to.height; ++y) {

@@ -32,7 +32,7 @@ void Marklet::DrawBackground(HDC dc, const RECT& rect) {
 
 // Held here too: the field may be replaced or dropped while the container draws.
 std::shared_ptr<CDib32> Marklet::CaptureBackground() {
-  const auto snapshot = std::make_shared<CDib32>();
+  auto snapshot = std::make_shared<CDib32>();
   state_.Background = snapshot;
   snapshot->Create(RoundHalfEven(host_.ScaleWidth()), RoundHalfEven(host_.ScaleHeight()));
   capturing_ = true;

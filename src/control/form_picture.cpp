@@ -1,5 +1,7 @@
 #include "control/form_picture.h"
 
+#include <bit>
+
 #include "base/ignore_errors.h"
 #include "base/rounding.h"
 #include "platform/gdi.h"
@@ -18,7 +20,7 @@ auto Try(Read read) -> decltype(read()) {
 // An object whose window can't be read isn't the one.
 bool Is(const NamedMembersRef& object, HWND window) {
   const auto handle = Try([&] { return object ? object->GetHandle("hwnd") : std::nullopt; });
-  return handle && reinterpret_cast<HWND>(*handle) == window;
+  return handle && std::bit_cast<HWND>(*handle) == window;
 }
 
 NamedMembersRef FindControl(const NamedMembersRef& form, HWND window) {
@@ -80,7 +82,7 @@ void CopyFromForm(UserControl& host, HDC destination) {
   if (under) {
     former = Try([&] { return under->GetLong("AutoRedraw"); }).value_or(0) != 0;
     PutAutoRedraw(under, true);
-    source = reinterpret_cast<HDC>(Try([&] { return under->GetHandle("hdc"); }).value_or(0));
+    source = std::bit_cast<HDC>(Try([&] { return under->GetHandle("hdc"); }).value_or(0));
   }
   IgnoreErrors([&] {
     const bool in_twips = IsScaledInTwips(host);

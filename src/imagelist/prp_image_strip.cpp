@@ -52,7 +52,7 @@ void prpImage::ShowPreview() {
 std::shared_ptr<CDib24> prpImage::ClearStrip() {
   strip_.reset();
   IgnoreErrors([this] { strip_ = std::make_shared<CDib24>(); });
-  const std::shared_ptr<CDib24> strip = strip_;
+  std::shared_ptr<CDib24> strip = strip_;
   IgnoreErrors([&] {
     const SIZE size = view_.StripSize();
     if (strip && strip->Create(size.cx, size.cy)) strip->Clear(GetSysColor(COLOR_BTNFACE));

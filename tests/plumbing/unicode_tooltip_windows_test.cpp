@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -42,7 +43,7 @@ class Watch {
   static LRESULT CALLBACK Procedure(::HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message >= WM_USER && message < WM_USER + 100) {
       Sent sent = {message, wparam, lparam, {}};
-      const auto* const bytes = reinterpret_cast<const unsigned char*>(lparam);
+      const auto* const bytes = std::bit_cast<const unsigned char*>(lparam);
       if (message == 1074 || message == 1075 || message == 1081) {
         UINT size = 0;
         std::memcpy(&size, bytes, sizeof size);
