@@ -65,5 +65,16 @@ TEST_F(LoadingMemory, HoldsAPictureOfTheSystemBesideItsSurface) {
   }
 }
 
+// Whatever its name says.
+TEST_F(LoadingMemory, HoldsTheStartAloneOfAFileThatIsNoPicture) {
+  const testing::TemporaryFolder folder;
+  for (const char* name : {"large.png", "large.bmp", "large.gif", "large.jpg", "large.ico", "large.cur"}) {
+    folder.Write(name, std::string(std::size_t{2} << 20, 'x'));
+    CIconBytes image;
+    const std::size_t peak = PeakOfHeap([&] { image.LoadFromFile(folder.Path(name).u16string()); });
+    EXPECT_LE(peak, kBesides) << name;
+  }
+}
+
 }  // namespace
 }  // namespace marklet
