@@ -50,6 +50,17 @@ class Glyphs : public testing::Test {
   TestPicture picture_{240, 40};
 };
 
+// It is shaped by itself, and only once.
+TEST_F(Glyphs, OfABlankAfterAWordTakeTheRoomOfABlankEachTime) {
+  for (const std::u16string word : {u"\u05D0", u"\u05D1\u05D2", u"\u0628", u"\u05D0\u0628", u"\u05D3"}) {
+    EXPECT_EQ(WidthOf(word + u" "), WidthOf(word) + WidthOf(u" ")) << testing::PrintToString(word);
+    const SCRIPT_STRING_ANALYSIS analysis =
+        ScriptStringAnalyse(picture_.Context(), word + u" ", SSA_CLIP | SSA_BREAK, WidthOf(word), {}, {}, {});
+    EXPECT_EQ(*ScriptString_pcOutChars(analysis), static_cast<Long>(word.size())) << "it is the last";
+    ScriptStringFree(analysis);
+  }
+}
+
 TEST_F(Glyphs, OfAFaceThatIsNotThereAreThoseOfNoFace) {
   const std::vector<COLORREF> none = Drawn(u"Total \u05D0 \u4E2D", Record(u""));
   for (const char16_t* name : {u"no such face", u"1", u",", u" x, y ", u"\xD800", u"\u4E2D\u6587"}) {

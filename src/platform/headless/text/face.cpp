@@ -21,7 +21,8 @@ namespace {
 constexpr Long kLargestHinted = 256, kOutlineSize = 1024, kLargestEm = 100'000;
 constexpr Long kDefaultCell = 16;  // the cell height of a record that names none
 // What one face keeps.
-constexpr std::size_t kMostMaskBytes = 4 << 20, kMostShapedTexts = 256, kLongestShapedText = 256;
+constexpr std::size_t kMostMaskBytes = 4 << 20, kMostShapedTexts = 256, kLongestShapedText = 256,
+                      kMostLoneBlanks = 16;
 
 // Families to look for in place of one that isn't there, by nearness of their widths.
 struct Substitute {
@@ -343,6 +344,18 @@ std::shared_ptr<const ShapedText> Face::Shaped(const TextLine& line) {
   if (const auto found = store.find(line.text); found != store.end()) return found->second;
   if (store.size() == kMostShapedTexts) store.clear();
   return store.emplace(line.text, Shape(*this, line)).first->second;
+}
+
+void Face::Keep(const LoneBlank& blank) {
+  if (lone_blanks_.size() == kMostLoneBlanks) lone_blanks_.clear();
+  lone_blanks_.push_back(blank);
+}
+
+const Face::LoneBlank* Face::KeptBlank(PangoFont* font, int script, int level) const {
+  const auto found = std::find_if(lone_blanks_.begin(), lone_blanks_.end(), [&](const LoneBlank& blank) {
+    return blank.font == font && blank.script == script && blank.level == level;
+  });
+  return found != lone_blanks_.end() ? &*found : nullptr;
 }
 
 PangoFontMetrics* Face::Metrics() {

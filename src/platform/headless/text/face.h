@@ -111,6 +111,19 @@ class Face {
   // For shaping: the context to itemise with, and by how much its results are to be multiplied.
   PangoContext* ShapingContext();
   double Scale() const { return scale_; }
+  FontSystem& System() const { return *system_; }
+
+  // What shaping has made of a blank that is an item of its own, as the one after a word is whose script runs
+  // the other way.
+  struct LoneBlank {
+    PangoFont* font;
+    int script, level;
+    Glyph* glyph;
+    double advance, x, y;
+  };
+  // The glyph must be one that GlyphOf gave for the blank's font.
+  void Keep(const LoneBlank& blank);
+  const LoneBlank* KeptBlank(PangoFont* font, int script, int level) const;
 
  private:
   using Page = std::array<Glyph*, 256>;
@@ -156,6 +169,7 @@ class Face {
   std::unordered_map<char32_t, Glyph*> astral_;
   std::unordered_map<GlyphKey, Glyph, HashKey> glyphs_;
   Glyph missing_, blank_;
+  std::vector<LoneBlank> lone_blanks_;
   std::size_t mask_bytes_ = 0;
   // By text, from left to right and from right to left.
   std::unordered_map<std::u16string, std::shared_ptr<const ShapedText>, HashText, std::equal_to<>> shaped_[2];

@@ -26,9 +26,11 @@ FontSystem::FontSystem()
     : map_(pango_cairo_font_map_new()),
       hinted_(MakeContext(map_, CAIRO_HINT_STYLE_SLIGHT, CAIRO_HINT_METRICS_ON)),
       linear_(MakeContext(map_, CAIRO_HINT_STYLE_NONE, CAIRO_HINT_METRICS_OFF)),
-      families_(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(map_))) {}
+      families_(pango_fc_font_map_get_config(PANGO_FC_FONT_MAP(map_))),
+      plain_advances_{pango_attr_font_features_new("-kern,-liga,-clig"), nullptr} {}
 
 FontSystem::~FontSystem() {
+  pango_attribute_destroy(static_cast<PangoAttribute*>(plain_advances_.data));
   g_object_unref(hinted_);
   g_object_unref(linear_);
   g_object_unref(map_);

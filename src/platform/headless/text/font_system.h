@@ -26,11 +26,16 @@ class FontSystem {
   PangoContext* Linear() const { return linear_; }
   const KnownFamilies& Families() const { return families_; }
 
+  // What sets letters at their advances where they need no joining, as in plain text: a list of one
+  // attribute, to be lent to an item.
+  GSList* PlainAdvances() { return &plain_advances_; }
+
  private:
   PangoFontMap* map_;
   PangoContext* hinted_;
   PangoContext* linear_;
   KnownFamilies families_;
+  GSList plain_advances_;
 };
 
 }  // namespace marklet::headless

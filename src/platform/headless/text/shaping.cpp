@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/rounding.h"
+#include "platform/headless/text/font_system.h"
 #include "platform/headless/text/missing_characters.h"
 #include "platform/headless/text/utf.h"
 
@@ -52,8 +53,10 @@ class Shaper {
 
  private:
   void ShapeItem(const PangoItem* item);
+  void ShapeBlank(const PangoItem* item);
   void ShapePart(const PangoItem* item, int start, int length);
   Piece PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int byte);
+  std::size_t UnitAt(int byte) const { return text_.units[static_cast<std::size_t>(byte)]; }
 
   Face& face_;
   const EncodedText& text_;
@@ -62,17 +65,16 @@ class Shaper {
 };
 
 ShapedRuns Shaper::Run(bool rtl) {
-  PangoAttrList* attributes = pango_attr_list_new();
-  // As in plain text, letters that need no joining stand at their advances.
-  pango_attr_list_insert(attributes, pango_attr_font_features_new("kern=0,liga=0,clig=0"));
   GList* logical =
       pango_itemize_with_base_dir(face_.ShapingContext(), rtl ? PANGO_DIRECTION_RTL : PANGO_DIRECTION_LTR,
-                                  text_.bytes.data(), 0, length_, attributes, nullptr);
-  pango_attr_list_unref(attributes);
+                                  text_.bytes.data(), 0, length_, nullptr, nullptr);
   result_.pieces.reserve(text_.bytes.size());
   for (GList* node = logical; node != nullptr; node = node->next) {
     auto* item = static_cast<PangoItem*>(node->data);
+    // Lent for the shaping; handed in with the text, it would be gone through there and copied to each item.
+    item->analysis.extra_attrs = face_.System().PlainAdvances();
     ShapeItem(item);
+    item->analysis.extra_attrs = nullptr;
     pango_item_free(item);
   }
   g_list_free(logical);
@@ -80,12 +82,31 @@ ShapedRuns Shaper::Run(bool rtl) {
 }
 
 void Shaper::ShapeItem(const PangoItem* item) {
+  if (item->length == 1 && text_.bytes[static_cast<std::size_t>(item->offset)] == ' ')
+    return ShapeBlank(item);
   const int end = item->offset + item->length;
   for (int start = item->offset; start < end;) {
     const int length = ShapedAtOnce(text_.bytes.data() + start, end - start);
     ShapePart(item, start, length);
     start += length;
   }
+}
+
+// A word is often followed by a blank of its own, which comes out the same each time.
+void Shaper::ShapeBlank(const PangoItem* item) {
+  const PangoAnalysis& by = item->analysis;
+  if (const Face::LoneBlank* kept = face_.KeptBlank(by.font, by.script, by.level)) {
+    const std::size_t at = result_.pieces.size();
+    result_.pieces.push_back({kept->glyph, UnitAt(item->offset), kept->advance, kept->x, kept->y});
+    result_.runs.push_back({at, at + 1, by.level, Joins(item)});
+    return;
+  }
+  ShapePart(item, item->offset, item->length);
+  const PieceRun& run = result_.runs.back();
+  if (run.past != run.first + 1) return;
+  const Piece& piece = result_.pieces.back();
+  if (piece.glyph != nullptr && piece.glyph != &face_.MissingGlyph())
+    face_.Keep({by.font, by.script, by.level, piece.glyph, piece.advance, piece.x, piece.y});
 }
 
 void Shaper::ShapePart(const PangoItem* item, int start, int length) {
@@ -103,8 +124,7 @@ void Shaper::ShapePart(const PangoItem* item, int start, int length) {
 Piece Shaper::PieceOf(const PangoItem* item, const PangoGlyphInfo& info, int byte) {
   const double pixel = face_.Scale() / PANGO_SCALE;
   const bool missing = (info.glyph & PANGO_GLYPH_UNKNOWN_FLAG) != 0;
-  const std::size_t unit = text_.units[static_cast<std::size_t>(byte)];
-  Piece piece{nullptr, unit, info.geometry.width * pixel, info.geometry.x_offset * pixel,
+  Piece piece{nullptr, UnitAt(byte), info.geometry.width * pixel, info.geometry.x_offset * pixel,
               info.geometry.y_offset * pixel};
   if (missing) {
     NoteMissing(static_cast<char32_t>(info.glyph & ~PANGO_GLYPH_UNKNOWN_FLAG));
@@ -164,6 +184,8 @@ ShapedText Placed(const ShapedRuns& shaped, std::size_t units) {
 
 std::shared_ptr<const ShapedText> Shape(Face& face, const TextLine& line) {
   EncodedText encoded;
+  encoded.bytes.reserve(line.text.size() * 3);
+  encoded.units.reserve(line.text.size() * 3);
   for (std::size_t i = 0; i < line.text.size();) {
     const std::size_t unit = i;
     AppendUtf8(encoded.bytes, ShapeableAs(NextCodePoint(line.text, i)));
