@@ -18,9 +18,12 @@ constexpr int kShortLiteralRootBits = 10, kShortDistanceRootBits = 7;
 constexpr std::size_t kShortInput = 1500;
 
 // The bytes before the stream's end that are left to the exact decoder, so that no result shows that others
-// were decoded fast. It may be ahead of the codes by three bytes, it takes as many until that no longer
-// depends on where it started, and a stored block asks about five more. In the last block nothing asks.
-constexpr std::size_t kMargin = 11;
+// were decoded fast. How far the exact one has read ahead shows in one place: it refuses a stored block when
+// fewer than five bytes follow what it has read. Where the fast decoder stops, the exact one would have read
+// no further than this margin: every code is looked up, with as many bits as the longest one has, within the
+// bits that the last refill was sure of. From there on it reads nothing until both have read alike. Four
+// bytes aren't enough, and more than five only cost. In the last block nothing asks.
+constexpr std::size_t kMargin = 5;
 
 struct FixedTables {
   static constexpr int kLongestLiteral = 9, kLongestDistance = 5;

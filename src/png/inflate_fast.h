@@ -11,10 +11,8 @@
 namespace marklet::png {
 
 struct FastRun {
-  // Bytes that may be written without a look at the limits, and those of the input that one round takes
-  // beside the margin of the bits.
+  // Bytes that may be written without a look at the limits.
   static constexpr std::size_t kMostLiterals = 6;
-  static constexpr std::ptrdiff_t kMostTaken = 3;
 
   const CodeTable& literals;
   const CodeTable& distances;

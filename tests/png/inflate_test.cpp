@@ -324,6 +324,48 @@ TEST(Inflate, StoredBlockThatEndsTheDataAfterCodesOfFifteenBits) {
   EXPECT_EQ(lost[3], 0);
 }
 
+// A block without a literal: after its code lengths, for which up to fourteen bits are wanted, six bits are
+// taken and none are wanted, so that the byte that was read ahead stays read.
+Bytes StoredAfterCodeLengths(std::size_t single_zeros, std::size_t long_runs) {
+  std::vector<int> code_lengths(19, 0);
+  constexpr std::pair<std::size_t, int> kUsed[] = {{1, 1}, {0, 2}, {2, 3},  {3, 4},
+                                                   {4, 5}, {5, 6}, {17, 7}, {18, 7}};
+  for (const auto& [symbol, length] : kUsed) code_lengths[symbol] = length;
+  const auto codes = CanonicalCodes(code_lengths);
+  BitWriter bits;
+  bits.Put(0, 1).Put(2, 2).Put(29, 5).Put(31, 5).Put(15, 4);
+  for (const std::size_t symbol : kCodeLengthOrder)
+    bits.Put(static_cast<std::uint32_t>(code_lengths[symbol]), 3);
+  const auto put = [&](std::size_t symbol) { bits.Code(codes[symbol], code_lengths[symbol]); };
+  const auto zeros = [&](std::size_t count) { put(18), bits.Put(static_cast<std::uint32_t>(count - 11), 7); };
+  // The lengths of 318 symbols are 0, but for one, that of the block's end, and the last two distances.
+  put(1);
+  for (std::size_t i = 0; i < single_zeros; ++i) put(0);
+  std::size_t left = 255 - single_zeros;
+  for (; left > 138 + 11; left -= 138) zeros(138);
+  zeros(left - 11), zeros(11);
+  put(1);
+  for (std::size_t i = 0; i + 1 < long_runs; ++i) zeros(11);
+  zeros(59 - 11 * (long_runs - 1));
+  put(1), put(1);
+  bits.Code(1, 1).Put(1, 1).Put(0, 2).ToByte();  // the codes of the two literals are 0 and 1
+  for (const unsigned byte : {1u, 0u, 0xFEu, 0xFFu, unsigned{'s'}}) bits.Byte(byte);
+  return bits.bytes();
+}
+
+TEST(Inflate, StoredBlockThatEndsTheDataAfterCodeLengths) {
+  int lost = 0, kept = 0;
+  for (std::size_t single_zeros = 0; single_zeros < 60; ++single_zeros)
+    for (std::size_t long_runs = 1; long_runs < 6; ++long_runs) {
+      const Bytes stream = StoredAfterCodeLengths(single_zeros, long_runs);
+      const Bytes data = AtOnce(stream, 1).data;
+      ASSERT_EQ(data, plain::Inflate().Run(stream, 1).data) << single_zeros << " and " << long_runs;
+      ++(data.empty() ? lost : kept);
+    }
+  EXPECT_GT(lost, 0);
+  EXPECT_GT(kept, 0);
+}
+
 // ---- matches of every distance and length ----
 
 TEST(Inflate, EveryDistanceAndLengthOverlapsRight) {
