@@ -75,11 +75,10 @@ void CColorXP::ReadThemeNames() {
 // with those of the default.
 bool CColorXP::WriteScheme(std::u16string_view name, bool menu_style) {
   const Scheme* const scheme = SchemeNamed(name);
-  const std::span<const COLORREF> own = scheme == nullptr ? std::span<const COLORREF>()
-                                        : menu_style      ? scheme->menu_style
-                                                          : scheme->plain;
+  std::span<const COLORREF> own;
+  if (scheme) own = menu_style ? scheme->menu_style : scheme->plain;
   std::ranges::copy(own.empty() ? DefaultSlots() : own, state_.Colours.begin());
-  return !own.empty() && IsOnScreen(*scheme);
+  return scheme && !own.empty() && IsOnScreen(*scheme);
 }
 
 COLORREF CColorXP::TranslateSystem(OLE_COLOR colour) { return ResolvedColour(colour); }
