@@ -23,4 +23,7 @@ void FuzzJpeg(std::span<const std::uint8_t> input);
 // PNG files.
 void FuzzPng(std::span<const std::uint8_t> input);
 
+// Files of the form designer.
+void FuzzFormFile(std::span<const std::uint8_t> input);
+
 }  // namespace marklet

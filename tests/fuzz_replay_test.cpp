@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(, FuzzReplay,
                          testing::Values(Fuzzer{"markup", FuzzMarkup}, Fuzzer{"icon", FuzzIcon},
                                          Fuzzer{"saved_form", FuzzSavedForm},
                                          Fuzzer{"property_bag", FuzzPropertyBag}, Fuzzer{"png", FuzzPng},
-                                         Fuzzer{"jpeg", FuzzJpeg}),
+                                         Fuzzer{"jpeg", FuzzJpeg}, Fuzzer{"form_file", FuzzFormFile}),
                          [](const auto& fuzzer) { return std::string(fuzzer.param.name); });
 
 }  // namespace
