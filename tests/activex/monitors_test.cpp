@@ -6,6 +6,7 @@
 #include "activex/container.h"
 #include "activex/import_patch.h"
 #include "activex/picture.h"
+#include "activex/saving.h"
 #include "activex/server_copy.h"
 
 namespace ocx_test {
@@ -170,6 +171,8 @@ TEST_F(Monitors, ShowEveryFontAtTheirResolution) {
   EXPECT_NEAR(288 * 8.25 / 72 * 0.727, bold, 2) << "a capital's part of the height";
   PutNumber(object.Get(), L"FontSize", 20);
   EXPECT_NEAR(288 * 20.0 / 72 * 0.727, InkHeight(), 2);
+  EXPECT_EQ(S_OK, PutByName(object.Get(), L"Font", NewFont(L"Tahoma", 120000, false)));
+  EXPECT_NEAR(288 * 12.0 / 72 * 0.727, InkHeight(), 2);
 }
 
 // The object has a handle of its own, which is made for the screen.

@@ -228,6 +228,21 @@ TEST(PaintReentry, NothingIsPaintedOnTheWindowThatHasTheContextNow) {
   DestroyWindow(other);
 }
 
+TEST(PaintReentry, SettersPaintOnTheWindowThatComesAfterOneThatWentInside) {
+  Round round;
+  round.Paint(kLooks[0], [&] { DestroyWindow(round.container.ControlWindow()); });
+  ASSERT_EQ(S_OK, round.container.Activate(OLEIVERB_SHOW));
+  const HWND window = round.container.ControlWindow();
+  ASSERT_TRUE(window);
+  UpdateWindow(window);
+  const auto object = round.container.Dispatch();
+  PutNumber(object.Get(), L"BorderStyle", 0);
+  PutNumber(object.Get(), L"BackColor", 0x123456);
+  const HDC shown = GetDC(window);
+  EXPECT_EQ(COLORREF{0x123456}, GetPixel(shown, 2, 40));
+  ReleaseDC(window, shown);
+}
+
 // Whatever came in between, what is to be seen in the end is what the control draws elsewhere.
 TEST(PaintReentry, TheWindowShowsTheNewestPicture) {
   using Change = void (*)(Container & container);

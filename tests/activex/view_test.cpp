@@ -239,6 +239,23 @@ TEST_F(View, KeepsARecordSmall) {
   DeleteEnhMetaFile(metafile);
 }
 
+// Its pixels aren't those of any device: who plays it turns them.
+TEST_F(View, IsRecordedAsItIsWhereItIsTurned) {
+  for (const bool turned : {true, false}) {
+    const HDC dc = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
+    SetGraphicsMode(dc, GM_ADVANCED);
+    const XFORM quarter = {0, 1, -1, 0, 900, 0};
+    if (turned) {
+      ASSERT_TRUE(SetWorldTransform(dc, &quarter));
+    }
+    ASSERT_EQ(S_OK, Draw(dc, {0, 0, 1500, 450}));
+    const HENHMETAFILE metafile = CloseEnhMetaFile(dc);
+    const UINT bytes = GetEnhMetaFileBits(metafile, 0, nullptr);
+    EXPECT_EQ(turned, bytes < 100000u) << bytes;
+    DeleteEnhMetaFile(metafile);
+  }
+}
+
 // --- Aspects
 // ------------------------------------------------------------------------------------------------
 
