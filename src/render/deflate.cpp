@@ -87,10 +87,10 @@ struct Match {
   std::size_t length = 0, distance = 0;
 };
 
-// The places where each group of three bytes was seen, newest first.
+// The places where each group of three bytes was seen, newest first, as far back as a match may reach.
 class MatchFinder {
  public:
-  explicit MatchFinder(std::span<const std::uint8_t> bytes) : bytes_(bytes), earlier_(bytes.size(), kNone) {
+  explicit MatchFinder(std::span<const std::uint8_t> bytes) : bytes_(bytes), earlier_(kWindow, kNone) {
     newest_.fill(kNone);
   }
 
@@ -101,14 +101,14 @@ class MatchFinder {
     for (int tries = 0; place != kNone && position - place <= kWindow && tries < kLongestChain; ++tries) {
       const std::size_t length = CommonLength(place, position);
       if (length > best.length) best = {length, position - place};
-      place = earlier_[place];
+      place = earlier_[place % kWindow];
     }
     return best.length >= kShortest ? best : Match();
   }
   void Remember(std::size_t position) {
     if (position + kShortest > bytes_.size()) return;
     std::size_t& head = newest_[Hash(position)];
-    earlier_[position] = head;
+    earlier_[position % kWindow] = head;
     head = position;
   }
 
@@ -130,7 +130,7 @@ class MatchFinder {
 
   std::span<const std::uint8_t> bytes_;
   std::array<std::size_t, 1u << kHashBits> newest_;
-  std::vector<std::size_t> earlier_;
+  std::vector<std::size_t> earlier_;  // of the last places, in a ring
 };
 
 std::uint32_t Adler32(std::span<const std::uint8_t> bytes) {

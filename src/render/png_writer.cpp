@@ -86,6 +86,8 @@ Bytes RowOf(const Picture& picture, Long y) {
 Bytes FilteredRows(const Picture& picture) {
   Bytes data, above;
   const std::size_t step = picture.alpha.empty() ? 3 : 4;
+  data.reserve(static_cast<std::size_t>(picture.height) *
+               (static_cast<std::size_t>(picture.width) * step + 1));
   for (Long y = 0; y < picture.height; ++y) {
     Bytes row = RowOf(picture, y);
     AppendFiltered(data, row, above, step);

@@ -7,6 +7,7 @@
 
 #include "render/deflate.h"
 #include "render/png_writer.h"
+#include "support/heap_watch.h"
 
 namespace marklet {
 namespace {
@@ -51,6 +52,13 @@ TEST(ZlibCompress, EveryByteEveryLengthAndEveryReachReadBack) {
     bytes.insert(bytes.end(), between.begin(), between.end());
   }
   EXPECT_EQ(Inflate(ZlibCompress(bytes), bytes.size()), bytes);
+}
+
+using ZlibMemory = HeapTest;
+
+TEST_F(ZlibMemory, DoesNotGrowWithTheBytes) {
+  const Bytes bytes(500000, 7);
+  EXPECT_LT(PeakOfHeap([&] { ZlibCompress(bytes); }), 600000u);
 }
 
 TEST(ZlibCompress, RepetitionIsMadeSmall) { EXPECT_LT(ZlibCompress(Bytes(100000, 7)).size(), 1200u); }
