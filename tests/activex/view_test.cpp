@@ -172,6 +172,23 @@ TEST_F(View, IsCutByTheClipOfTheContext) {
   EXPECT_EQ(0, different);
 }
 
+// A large one is drawn in several pieces, a part of it in one.
+TEST_F(View, HasNoSeamsWhereItIsLarge) {
+  Picture whole(2400, 1200), part(2400, 1200);
+  const RECT inside = {100, 450, 500, 650};
+  IntersectClipRect(part.Dc(), inside.left, inside.top, inside.right, inside.bottom);
+  ASSERT_EQ(S_OK, Draw(whole.Dc(), {0, 0, 2400, 1200}));
+  ASSERT_EQ(S_OK, Draw(part.Dc(), {0, 0, 2400, 1200}));
+  int different = 0, ink = 0;
+  for (int y = inside.top; y < inside.bottom; ++y)
+    for (int x = inside.left; x < inside.right; ++x) {
+      different += whole.At(x, y) != part.At(x, y);
+      ink += part.At(x, y) != part.At(inside.left, inside.top);
+    }
+  EXPECT_EQ(0, different);
+  EXPECT_GT(ink, 1000);
+}
+
 int asked = 0;
 BOOL STDMETHODCALLTYPE StopAtTheSecond(ULONG_PTR most) { return static_cast<ULONG_PTR>(++asked) < most; }
 
