@@ -201,6 +201,19 @@ TEST_F(Pointer, GoesToTheDesignerInTheMiddleOfAPress) {
   }
 }
 
+// Not every host tells.
+TEST_F(Pointer, IsLetGoAtTheNextMessageInTheMiddleOfAPress) {
+  for (const Taker& taker : kTakers) {
+    SCOPED_TRACE(taker.name);
+    Send(WM_LBUTTONDOWN, MK_LBUTTON);
+    ASSERT_EQ(window_, GetCapture());
+    taker.take(container_.ambients, true);
+    Send(WM_MOUSEMOVE, MK_LBUTTON);
+    EXPECT_NE(window_, GetCapture());
+    taker.take(container_.ambients, false);
+  }
+}
+
 TEST_F(Pointer, ADesignerShapesItItself) {
   PutNumber(object_.Get(), L"MousePointer", 2);
   const auto set_cursor = [&] {
