@@ -77,6 +77,8 @@ TEST_F(GroupBoxes, MayComeFromAnotherParentAndGoToIt) {
   SetParent(box, form_);
   ASSERT_EQ(box, GetWindow(form_, GW_CHILD)) << "above all others";
   EXPECT_TRUE(IsSeen());
+  SetParent(NewButton(other), form_);
+  EXPECT_TRUE(IsSeen()) << "between two buttons";
   SetParent(box, other);
   EXPECT_FALSE(IsSeen());
   DestroyWindow(other);
