@@ -217,6 +217,21 @@ TEST_F(Monitors, KeepTheExactSizeWhenTheContainerFollows) {
   }
 }
 
+// The system tells the control first, which has another size until the container follows.
+TEST_F(Monitors, GiveTheExactSizeBackWhenTheContainerFollowsLater) {
+  Host();
+  SetExtent({5081, 2541});
+  Activate();
+  for (const int resolution : {144, 288, 120, 96, 192}) {
+    MoveTo(static_cast<UINT>(resolution));
+    EXPECT_NE(5081, Extent().cx);
+    const RECT position = {0, 0, MulDiv(5081, resolution, 2540), MulDiv(2541, resolution, 2540)};
+    EXPECT_EQ(S_OK, As<IOleInPlaceObject>(container_.Object())->SetObjectRects(&position, &position));
+    EXPECT_EQ(5081, Extent().cx) << resolution;
+    EXPECT_EQ(2541, Extent().cy) << resolution;
+  }
+}
+
 TEST_F(Monitors, AreFollowedToAnotherParent) {
   Host();
   Activate();
