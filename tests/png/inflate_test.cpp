@@ -296,7 +296,7 @@ TEST(Inflate, CodesOfFifteenBitsDecode) {
 TEST(Inflate, StoredBlockThatEndsTheDataAfterCodesOfFifteenBits) {
   std::vector<int> lengths(257, 0);
   lengths[256] = 1;
-  for (int i = 2; i <= 14; ++i) lengths[static_cast<std::size_t>('a' + i)] = i;
+  for (int i = 2; i <= 14; ++i) lengths['a' + static_cast<std::size_t>(i)] = i;
   lengths['x'] = lengths['y'] = 15;
   const Bytes block = DynamicBlock(lengths, {1, 1});
   const auto codes = CanonicalCodes(lengths);
