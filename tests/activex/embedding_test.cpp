@@ -4,6 +4,7 @@
 #include <richole.h>
 
 #include <algorithm>
+#include <bit>
 #include <string>
 #include <string_view>
 
@@ -233,14 +234,13 @@ TEST_F(RichEdit, TakesAndGivesBackAndDrawsTheControl) {
 }
 
 DWORD CALLBACK Write(DWORD_PTR text, BYTE* bytes, LONG count, LONG* done) {
-  reinterpret_cast<std::string*>(text)->append(reinterpret_cast<char*>(bytes),
-                                               static_cast<std::size_t>(count));
+  std::bit_cast<std::string*>(text)->append(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(count));
   *done = count;
   return 0;
 }
 
 DWORD CALLBACK Read(DWORD_PTR text, BYTE* bytes, LONG count, LONG* done) {
-  std::string_view& left = *reinterpret_cast<std::string_view*>(text);
+  std::string_view& left = *std::bit_cast<std::string_view*>(text);
   const std::string_view part = left.substr(0, static_cast<std::size_t>(count));
   std::copy(part.begin(), part.end(), bytes);
   left.remove_prefix(part.size());

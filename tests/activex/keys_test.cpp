@@ -12,7 +12,7 @@ using Log = std::vector<std::string>;
 // Keys that are down, as the thread's key state has them.
 class KeysDown {
  public:
-  explicit KeysDown(std::initializer_list<int> keys) {
+  KeysDown(std::initializer_list<int> keys) {
     GetKeyboardState(former_);
     BYTE state[256] = {};
     for (const int key : keys) state[key] = 0x80;
