@@ -43,8 +43,9 @@ TEST_F(LoadingMemory, HoldsThePixelsOfAPngOnce) {
   EXPECT_LE(peak, file.size() + kPixels + kBesides);
 }
 
-// The platform's picture, which the image keeps, has three bytes a pixel, or four where it may be
-// transparent; the surface on which its corner's colour is keyed out has three. The file is gone by then.
+// The platform's picture, which the image keeps, has three bytes a pixel, or four and one of codes where it
+// may be transparent; the surface on which its corner's colour is keyed out has three. The file is gone by
+// then.
 TEST_F(LoadingMemory, HoldsAPictureOfTheSystemBesideItsSurface) {
   constexpr int kSize = 480;
   constexpr std::size_t kPixels = std::size_t{kSize} * kSize;
@@ -57,8 +58,9 @@ TEST_F(LoadingMemory, HoldsAPictureOfTheSystemBesideItsSurface) {
   for (const auto& [name, file, bytes] : files) {
     SCOPED_TRACE(name);
     folder.Write(name, std::string(file.begin(), file.end()));
+    const std::u16string path = folder.Path(name).u16string();
     CIconBytes image;
-    const std::size_t peak = PeakOfHeap([&] { image.LoadFromFile(folder.Path(name).u16string()); });
+    const std::size_t peak = PeakOfHeap([&] { image.LoadFromFile(path); });
     EXPECT_TRUE(image.HasImage256());
     EXPECT_GT(peak, kPixels * bytes);
     EXPECT_LE(peak, kPixels * (bytes + 3) + kBesides);
