@@ -57,6 +57,7 @@ TEST(Threads, AllActivateTheirFirstControlsTogetherAfterEveryLoad) {
     std::vector<FirstControl> controls(kThreads);
     {
       std::vector<std::unique_ptr<HostThread>> threads;
+      threads.reserve(kThreads);
       for (FirstControl& control : controls)
         threads.push_back(std::make_unique<HostThread>([&] { control = ActivateAfter(barrier, server); }));
       for (const auto& thread : threads) ASSERT_TRUE(thread->Join());

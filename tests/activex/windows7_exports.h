@@ -39,7 +39,7 @@ inline constexpr ExportsOfWindows7 kExportsOfWindows7[] = {
      " GetFileType GetHandleInformation GetLastError GetModuleFileNameW GetModuleHandleA"
      " GetModuleHandleExW GetModuleHandleW GetProcAddress GetProcessAffinityMask"
      " GetSystemDirectoryW GetSystemTimeAsFileTime GetThreadContext GetThreadPriority"
-     " GetTickCount64 GetVersionExA GlobalAlloc GlobalFree GlobalLock GlobalSize GlobalUnlock"
+     " GetTickCount GetTickCount64 GetVersionExA GlobalAlloc GlobalFree GlobalLock GlobalSize GlobalUnlock"
      " InitializeCriticalSection IsBadCodePtr IsDBCSLeadByteEx IsDebuggerPresent IsValidLocale"
      " LeaveCriticalSection LoadLibraryA LoadLibraryW LocalFree lstrcmpiW lstrcpynW lstrcpyW"
      " lstrlenW MulDiv MultiByteToWideChar OpenProcess OutputDebugStringA RaiseException"

@@ -114,14 +114,14 @@ constexpr COLORREF kPaper = MakeRgb(7, 8, 9), kBlackPen = 0;
 
 // The line table, on an array: a line leaves its last pixel out.
 struct PlainEdge {
-  std::vector<COLORREF> pixels = std::vector<COLORREF>(kWidth * kHeight, kPaper);
+  std::vector<COLORREF> pixels = std::vector<COLORREF>(std::size_t{kWidth} * kHeight, kPaper);
   COLORREF pen = kBlackPen;
 
   void Line(Long x, Long y, Long to_x, Long to_y) {
     const Long step_x = (to_x > x) - (to_x < x), step_y = (to_y > y) - (to_y < y);
     for (; x != to_x || y != to_y; x += step_x, y += step_y)
       if (x >= 0 && y >= 0 && x < kWidth && y < kHeight)
-        pixels[static_cast<std::size_t>(y * kWidth + x)] = pen;
+        pixels[static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x)] = pen;
   }
   // None for two bits of a pair: the pen that is there draws.
   void Take(std::uint32_t bits, bool is_near, const CEdge& edge) {

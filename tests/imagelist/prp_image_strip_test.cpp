@@ -48,7 +48,7 @@ class ImageStrip : public ::testing::Test {
   ~ImageStrip() override { Configuration() = {}; }
 
   std::shared_ptr<Witness> Add(ImageCollection& list) {
-    const auto image = std::make_shared<Witness>(drawn_);
+    auto image = std::make_shared<Witness>(drawn_);
     const std::string key = "k" + std::to_string(list.Count());
     image->PutKey(std::u16string(key.begin(), key.end()));
     list.Add(image->Key(), image);
