@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "markup/canvas.h"
@@ -201,7 +202,7 @@ TEST_F(TextEffectLayers, ReachOutsideTheRectangle) {
     const auto inked = [&](Long y) {
       PixelView view;
       PixelsOf(canvas_.dc(), view);
-      return std::any_of(view.At(0, y), view.At(0, y) + view.width * 3,
+      return std::any_of(view.At(0, y), view.At(0, y) + std::ptrdiff_t{view.width} * 3,
                          [](int byte) { return byte != 0xFF; });
     };
     EXPECT_TRUE(inked(from_below ? rect_.top - 1 : rect_.bottom + 1)) << from_below;

@@ -12,6 +12,7 @@ using namespace hook_block;
 constexpr Long kSentMessages = WH_CALLWNDPROC;
 constexpr UINT kMarked = WM_USER + 5;
 
+// NOLINTNEXTLINE(clang-analyzer-core.uninitialized.UndefReturn): the analyser can't follow a bit_cast
 UINT MessageOf(const HookCall& call) { return PointerIn<const CWPSTRUCT*>(call.lParam)->message; }
 
 class Hook : public ::testing::Test {

@@ -29,7 +29,7 @@ class Watch {
  public:
   explicit Watch(::HWND window) : window_(window) {
     seen_.clear();
-    former_ = reinterpret_cast<WNDPROC>(
+    former_ = std::bit_cast<WNDPROC>(
         ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
   }
   ~Watch() { ::SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former_)); }
@@ -62,6 +62,7 @@ class Watch {
 
 std::vector<UINT> NumbersOf(const std::vector<Sent>& messages) {
   std::vector<UINT> numbers;
+  numbers.reserve(messages.size());
   for (const Sent& sent : messages) numbers.push_back(sent.message);
   return numbers;
 }
@@ -70,7 +71,7 @@ using Numbers = std::vector<UINT>;
 template <typename Value>
 Value At(const std::vector<unsigned char>& record, std::size_t offset) {
   Value value = {};
-  if (offset + sizeof value <= record.size()) std::memcpy(&value, record.data() + offset, sizeof value);
+  if (offset + sizeof(Value) <= record.size()) std::memcpy(&value, record.data() + offset, sizeof(Value));
   return value;
 }
 
@@ -328,7 +329,7 @@ TEST_F(UnicodeTooltip, AToolWithoutATextTakesNoPartInThoseOfOthers) {
 
 TEST_F(UnicodeTooltip, ATextForAnUnknownToolStillBringsTheTipToTheTop) {
   ASSERT_TRUE(tip_.Create(parent_));
-  ::SetWindowPos(tip_.TipWindow(), reinterpret_cast<::HWND>(LONG_PTR{-2}), 0, 0, 0, 0,
+  ::SetWindowPos(tip_.TipWindow(), std::bit_cast<::HWND>(LONG_PTR{-2}), 0, 0, 0, 0,
                  SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
   const auto topmost = [&] { return (::GetWindowLongW(tip_.TipWindow(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
   ASSERT_FALSE(topmost());
