@@ -1,6 +1,7 @@
 // Transparent controls in pictures: with alpha, and in front of what the caller gives.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <sstream>
 
 #include "images/png_pictures.h"
@@ -15,7 +16,6 @@
 namespace marklet {
 namespace {
 
-using testing::kWords;
 using testing::kWordsSize;
 using testing::WordsOn;
 
@@ -31,7 +31,7 @@ TEST(Transparency, AlphaIsExactWhereEveryChannelAgrees) {
 TEST(Transparency, AnEmptyTransparentControlIsClear) {
   RenderedControl control(kWordsSize, {{"BackStyle", "TRANSPARENT"}}, 1);
   const Picture alone = control.PictureOfItself();
-  EXPECT_EQ(alone.alpha, std::vector<std::uint8_t>(90 * 40, 0));
+  EXPECT_EQ(alone.alpha, std::vector<std::uint8_t>(std::size_t{90} * 40, 0));
 }
 
 TEST(Transparency, AColourLiesBehind) {
