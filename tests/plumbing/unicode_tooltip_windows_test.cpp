@@ -7,6 +7,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -71,7 +72,8 @@ using Numbers = std::vector<UINT>;
 template <typename Value>
 Value At(const std::vector<unsigned char>& record, std::size_t offset) {
   Value value = {};
-  if (offset + sizeof(Value) <= record.size()) std::memcpy(&value, record.data() + offset, sizeof(Value));
+  const auto bytes = std::as_writable_bytes(std::span(&value, 1));
+  if (offset + bytes.size() <= record.size()) std::memcpy(bytes.data(), record.data() + offset, bytes.size());
   return value;
 }
 
